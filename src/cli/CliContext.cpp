@@ -1,0 +1,45 @@
+#include "cli/CliContext.h"
+
+#include "cli/LoadProgress.h"
+#include "model/TOrbMDBFile.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace vellum::cli {
+
+bool wantsHelp(const std::vector<std::string> &args)
+{
+    for (const auto &arg : args)
+        if (arg == "--help" || arg == "-h")
+            return true;
+    return false;
+}
+
+void printError(const std::string &message)
+{
+    std::fprintf(stderr, "vellum-cli: %s\n", message.c_str());
+}
+
+int usageError(const Command &command, const std::string &message)
+{
+    printError(message);
+    std::fprintf(stderr, "usage: %s\n", command.usage);
+    return kExitUsage;
+}
+
+std::unique_ptr<TOrbMDBFile> openDatabase(const std::string &path)
+{
+    auto file = TOrbMDBFile::fromPath(path);
+    LoadProgress progress(file->size());
+    if (access(path.c_str(), R_OK) != 0 || !file->open(progress.observer())) {
+        progress.finish();
+        std::fprintf(stderr, "File (%s) cannot be opened\n", path.c_str());
+        return nullptr;
+    }
+    progress.finish();
+    return file;
+}
+
+} // namespace vellum::cli

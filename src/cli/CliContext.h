@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace vellum {
+class TOrbMDBFile;
+}
+
+namespace vellum::cli {
+
+/// Exit statuses of every command.
+enum ExitStatus { kExitOk = 0, kExitFailure = 1, kExitUsage = 2 };
+
+/// What a command gets: its arguments (after the command name) and the real standard output.
+/// libmdb prints diagnostics and hex dumps on file descriptor 1, so the tool moves that
+/// descriptor to standard error at start-up and writes its own output through `out` only.
+struct CliContext {
+    std::vector<std::string> args;
+    std::FILE *out = stdout;
+};
+
+/// A command: name, one-line summary, usage text and the function that runs it.
+struct Command {
+    const char *name;
+    const char *summary;
+    const char *usage;
+    int (*run)(CliContext &context);
+};
+
+/// True when the arguments ask for help.
+bool wantsHelp(const std::vector<std::string> &args);
+/// Prints "vellum-cli: MESSAGE" and the command's usage on standard error; answers kExitUsage.
+int usageError(const Command &command, const std::string &message);
+/// Prints "vellum-cli: MESSAGE" on standard error.
+void printError(const std::string &message);
+
+/// Opens a database path into a loaded file model; prints "File (NAME) cannot be opened" on
+/// standard error and answers nullptr on failure. Shows progress for large files on a terminal.
+std::unique_ptr<TOrbMDBFile> openDatabase(const std::string &path);
+
+extern const Command kListCommand;
+extern const Command kSchemaCommand;
+extern const Command kRowsCommand;
+
+/// All commands, in the order `--help` lists them.
+const std::vector<const Command *> &allCommands();
+
+} // namespace vellum::cli

@@ -1,0 +1,127 @@
+#include "cli/ArgParser.h"
+#include "cli/CliContext.h"
+#include "model/TOrbMDBFile.h"
+#include "util/json.h"
+
+namespace vellum::cli {
+
+namespace {
+
+/// One object's information rows as a JSON object, in label order; numbers stay numbers.
+void appendObjectJson(std::string &out, const TOrbMDBObject &object)
+{
+    const auto labels = object.getObjectLabels();
+    const auto values = object.getObjectValues();
+    out += '{';
+    bool first = true;
+    for (const auto &label : labels) {
+        const auto it = values.find(label);
+        if (it == values.end())
+            continue;
+        if (!first)
+            out += ", ";
+        first = false;
+        appendJsonString(out, label);
+        out += ": ";
+        if (const auto *number = std::get_if<long long>(&it->second))
+            out += std::to_string(*number);
+        else
+            appendJsonString(out, std::get<std::string>(it->second));
+    }
+    out += '}';
+}
+
+template <typename List>
+void appendListJson(std::string &out, const char *key, const List &objects)
+{
+    out += ", ";
+    appendJsonString(out, key);
+    out += ": [";
+    bool first = true;
+    for (const auto &object : objects) {
+        if (!first)
+            out += ", ";
+        first = false;
+        appendObjectJson(out, *object);
+    }
+    out += ']';
+}
+
+std::string schemaJson(const TOrbMDBFile &file)
+{
+    std::string out = "{\"file\": ";
+    appendObjectJson(out, file);
+    out += ", \"tables\": [";
+    bool first = true;
+    for (const auto &table : file.tables()) {
+        out += first ? "\n  " : ",\n  ";
+        first = false;
+        out += "{\"info\": ";
+        appendObjectJson(out, *table);
+        appendListJson(out, "columns", table->columns());
+        appendListJson(out, "indexes", table->indices());
+        appendListJson(out, "relationships", table->foreignKeys().value_or(std::vector<const TOrbMDBForeignKey *>{}));
+        out += '}';
+    }
+    out += "\n]}\n";
+    return out;
+}
+
+void printObjectText(std::FILE *out, const TOrbMDBObject &object, const char *heading, int indent)
+{
+    std::fprintf(out, "%*s%s: %s\n", indent, "", heading, object.name().c_str());
+    const auto values = object.getObjectValues();
+    for (const auto &label : object.getObjectLabels()) {
+        const auto it = values.find(label);
+        if (it != values.end())
+            std::fprintf(out, "%*s%s: %s\n", indent + 2, "", label.c_str(), infoValueText(it->second).c_str());
+    }
+}
+
+void printSchemaText(std::FILE *out, const TOrbMDBFile &file)
+{
+    printObjectText(out, file, "File", 0);
+    for (const auto &table : file.tables()) {
+        std::fputc('\n', out);
+        printObjectText(out, *table, "Table", 0);
+        for (const auto &column : table->columns())
+            printObjectText(out, *column, "Column", 2);
+        for (const auto &index : table->indices())
+            printObjectText(out, *index, "Index", 2);
+        if (const auto keys = table->foreignKeys())
+            for (const TOrbMDBForeignKey *key : *keys)
+                printObjectText(out, *key, "Relationship", 2);
+    }
+}
+
+int runSchema(CliContext &context)
+{
+    ArgParser parser({"--json"}, {});
+    if (!parser.parse(context.args))
+        return usageError(kSchemaCommand, parser.error());
+    if (parser.positionals().size() != 1)
+        return usageError(kSchemaCommand, "expected one FILE");
+    auto file = openDatabase(parser.positionals()[0]);
+    if (!file)
+        return kExitFailure;
+    if (parser.has("--json")) {
+        const std::string json = schemaJson(*file);
+        std::fwrite(json.data(), 1, json.size(), context.out);
+    } else {
+        printSchemaText(context.out, *file);
+    }
+    return kExitOk;
+}
+
+} // namespace
+
+extern const Command kSchemaCommand = {
+    "schema", "show the schema: file, tables, columns, indexes, relationships",
+    "vellum-cli schema FILE [--json]\n"
+    "  Prints the information rows of the file, then of each table with its columns, indexes\n"
+    "  and relationships (those in which the table is the referencing side).\n"
+    "  --json  one JSON document {\"file\": {...}, \"tables\": [{\"info\", \"columns\", \"indexes\",\n"
+    "          \"relationships\"}]}",
+    runSchema};
+
+} // namespace vellum::cli

@@ -1,0 +1,12 @@
+#include "cli/CliContext.h"
+
+namespace vellum::cli {
+
+
+const std::vector<const Command *> &allCommands()
+{
+    static const std::vector<const Command *> commands = {&kListCommand, &kSchemaCommand, &kRowsCommand};
+    return commands;
+}
+
+} // namespace vellum::cli

@@ -1,0 +1,81 @@
+// vellum-cli: the command-line converter. Opens Access files through the core and prints or
+// converts what is inside.
+
+#include "cli/CliContext.h"
+
+#include <unistd.h>
+
+#include <clocale>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+using namespace vellum::cli;
+
+namespace {
+
+void printHelp(std::FILE *out)
+{
+    std::fprintf(out, "usage: vellum-cli COMMAND [ARGS]\n\n"
+                      "Reads Microsoft Access files (.mdb, .accdb) and shows or converts their content.\n\n"
+                      "Commands:\n");
+    for (const Command *command : allCommands())
+        std::fprintf(out, "  %-8s %s\n", command->name, command->summary);
+    std::fprintf(out, "\nRun 'vellum-cli COMMAND --help' for the options of a command.\n");
+}
+
+/// Keeps the real standard output for the tool and sends descriptor 1 to standard error.
+std::FILE *claimStandardOutput()
+{
+    std::fflush(stdout);
+    const int saved = dup(1);
+    if (saved < 0)
+        return stdout;
+    if (dup2(2, 1) < 0) {
+        close(saved);
+        return stdout;
+    }
+    std::FILE *out = fdopen(saved, "w");
+    return out ? out : stdout;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    std::setlocale(LC_ALL, "C");
+    std::FILE *out = claimStandardOutput();
+    int status = kExitUsage;
+    if (argc < 2) {
+        printHelp(stderr);
+    } else if (!std::strcmp(argv[1], "--help") || !std::strcmp(argv[1], "-h") || !std::strcmp(argv[1], "help")) {
+        printHelp(out);
+        status = kExitOk;
+    } else if (!std::strcmp(argv[1], "--version")) {
+        std::fprintf(out, "vellum-cli %s\n", VELLUM_VERSION);
+        status = kExitOk;
+    } else {
+        const Command *chosen = nullptr;
+        for (const Command *command : allCommands())
+            if (!std::strcmp(command->name, argv[1]))
+                chosen = command;
+        if (!chosen) {
+            printError(std::string("unknown command '") + argv[1] + "'");
+            printHelp(stderr);
+        } else {
+            CliContext context;
+            context.out = out;
+            for (int i = 2; i < argc; ++i)
+                context.args.emplace_back(argv[i]);
+            if (wantsHelp(context.args)) {
+                std::fprintf(out, "usage: %s\n", chosen->usage);
+                status = kExitOk;
+            } else {
+                status = chosen->run(context);
+            }
+        }
+    }
+    if (std::fflush(out) != 0 && status == kExitOk)
+        status = kExitFailure;
+    return status;
+}

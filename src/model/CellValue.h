@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string_view>
+
+namespace vellum {
+
+class TOrbBlobData;
+
+/// A loaded field value as every consumer sees it: the null marker (null or empty text, or an
+/// OLE field with nothing decodable), libmdb's text for the field, or a decoded blob.
+/// A view: the text and the blob belong to the table that answered it.
+struct CellValue {
+    enum class Kind : unsigned char { Null, Text, Blob };
+
+    Kind kind = Kind::Null;
+    std::string_view text;             ///< UTF-8, for Kind::Text only
+    const TOrbBlobData *blob = nullptr; ///< for Kind::Blob only
+
+    static CellValue null() { return {}; }
+    static CellValue ofText(std::string_view t) { return t.empty() ? CellValue{} : CellValue{Kind::Text, t, nullptr}; }
+    static CellValue ofBlob(const TOrbBlobData *b) { return {Kind::Blob, {}, b}; }
+
+    bool isNull() const { return kind == Kind::Null; }
+    bool isText() const { return kind == Kind::Text; }
+    bool isBlob() const { return kind == Kind::Blob; }
+};
+
+} // namespace vellum

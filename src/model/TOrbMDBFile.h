@@ -1,0 +1,109 @@
+#pragma once
+
+#include "model/TOrbMDBForeignKey.h"
+#include "model/TOrbMDBObject.h"
+#include "model/TOrbMDBTable.h"
+#include "util/dates.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vellum {
+
+/// Receives the progress of an open and may cancel it. Called on the thread that opens.
+class LoadObserver {
+public:
+    virtual ~LoadObserver() = default;
+    /// A table has begun loading (its position among the kept tables and their count, if known).
+    virtual void tableStarted(const std::string &name, std::size_t index, std::size_t count) = 0;
+    /// Rows loaded so far in the whole file.
+    virtual void rowsLoaded(std::uint64_t totalRows) = 0;
+    /// Polled often; answering true stops the open, which then fails.
+    virtual bool shouldCancel() = 0;
+};
+
+/// How `open` reads the file.
+enum class LoadMode {
+    InProcess, ///< libmdb runs in this process
+    Isolated,  ///< a vellum-loader helper process reads the file and sends the model back
+};
+
+/// One Access database file of the application's list. `open` reads the whole database into
+/// memory (kept tables with columns, rows and indexes, and the relationships) and closes
+/// libmdb again; browsing and export then work on the model alone.
+class TOrbMDBFile : public TOrbMDBObject {
+public:
+    TOrbMDBFile();
+    ~TOrbMDBFile() override;
+
+    /// Fills folder, name, extension, size and dates from a path in the file system.
+    static std::unique_ptr<TOrbMDBFile> fromPath(const std::string &path);
+
+    const std::string &path() const { return m_path; }
+    void setPath(std::string path) { m_path = std::move(path); }
+    const std::string &fileExtension() const { return m_ext; }
+    void setFileExtension(std::string ext) { m_ext = std::move(ext); }
+    std::uint64_t size() const { return m_size; }
+    void setSize(std::uint64_t size) { m_size = size; }
+    TimePoint createDate() const { return m_createDate; }
+    void setCreateDate(TimePoint t) { m_createDate = t; }
+    TimePoint modifyDate() const { return m_modifyDate; }
+    void setModifyDate(TimePoint t) { m_modifyDate = t; }
+    TimePoint lastOpenDate() const { return m_lastOpenDate; }
+    void setLastOpenDate(TimePoint t) { m_lastOpenDate = t; }
+    bool active() const { return m_fActive; }
+    void setActive(bool active) { m_fActive = active; }
+
+    /// "%@/%@.%@" of folder, name and extension.
+    std::string fullPath() const;
+
+    const std::vector<std::unique_ptr<TOrbMDBTable>> &tables() const { return m_tables; }
+    TOrbMDBTable *addTable(std::unique_ptr<TOrbMDBTable> table);
+    TOrbMDBTable *tableNamed(std::string_view name) const;
+    const std::vector<std::unique_ptr<TOrbMDBForeignKey>> &allForeignKeys() const { return m_allForeignKeys; }
+    TOrbMDBForeignKey *addForeignKey(std::unique_ptr<TOrbMDBForeignKey> key);
+
+    /// Loads the whole file; true when it is (now) loaded. An active file answers true at once.
+    [[nodiscard]] bool open(LoadObserver *observer = nullptr);
+    /// Loads with an explicit mode (the default mode is `defaultLoadMode()`).
+    [[nodiscard]] bool open(LoadMode mode, LoadObserver *observer);
+    /// Unloads tables and relationships; the file stays in the list and can be opened again.
+    void close();
+
+    /// The mode `open()` uses; the isolated helper when it can be found.
+    static LoadMode defaultLoadMode();
+    static void setDefaultLoadMode(LoadMode mode);
+
+    /// The relationships whose referencing table is exactly `tableName`, in list order;
+    /// nullopt when the file has no relationships at all.
+    std::optional<std::vector<const TOrbMDBForeignKey *>> foreignKeysForTable(std::string_view tableName) const;
+    TOrbMDBForeignKey *findForeignKeyByName(std::string_view name) const;
+
+    /// By name, then by folder.
+    int compareByName(const TOrbMDBObject &other) const override;
+    /// Sorting with it puts the most recently opened file first.
+    int compareByLastOpenDate(const TOrbMDBFile &other) const;
+
+    /// Sorts tables and relationships by name (the last step of loading).
+    void sortLoadedLists();
+
+protected:
+    void informationRows(std::vector<std::string> &labels, std::vector<InfoValue> &values) const override;
+
+private:
+    std::string m_path;
+    std::string m_ext;
+    std::uint64_t m_size = 0;
+    TimePoint m_createDate;
+    TimePoint m_modifyDate;
+    TimePoint m_lastOpenDate;
+    std::vector<std::unique_ptr<TOrbMDBTable>> m_tables;
+    std::vector<std::unique_ptr<TOrbMDBForeignKey>> m_allForeignKeys;
+    bool m_fActive = false;
+};
+
+} // namespace vellum

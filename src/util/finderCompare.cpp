@@ -1,0 +1,47 @@
+#include "util/finderCompare.h"
+
+#include <unicode/coll.h>
+#include <unicode/locid.h>
+#include <unicode/stringpiece.h>
+
+#include <memory>
+
+namespace vellum {
+namespace {
+
+/// One collator per thread: ICU collators are not safe for concurrent use.
+icu::Collator *threadCollator()
+{
+    thread_local std::unique_ptr<icu::Collator> collator = [] {
+        UErrorCode status = U_ZERO_ERROR;
+        std::unique_ptr<icu::Collator> c(icu::Collator::createInstance(icu::Locale::getRoot(), status));
+        if (U_FAILURE(status) || !c)
+            return std::unique_ptr<icu::Collator>();
+        c->setStrength(icu::Collator::TERTIARY);
+        c->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, status);
+        c->setAttribute(UCOL_NORMALIZATION_MODE, UCOL_ON, status);
+        return c;
+    }();
+    return collator.get();
+}
+
+} // namespace
+
+int finderCompare(std::string_view a, std::string_view b)
+{
+    icu::Collator *collator = threadCollator();
+    if (!collator) {
+        const int c = a.compare(b);
+        return c < 0 ? -1 : (c > 0 ? 1 : 0);
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    const UCollationResult r = collator->compareUTF8(icu::StringPiece(a.data(), static_cast<int32_t>(a.size())),
+                                                     icu::StringPiece(b.data(), static_cast<int32_t>(b.size())), status);
+    if (U_FAILURE(status)) {
+        const int c = a.compare(b);
+        return c < 0 ? -1 : (c > 0 ? 1 : 0);
+    }
+    return r == UCOL_LESS ? -1 : (r == UCOL_GREATER ? 1 : 0);
+}
+
+} // namespace vellum
