@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   build-essential cmake pkg-config git
   mdbtools mdbtools-dev libglib2.0-dev libicu-dev zlib1g-dev
-  libgtest-dev libgmock-dev libbenchmark-dev
+  libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
   qt6-base-dev qt6-base-dev-tools libqt6svg6-dev qt6-image-formats-plugins libgl1-mesa-dev
   libsqlcipher0 sqlcipher sqlite3
   libxlsxwriter-dev python3 python3-xlrd python3-openpyxl

@@ -1,0 +1,209 @@
+#include "support/Fixtures.h"
+
+#include "model/TOrbMDBFile.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace vellum {
+namespace {
+
+using test::fixturePath;
+
+class FeaturesFile : public ::testing::TestWithParam<const char *> {};
+
+TEST_P(FeaturesFile, KeepsUserTablesInNaturalNameOrder)
+{
+    auto file = test::openInProcess(fixturePath(GetParam()));
+    ASSERT_TRUE(file);
+    const auto sidecar = test::loadSidecar(fixturePath(GetParam()));
+    std::vector<std::string> names;
+    for (const auto &table : file->tables())
+        names.push_back(table->name());
+    // Catalog order is table10, Table2, table1, …; the list is in natural order, numbers as
+    // numbers and case only as a tie-break; MSys tables never show.
+    const std::vector<std::string> expected = {"a]b",    "AllTypes",    "Customers",   "Empty",  "Items",
+                                               "OrderLines", "Orders", "Props",  "Quote\"Table", "Space Table",
+                                               "table1", "Table2",      "table10",     "Ünïcode 表"};
+    EXPECT_EQ(names, expected);
+    for (const auto &table : file->tables()) {
+        const auto *expectedTable = test::sidecarTable(sidecar, table->name());
+        ASSERT_NE(expectedTable, nullptr) << table->name();
+        EXPECT_EQ(table->rowCount(), (*expectedTable)["row_count"].get<size_t>()) << table->name();
+        ASSERT_EQ(table->columns().size(), (*expectedTable)["columns"].size()) << table->name();
+        for (size_t c = 0; c < table->columns().size(); ++c)
+            EXPECT_EQ(table->columns()[c]->name(), (*expectedTable)["columns"][c]["name"]) << table->name();
+    }
+}
+
+TEST_P(FeaturesFile, MergesRelationshipRowsWithTheirCascadeBits)
+{
+    auto file = test::openInProcess(fixturePath(GetParam()));
+    ASSERT_TRUE(file);
+    std::vector<std::string> names;
+    for (const auto &key : file->allForeignKeys())
+        names.push_back(key->name());
+    EXPECT_EQ(names, (std::vector<std::string>{"CustomersOrders", "CustomersOrdersCode", "CustomersOrdersShipTo",
+                                               "OrdersOrderLines"}));
+
+    const TOrbMDBForeignKey *twoColumns = file->findForeignKeyByName("CustomersOrdersCode");
+    ASSERT_NE(twoColumns, nullptr);
+    EXPECT_EQ(twoColumns->referencingTable(), "Orders");
+    EXPECT_EQ(twoColumns->referencedTable(), "Customers");
+    EXPECT_EQ(twoColumns->referencingColumns(), (std::vector<std::string>{"CustCode", "CustCountry"}));
+    EXPECT_EQ(twoColumns->referencedColumns(), (std::vector<std::string>{"Code", "Country"}));
+    EXPECT_FALSE(twoColumns->onUpdateCascade());
+    EXPECT_FALSE(twoColumns->onDeleteCascade());
+
+    const TOrbMDBForeignKey *updateOnly = file->findForeignKeyByName("CustomersOrders");
+    ASSERT_NE(updateOnly, nullptr);
+    EXPECT_TRUE(updateOnly->onUpdateCascade());
+    EXPECT_FALSE(updateOnly->onDeleteCascade());
+    const TOrbMDBForeignKey *both = file->findForeignKeyByName("OrdersOrderLines");
+    ASSERT_NE(both, nullptr);
+    EXPECT_TRUE(both->onUpdateCascade());
+    EXPECT_TRUE(both->onDeleteCascade());
+    EXPECT_EQ(file->findForeignKeyByName("customersorders"), nullptr);
+
+    const auto ordersKeys = file->tableNamed("Orders")->foreignKeys();
+    ASSERT_TRUE(ordersKeys.has_value());
+    EXPECT_EQ(ordersKeys->size(), 3u);
+    const auto customerKeys = file->tableNamed("Customers")->foreignKeys();
+    ASSERT_TRUE(customerKeys.has_value());
+    EXPECT_TRUE(customerKeys->empty());
+
+    const auto values = updateOnly->getObjectValues();
+    EXPECT_EQ(std::get<std::string>(values.at("Columns")), "CustomerID");
+    EXPECT_EQ(std::get<std::string>(values.at("Referenced table")), "Customers");
+    EXPECT_EQ(std::get<std::string>(values.at("On update cascade")), "YES");
+    EXPECT_EQ(std::get<std::string>(values.at("On delete cascade")), "NO");
+}
+
+TEST_P(FeaturesFile, EmptyAndNullTextBothLoadAsTheNullMarker)
+{
+    auto file = test::openInProcess(fixturePath(GetParam()));
+    ASSERT_TRUE(file);
+    const TOrbMDBTable *allTypes = file->tableNamed("AllTypes");
+    ASSERT_NE(allTypes, nullptr);
+    const auto sidecar = test::loadSidecar(fixturePath(GetParam()));
+    const auto &rows = (*test::sidecarTable(sidecar, "AllTypes"))["rows"];
+    int emptyTexts = 0, nullTexts = 0;
+    for (size_t r = 0; r < rows.size(); ++r) {
+        const auto &expected = rows[r]["ColText255"];
+        const auto cell = allTypes->row(r).value("ColText255");
+        ASSERT_TRUE(cell.has_value());
+        if (expected.is_null()) {
+            ++nullTexts;
+            EXPECT_TRUE(cell->isNull()) << "row " << r;
+        } else if (expected == "") {
+            ++emptyTexts;
+            EXPECT_TRUE(cell->isNull()) << "row " << r;
+        } else {
+            ASSERT_TRUE(cell->isText()) << "row " << r;
+            EXPECT_EQ(cell->text, expected.get<std::string>()) << "row " << r;
+        }
+    }
+    EXPECT_GT(emptyTexts, 0);
+    EXPECT_GT(nullTexts, 0);
+    EXPECT_FALSE(allTypes->row(0).value("NoSuchColumn").has_value());
+    EXPECT_TRUE(allTypes->isOLEColumn("ColOle"));
+    EXPECT_FALSE(allTypes->isOLEColumn("ColMemo"));
+    EXPECT_FALSE(allTypes->isOLEColumn("NoSuchColumn"));
+}
+
+TEST_P(FeaturesFile, TextOutsideTheBasicPlaneSurvives)
+{
+    auto file = test::openInProcess(fixturePath(GetParam()));
+    ASSERT_TRUE(file);
+    const TOrbMDBTable *allTypes = file->tableNamed("AllTypes");
+    const auto sidecar = test::loadSidecar(fixturePath(GetParam()));
+    const auto &rows = (*test::sidecarTable(sidecar, "AllTypes"))["rows"];
+    bool sawEmoji = false;
+    for (size_t r = 0; r < rows.size(); ++r) {
+        const auto &memo = rows[r]["ColMemo"];
+        if (!memo.is_string())
+            continue;
+        const std::string expected = memo.get<std::string>();
+        if (expected.find("\xF0\x9F") == std::string::npos)
+            continue;
+        sawEmoji = true;
+        const auto cell = allTypes->row(r).value("ColMemo");
+        ASSERT_TRUE(cell && cell->isText());
+        EXPECT_EQ(cell->text, expected);
+    }
+    EXPECT_TRUE(sawEmoji);
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, FeaturesFile, ::testing::Values("features.mdb", "features.accdb"));
+
+TEST(TOrbMDBFile, OpenTwiceAndCloseAndReopen)
+{
+    auto file = test::openInProcess(fixturePath("features.mdb"));
+    ASSERT_TRUE(file);
+    const TOrbMDBTable *first = file->tables().front().get();
+    EXPECT_TRUE(file->active());
+    // A second open of an active file does not read it again: the same objects stay.
+    EXPECT_TRUE(file->open(LoadMode::InProcess, nullptr));
+    EXPECT_EQ(file->tables().front().get(), first);
+    EXPECT_EQ(file->tables().size(), 14u);
+
+    file->close();
+    EXPECT_FALSE(file->active());
+    EXPECT_TRUE(file->tables().empty());
+    EXPECT_TRUE(file->allForeignKeys().empty());
+    EXPECT_FALSE(file->foreignKeysForTable("Orders").has_value());
+    EXPECT_TRUE(file->open(LoadMode::InProcess, nullptr));
+    EXPECT_EQ(file->tables().size(), 14u);
+}
+
+TEST(TOrbMDBFile, FilesThatCannotBeOpenedStayInactive)
+{
+    const std::string missing = fixturePath("no-such-file.mdb");
+    auto file = TOrbMDBFile::fromPath(missing);
+    EXPECT_FALSE(file->open(LoadMode::InProcess, nullptr));
+    EXPECT_FALSE(file->active());
+
+    // Not an Access file at all.
+    char tmpl[] = "/tmp/vellum-notmdb-XXXXXX.mdb";
+    const int fd = mkstemps(tmpl, 4);
+    ASSERT_GE(fd, 0);
+    const char garbage[] = "this is not an access database";
+    ASSERT_EQ(write(fd, garbage, sizeof garbage), static_cast<ssize_t>(sizeof garbage));
+    close(fd);
+    auto notMdb = TOrbMDBFile::fromPath(tmpl);
+    EXPECT_FALSE(notMdb->open(LoadMode::InProcess, nullptr));
+    EXPECT_FALSE(notMdb->active());
+    unlink(tmpl);
+}
+
+TEST(TOrbMDBFile, PathPartsAndInformationRows)
+{
+    auto file = TOrbMDBFile::fromPath(fixturePath("features.mdb"));
+    EXPECT_EQ(file->name(), "features");
+    EXPECT_EQ(file->fileExtension(), "mdb");
+    EXPECT_EQ(file->fullPath(), fixturePath("features.mdb"));
+    EXPECT_EQ(file->size(), 417792u);
+    EXPECT_EQ(file->getObjectLabels(),
+              (std::vector<std::string>{"Name", "Where", "Size", "Created", "Modified", "Last opened"}));
+    const auto values = file->getObjectValues();
+    EXPECT_EQ(std::get<std::string>(values.at("Name")), "features.mdb");
+    EXPECT_EQ(std::get<std::string>(values.at("Where")), std::string(VELLUM_TEST_DATA));
+    EXPECT_EQ(std::get<std::string>(values.at("Size")), "408 KB");
+
+    TOrbMDBFile older, newer;
+    older.setLastOpenDate(1000);
+    newer.setLastOpenDate(2000);
+    EXPECT_LT(newer.compareByLastOpenDate(older), 0); // most recent first
+    EXPECT_GT(older.compareByLastOpenDate(newer), 0);
+
+    TOrbMDBFile a, b;
+    a.setName("Data");
+    a.setPath("/b");
+    b.setName("Data");
+    b.setPath("/a");
+    EXPECT_GT(a.compareByName(b), 0); // equal names fall back to the folder
+}
+
+} // namespace
+} // namespace vellum

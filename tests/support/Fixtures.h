@@ -1,0 +1,52 @@
+#pragma once
+
+#include "model/TOrbMDBFile.h"
+
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+
+namespace vellum::test {
+
+/// A file of tests/data.
+inline std::string fixturePath(const std::string &name)
+{
+    return std::string(VELLUM_TEST_DATA) + "/" + name;
+}
+
+/// A path below ../shared (testdata/…, corpus/…); empty when ../shared is absent.
+inline std::string sharedPath(const std::string &relative)
+{
+    const std::string path = std::string(VELLUM_SHARED_DIR) + "/" + relative;
+    return std::filesystem::exists(path) ? path : std::string();
+}
+
+/// The JSON sidecar describing a fixture's exact content.
+inline nlohmann::json loadSidecar(const std::string &path)
+{
+    std::ifstream in(path + ".json");
+    return nlohmann::json::parse(in, nullptr, /*allow_exceptions=*/false);
+}
+
+/// Opens a database file in this process; nullptr when it cannot be opened.
+inline std::unique_ptr<TOrbMDBFile> openInProcess(const std::string &path)
+{
+    auto file = TOrbMDBFile::fromPath(path);
+    if (!file->open(LoadMode::InProcess, nullptr))
+        return nullptr;
+    return file;
+}
+
+/// The sidecar's table entry of that name.
+inline const nlohmann::json *sidecarTable(const nlohmann::json &sidecar, const std::string &name)
+{
+    for (const auto &table : sidecar["tables"])
+        if (table["name"] == name)
+            return &table;
+    return nullptr;
+}
+
+} // namespace vellum::test
