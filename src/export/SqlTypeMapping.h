@@ -1,0 +1,54 @@
+#pragma once
+
+#include "model/CellValue.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vellum {
+
+/// The type name of an Access column type (a `dataType` text such as "Long Integer") in a target
+/// dialect (1 MySQL, 2 PostgreSQL, 3 Oracle, 4 SQLite, 5 SQL Server). An unknown dialect or a type
+/// the dialect does not list gives the input unchanged.
+std::string convertMDBTypeToTargetType(std::string_view mdbType, int dialect);
+
+/// The type of a column definition: the mapped type plus "(fieldSize)" for a "Text" column in
+/// every dialect but SQLite.
+std::string sqlColumnDefinitionType(std::string_view mdbType, int fieldSize, int dialect);
+
+/// The blob literal of a byte buffer: x'…' with two lower-case hex digits a byte (x'' when empty).
+std::string encodeSqlBlobValue(const std::uint8_t *bytes, std::size_t size);
+/// The blob literal of a byte buffer.
+std::string encodeSqlBlobValue(const std::vector<std::uint8_t> &bytes);
+/// Appends the blob literal of a byte buffer to `out`.
+void appendSqlBlobValue(std::string &out, const std::uint8_t *bytes, std::size_t size);
+
+/// Reads libmdb's month-first date text "MM/dd/yyyy HH:mm:ss" and writes it as
+/// "yyyy-MM-dd HH:mm:ss". False (and `out` untouched) when the text is not a valid date of that
+/// exact pattern, for example libmdb's "01/00/1900 00:00:00" for dates it cannot render.
+[[nodiscard]] bool reformatMonthFirstDate(std::string_view text, std::string &out);
+
+/// How the cells of one column are written in a data statement.
+struct SqlLiteralColumn {
+    std::string_view dataType;        ///< the column's `dataType`
+    bool zeroLengthForbidden = false; ///< the column's `allowZeroLength` is exactly "NO"
+};
+
+/// Appends the literal of one cell to `out`: quoted and escaped text, the dialect's date form,
+/// numbers with the decimal symbol, GUIDs per dialect, the blob literal, or for a missing value
+/// "null" ("''" when the column forbids zero-length text).
+void appendSqlValueLiteral(std::string &out, const CellValue &value, const SqlLiteralColumn &column,
+                           int dialect, std::string_view decimalSymbol);
+
+/// The literal of one cell, as `appendSqlValueLiteral` writes it.
+std::string sqlValueLiteral(const CellValue &value, const SqlLiteralColumn &column, int dialect,
+                            std::string_view decimalSymbol);
+
+/// Appends `text` with every backslash doubled and every single quote doubled, between single
+/// quotes: the quoted-text form shared by value literals and column comments.
+void appendSqlQuotedText(std::string &out, std::string_view text);
+
+} // namespace vellum

@@ -1,0 +1,179 @@
+#include "export/SqlTypeMapping.h"
+
+#include "model/TOrbBlobData.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+
+namespace vellum {
+namespace {
+
+TEST(SqlTypeMapping, TypeTableForEveryDialect)
+{
+    struct Row {
+        const char *mdbType;
+        std::array<const char *, 5> expected;
+    };
+    const Row rows[] = {
+        {"Boolean", {"char", "BOOL", "NUMBER(1)", "INTEGER", "bit"}},
+        {"Byte", {"int", "SMALLINT", "NUMBER(3)", "INTEGER", "char"}},
+        {"Integer", {"int", "INTEGER", "NUMBER(5)", "INTEGER", "smallint"}},
+        {"Long Integer", {"int", "INTEGER", "NUMBER(11)", "INTEGER", "int"}},
+        {"Currency", {"float", "NUMERIC(15,2)", "NUMBER(15,2)", "REAL", "money"}},
+        {"Single", {"float", "REAL", "FLOAT", "REAL", "real"}},
+        {"Double", {"float", "DOUBLE PRECISION", "FLOAT", "REAL", "float"}},
+        {"DateTime", {"datetime", "TIMESTAMP WITHOUT TIME ZONE", "TIMESTAMP", "TEXT", "smalldatetime"}},
+        {"Binary", {"varchar", "BYTEA", "BINARY", "BLOB", "text"}},
+        {"Text", {"varchar", "VARCHAR", "VARCHAR2", "TEXT", "varchar"}},
+        {"OLE", {"text(8000)", "BYTEA", "BLOB", "BLOB", "varbinary"}},
+        {"Memo/Hyperlink", {"text(8000)", "TEXT", "CLOB", "TEXT", "text"}},
+        {"Replication ID", {"varchar(16)", "UUID", "NUMBER", "TEXT", "Sybase_Replication ID"}},
+        {"Numeric", {"numeric", "NUMERIC(15,2)", "NUMBER", "INTEGER", "numeric"}},
+        {"Complex Value auto number", {"int", "INTEGER", "NUMBER(11)", "INTEGER", "int"}},
+        // Not listed (or spelled differently): unchanged in every dialect.
+        {"Attachment", {"Attachment", "Attachment", "Attachment", "Attachment", "Attachment"}},
+        {"text", {"text", "text", "text", "text", "text"}},
+        {"Unknown_0013", {"Unknown_0013", "Unknown_0013", "Unknown_0013", "Unknown_0013", "Unknown_0013"}},
+    };
+    for (const Row &row : rows) {
+        for (int dialect = 1; dialect <= 5; ++dialect)
+            EXPECT_EQ(convertMDBTypeToTargetType(row.mdbType, dialect), row.expected[dialect - 1])
+                << row.mdbType << " dialect " << dialect;
+        for (int dialect : {0, 6, -1})
+            EXPECT_EQ(convertMDBTypeToTargetType(row.mdbType, dialect), row.mdbType) << dialect;
+    }
+}
+
+TEST(SqlTypeMapping, LengthSuffixOnlyForTextOutsideSQLite)
+{
+    struct Case {
+        const char *mdbType;
+        int fieldSize;
+        int dialect;
+        const char *expected;
+    };
+    const Case cases[] = {
+        {"Text", 50, 1, "varchar(50)"},  {"Text", 50, 2, "VARCHAR(50)"},
+        {"Text", 50, 3, "VARCHAR2(50)"}, {"Text", 50, 4, "TEXT"},
+        {"Text", 50, 5, "varchar(50)"},  {"Binary", 50, 1, "varchar"},
+        {"Memo/Hyperlink", 0, 2, "TEXT"}, {"Long Integer", 4, 3, "NUMBER(11)"},
+    };
+    for (const Case &c : cases)
+        EXPECT_EQ(sqlColumnDefinitionType(c.mdbType, c.fieldSize, c.dialect), c.expected)
+            << c.mdbType << " " << c.dialect;
+}
+
+TEST(SqlTypeMapping, BlobLiteral)
+{
+    EXPECT_EQ(encodeSqlBlobValue({}), "x''");
+    EXPECT_EQ(encodeSqlBlobValue({0x00, 0xff, 0x10}), "x'00ff10'");
+    std::vector<std::uint8_t> all(256);
+    for (int i = 0; i < 256; ++i)
+        all[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(i);
+    const std::string literal = encodeSqlBlobValue(all);
+    ASSERT_EQ(literal.size(), 2 * 256 + 3);
+    EXPECT_EQ(literal.substr(0, 8), "x'000102");
+    EXPECT_EQ(literal.substr(2 + 2 * 0xab, 2), "ab");
+    EXPECT_EQ(literal.substr(literal.size() - 3), "ff'");
+}
+
+TEST(SqlTypeMapping, MonthFirstDateReformatting)
+{
+    struct Case {
+        const char *text;
+        const char *expected; // nullptr: not a date of the pattern
+    };
+    const Case cases[] = {
+        {"03/04/2010 13:05:00", "2010-03-04 13:05:00"},
+        {"02/29/2024 12:30:45", "2024-02-29 12:30:45"},
+        {"12/31/9999 23:59:59", "9999-12-31 23:59:59"},
+        {"02/29/2023 00:00:00", nullptr}, // no such day
+        {"01/00/1900 00:00:00", nullptr}, // libmdb's text for dates it cannot render
+        {"01/00/00 00:00:00", nullptr},
+        {"13/01/2010 00:00:00", nullptr},
+        {"03/04/2010 24:00:00", nullptr},
+        {"3/4/2010 13:05:00", nullptr},
+        {"03/04/2010", nullptr},
+        {"03-04-2010 13:05:00", nullptr},
+        {"03/04/2010 13:05:00 ", nullptr},
+    };
+    for (const Case &c : cases) {
+        std::string out = "untouched";
+        const bool ok = reformatMonthFirstDate(c.text, out);
+        EXPECT_EQ(ok, c.expected != nullptr) << c.text;
+        EXPECT_EQ(out, c.expected ? c.expected : "untouched") << c.text;
+    }
+}
+
+TEST(SqlTypeMapping, ValueLiterals)
+{
+    struct Case {
+        const char *type;
+        const char *text; // nullptr: the null marker
+        bool zeroLengthForbidden;
+        int dialect;
+        const char *decimal;
+        const char *expected;
+    };
+    const Case cases[] = {
+        // Quoting and escaping of text, the same in every dialect.
+        {"Text", "O'Neil\\x", false, 1, ".", "'O''Neil\\\\x'"},
+        {"Text", "O'Neil\\x", false, 2, ".", "'O''Neil\\\\x'"},
+        {"Text", "O'Neil\\x", false, 3, ".", "'O''Neil\\\\x'"},
+        {"Text", "O'Neil\\x", false, 4, ".", "'O''Neil\\\\x'"},
+        {"Text", "O'Neil\\x", false, 5, ".", "'O''Neil\\\\x'"},
+        {"Memo/Hyperlink", "a\nb", false, 1, ".", "'a\nb'"},
+        {"Binary", "raw", false, 2, ".", "'raw'"},
+        // Dates: reformatted for MySQL, PostgreSQL and SQL Server, TO_DATE for Oracle, as stored
+        // for SQLite; a text that is no date of the pattern stays as it stands.
+        {"DateTime", "03/04/2010 13:05:00", false, 1, ".", "'2010-03-04 13:05:00'"},
+        {"DateTime", "03/04/2010 13:05:00", false, 2, ".", "'2010-03-04 13:05:00'"},
+        {"DateTime", "03/04/2010 13:05:00", false, 5, ".", "'2010-03-04 13:05:00'"},
+        {"DateTime", "03/04/2010 13:05:00", false, 3, ".",
+         "TO_DATE('03/04/2010 13:05:00', 'MM/DD/YYYY HH24:MI:SS')"},
+        {"DateTime", "03/04/2010 13:05:00", false, 4, ".", "'03/04/2010 13:05:00'"},
+        {"DateTime", "01/00/1900 00:00:00", false, 2, ".", "'01/00/1900 00:00:00'"},
+        // Numbers: decimal symbol outside Oracle, which quotes every text first.
+        {"Double", "1.5", false, 1, ",", "1,5"},
+        {"Single", "1.5", false, 4, ",", "1,5"},
+        {"Currency", "-0.0100", false, 5, ".", "-0.0100"},
+        {"Double", "1.5", false, 3, ",", "'1.5'"},
+        {"Long Integer", "42", false, 3, ".", "'42'"},
+        {"Long Integer", "42", false, 2, ",", "42"},
+        {"Numeric", "12345.6789", false, 1, ",", "12345.6789"},
+        // Booleans are quoted for PostgreSQL (and Oracle) only.
+        {"Boolean", "1", false, 2, ".", "'1'"},
+        {"Boolean", "1", false, 1, ".", "1"},
+        {"Boolean", "0", false, 3, ".", "'0'"},
+        {"Boolean", "0", false, 5, ".", "0"},
+        // GUIDs: braces become quotes for MySQL (dashes removed) and PostgreSQL.
+        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, 1, ".", "'6F9619FF8B86D011B42D00C04FC964FF'"},
+        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, 2, ".", "'6F9619FF-8B86-D011-B42D00C04FC964FF'"},
+        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, 4, ".", "{6F9619FF-8B86-D011-B42D00C04FC964FF}"},
+        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, 5, ".", "{6F9619FF-8B86-D011-B42D00C04FC964FF}"},
+        {"Replication ID", "{6F9619FF}", false, 3, ".", "'{6F9619FF}'"},
+        {"Replication ID", "6F9619FF", false, 2, ".", "6F9619FF"},
+        // Missing values: null, or an empty quoted text where zero-length text is forbidden.
+        {"Text", nullptr, false, 1, ".", "null"},
+        {"Text", nullptr, true, 1, ".", "''"},
+        {"Long Integer", nullptr, true, 2, ".", "''"},
+        {"DateTime", nullptr, false, 3, ".", "null"},
+    };
+    for (const Case &c : cases) {
+        const CellValue value = c.text ? CellValue::ofText(c.text) : CellValue::null();
+        EXPECT_EQ(sqlValueLiteral(value, {c.type, c.zeroLengthForbidden}, c.dialect, c.decimal), c.expected)
+            << c.type << " " << (c.text ? c.text : "(null)") << " dialect " << c.dialect;
+    }
+}
+
+TEST(SqlTypeMapping, BlobCellIsTheBlobLiteralInEveryDialect)
+{
+    const TOrbBlobData blob({0x00, 0xff, 0x10}, "bin");
+    for (int dialect = 1; dialect <= 5; ++dialect)
+        EXPECT_EQ(sqlValueLiteral(CellValue::ofBlob(&blob), {"OLE", true}, dialect, "."), "x'00ff10'");
+}
+
+} // namespace
+} // namespace vellum
