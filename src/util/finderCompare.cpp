@@ -3,6 +3,8 @@
 #include <unicode/coll.h>
 #include <unicode/locid.h>
 #include <unicode/stringpiece.h>
+#include <unicode/ucol.h>
+#include <unicode/uiter.h>
 
 #include <memory>
 
@@ -42,6 +44,22 @@ int finderCompare(std::string_view a, std::string_view b)
         return c < 0 ? -1 : (c > 0 ? 1 : 0);
     }
     return r == UCOL_LESS ? -1 : (r == UCOL_GREATER ? 1 : 0);
+}
+
+std::size_t finderSortKeyPart(std::string_view text, unsigned char *dest, std::size_t capacity)
+{
+    icu::Collator *collator = threadCollator();
+    if (!collator || capacity == 0)
+        return 0;
+    UCharIterator iter;
+    uiter_setUTF8(&iter, text.data(), static_cast<int32_t>(text.size()));
+    uint32_t state[2] = {0, 0};
+    UErrorCode status = U_ZERO_ERROR;
+    const int32_t written = ucol_nextSortKeyPart(collator->toUCollator(), &iter, state, dest,
+                                                 static_cast<int32_t>(capacity), &status);
+    if (U_FAILURE(status) || written < 0)
+        return 0;
+    return static_cast<std::size_t>(written);
 }
 
 } // namespace vellum
