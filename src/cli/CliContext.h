@@ -44,6 +44,7 @@ std::unique_ptr<TOrbMDBFile> openDatabase(const std::string &path);
 extern const Command kListCommand;
 extern const Command kSchemaCommand;
 extern const Command kRowsCommand;
+extern const Command kExtractCommand;
 
 /// All commands, in the order `--help` lists them.
 const std::vector<const Command *> &allCommands();

@@ -1,7 +1,7 @@
 #include "cli/ArgParser.h"
 #include "cli/CliContext.h"
+#include "model/TOrbBlobData.h"
 #include "model/TOrbMDBFile.h"
-#include "util/fileSize.h"
 #include "util/json.h"
 
 namespace vellum::cli {
@@ -30,11 +30,7 @@ void appendTsvCell(std::string &out, const CellValue &cell)
     } else if (cell.isText()) {
         appendTsvText(out, cell.text);
     } else {
-        const std::string size = formatComputerFileSize(cell.blob->data().size());
-        if (cell.blob->fileExtension().empty())
-            out += "[" + size + "]";
-        else
-            out += "." + cell.blob->fileExtension() + " [" + size + "]";
+        appendTsvText(out, cell.blob->cellDescription());
     }
 }
 

@@ -5,7 +5,7 @@ namespace vellum::cli {
 
 const std::vector<const Command *> &allCommands()
 {
-    static const std::vector<const Command *> commands = {&kListCommand, &kSchemaCommand, &kRowsCommand};
+    static const std::vector<const Command *> commands = {&kListCommand, &kSchemaCommand, &kRowsCommand, &kExtractCommand};
     return commands;
 }
 
