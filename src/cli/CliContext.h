@@ -45,6 +45,7 @@ extern const Command kListCommand;
 extern const Command kSchemaCommand;
 extern const Command kRowsCommand;
 extern const Command kExtractCommand;
+extern const Command kExportCommand;
 
 /// All commands, in the order `--help` lists them.
 const std::vector<const Command *> &allCommands();

@@ -5,7 +5,8 @@ namespace vellum::cli {
 
 const std::vector<const Command *> &allCommands()
 {
-    static const std::vector<const Command *> commands = {&kListCommand, &kSchemaCommand, &kRowsCommand, &kExtractCommand};
+    static const std::vector<const Command *> commands = {&kListCommand, &kSchemaCommand, &kRowsCommand, &kExtractCommand,
+                                                           &kExportCommand};
     return commands;
 }
 

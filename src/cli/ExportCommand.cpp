@@ -1,0 +1,323 @@
+// vellum-cli export: converts tables of a database through the core's export job.
+
+#include "cli/ArgParser.h"
+#include "cli/CliContext.h"
+#include "cli/ExportCliFormat.h"
+#include "export/ExportJob.h"
+#include "export/ExportRoutines.h"
+#include "export/exportPaths.h"
+#include "model/TOrbMDBFile.h"
+#include "util/stringEncodings.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <set>
+
+namespace vellum::cli {
+
+namespace {
+
+// ---- Ctrl-C ----
+
+static_assert(std::atomic<bool>::is_always_lock_free, "the stop flag is set from a signal handler");
+std::atomic<std::atomic<bool> *> g_stopFlag{nullptr};
+
+extern "C" void onInterrupt(int)
+{
+    if (std::atomic<bool> *flag = g_stopFlag.load())
+        flag->store(true, std::memory_order_relaxed);
+}
+
+/// Routes SIGINT to a job's stop flag while it lives; a second Ctrl-C ends the program.
+class InterruptStopsJob {
+public:
+    explicit InterruptStopsJob(std::atomic<bool> &flag)
+    {
+        g_stopFlag.store(&flag);
+        struct sigaction action = {};
+        action.sa_handler = onInterrupt;
+        action.sa_flags = SA_RESETHAND;
+        sigemptyset(&action.sa_mask);
+        sigaction(SIGINT, &action, &m_previous);
+    }
+    ~InterruptStopsJob()
+    {
+        sigaction(SIGINT, &m_previous, nullptr);
+        g_stopFlag.store(nullptr);
+    }
+
+private:
+    struct sigaction m_previous = {};
+};
+
+// ---- progress bar ----
+
+/// The progress label and a bar on standard error, only when it is a terminal.
+class ExportProgress : public ExportObserver {
+public:
+    ExportProgress() : m_enabled(isatty(2)) {}
+
+    void updateProgressPanel(const ExportJob &job, std::size_t index) override
+    {
+        m_count = job.entries().size();
+        m_index = index;
+        m_fraction = 0;
+        m_label = index < m_count ? exportProgressLabel(job.entries()[index].tableName, index, m_count) : std::string();
+        draw();
+    }
+    void updateRowProgress(const ExportJob &, std::size_t rowsDone, std::size_t rowCount) override
+    {
+        m_fraction = rowCount ? static_cast<double>(rowsDone) / static_cast<double>(rowCount) : 1.0;
+        draw();
+    }
+    void exportThreadFinished(const ExportJob &) override
+    {
+        if (m_drawn) {
+            std::fprintf(stderr, "\r\033[K");
+            std::fflush(stderr);
+        }
+    }
+
+private:
+    void draw()
+    {
+        if (!m_enabled || m_count == 0)
+            return;
+        constexpr int kWidth = 30;
+        const double done = (static_cast<double>(m_index) + m_fraction) / static_cast<double>(m_count);
+        const int filled = static_cast<int>(kWidth * done);
+        std::fprintf(stderr, "\r[%.*s%*s] %s\033[K", filled, "##############################", kWidth - filled, "",
+                     m_label.c_str());
+        std::fflush(stderr);
+        m_drawn = true;
+    }
+
+    bool m_enabled;
+    bool m_drawn = false;
+    std::size_t m_index = 0;
+    std::size_t m_count = 0;
+    double m_fraction = 0;
+    std::string m_label;
+};
+
+// ---- arguments ----
+
+const char *exportUsage();
+int runExport(CliContext &context);
+
+const ExportCliFormat *formatNamed(const std::string &name)
+{
+    for (const ExportCliFormat *format : exportCliFormats())
+        if (name == format->name)
+            return format;
+    return nullptr;
+}
+
+std::string formatNames()
+{
+    std::string names;
+    for (const ExportCliFormat *format : exportCliFormats())
+        names += (names.empty() ? "" : "|") + std::string(format->name);
+    return names;
+}
+
+bool takes(const ExportCliOption &option, ExportFileType kind)
+{
+    for (const ExportFileType k : option.kinds)
+        if (k == kind)
+            return true;
+    return false;
+}
+
+ArgParser makeParser()
+{
+    std::set<std::string> switches = {"--list-encodings"};
+    std::set<std::string> valued = {"--format", "--table"};
+    for (const ExportCliOption &option : exportCliOptions())
+        (option.valueName ? valued : switches).insert(option.name);
+    return ArgParser(switches, valued);
+}
+
+/// Applies every option given, in declaration order; false with `error` for an option the
+/// format does not take or a bad value.
+bool applyOptions(const ArgParser &parser, ExportCliRequest &request, std::string &error)
+{
+    std::set<std::string> applied;
+    for (const ExportCliOption &option : exportCliOptions()) {
+        if (!parser.has(option.name) || !takes(option, request.kind) || applied.count(option.name))
+            continue;
+        applied.insert(option.name);
+        if (!option.apply(request, option.valueName ? parser.value(option.name).value_or("") : "", error))
+            return false;
+    }
+    for (const ExportCliOption &option : exportCliOptions()) {
+        if (parser.has(option.name) && !applied.count(option.name)) {
+            error = std::string("option ") + option.name + " does not apply to --format " +
+                    fileExtensionByExportFileType(request.kind).value_or("");
+            return false;
+        }
+    }
+    return true;
+}
+
+void listEncodings(std::FILE *out)
+{
+    for (const StringEncoding &encoding : availableStringEncodings())
+        std::fprintf(out, "%-12llu %-18s %s\n", static_cast<unsigned long long>(encoding.code), encoding.iconvName,
+                     encoding.displayName);
+}
+
+bool isDirectory(const std::string &path)
+{
+    struct stat info;
+    return stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+bool exists(const std::string &path)
+{
+    struct stat info;
+    return stat(path.c_str(), &info) == 0;
+}
+
+/// Creates a folder and its parents; prints the error and answers false when it cannot.
+bool makeFolder(const std::string &path)
+{
+    if (path.empty() || isDirectory(path))
+        return true;
+    std::error_code error;
+    std::filesystem::create_directories(path, error);
+    if (error || !isDirectory(path)) {
+        printError("cannot create folder '" + path + "': " + (error ? error.message() : "not a folder"));
+        return false;
+    }
+    return true;
+}
+
+// ---- the command ----
+
+int runExport(CliContext &context)
+{
+    ArgParser parser = makeParser();
+    if (!parser.parse(context.args))
+        return usageError(kExportCommand, parser.error());
+    if (parser.has("--list-encodings")) {
+        listEncodings(context.out);
+        return kExitOk;
+    }
+    if (parser.positionals().size() != 2)
+        return usageError(kExportCommand, "expected FILE and OUTPUT");
+    const auto formatName = parser.value("--format");
+    if (!formatName)
+        return usageError(kExportCommand, "missing --format (" + formatNames() + ")");
+    const ExportCliFormat *format = formatNamed(*formatName);
+    if (!format || !isExportFileTypeAvailable(format->kind))
+        return usageError(kExportCommand, "unknown format '" + *formatName + "' (use " + formatNames() + ")");
+
+    ExportCliRequest request;
+    request.kind = format->kind;
+    request.tables = parser.values("--table");
+    request.output = parser.positionals()[1];
+    request.options = ExportOptions::defaultsFor(request.kind, request.wholeFile());
+    std::string error;
+    if (!applyOptions(parser, request, error) || (format->validate && !format->validate(request, error)))
+        return usageError(kExportCommand, error);
+
+    const bool singleFile = request.options.exportSingleFile;
+    if (singleFile && isDirectory(request.output)) {
+        printError("OUTPUT '" + request.output + "' is a folder; --format " + format->name + " writes one file");
+        return kExitUsage;
+    }
+    if (!singleFile && exists(request.output) && !isDirectory(request.output)) {
+        printError("OUTPUT '" + request.output + "' is a file; --format " + format->name +
+                   " writes one file per table into a folder");
+        return kExitUsage;
+    }
+
+    auto file = openDatabase(parser.positionals()[0]);
+    if (!file)
+        return kExitFailure;
+    const TOrbMDBTable *firstTable = nullptr;
+    for (const std::string &name : request.tables) {
+        const TOrbMDBTable *table = file->tableNamed(name);
+        if (!table) {
+            printError("unknown table '" + name + "'");
+            return kExitUsage;
+        }
+        if (!firstTable)
+            firstTable = table;
+    }
+
+    const std::string folder =
+        singleFile ? std::filesystem::path(request.output).parent_path().string() : request.output;
+    if (!makeFolder(folder))
+        return kExitFailure;
+
+    ExportJob job(*file, firstTable, request.kind);
+    for (std::size_t i = 0; i < job.entries().size(); ++i) {
+        const ExportEntry &entry = job.entries()[i];
+        for (const std::string &name : request.tables)
+            if (entry.tableName == name)
+                job.setEntrySelected(i, true);
+        job.setEntryFileName(i, folderSafeFileName(entry.exportFileName));
+    }
+    job.setOptions(request.options);
+    job.setExportPath(request.output);
+
+    ExportProgress progress;
+    {
+        InterruptStopsJob interrupt(job.terminateFlag());
+        if (!job.startExport(&progress)) {
+            printError(std::string("nothing to run for --format ") + format->name);
+            return kExitFailure;
+        }
+        job.wait();
+    }
+
+    const ExportReport report = job.report();
+    std::fprintf(context.out, "%s\n", report.title.c_str());
+    if (!report.message.empty())
+        std::fprintf(context.out, "%s\n", report.message.c_str());
+    const bool complete =
+        !job.terminated() && job.successTableCount() == static_cast<std::int64_t>(job.entries().size());
+    return complete ? kExitOk : kExitFailure;
+}
+
+const char *exportUsage()
+{
+    static const std::string usage = [] {
+        std::string text = "vellum-cli export FILE OUTPUT --format " + formatNames() +
+                           " [--table NAME]... [OPTIONS]\n"
+                           "       vellum-cli export --list-encodings\n"
+                           "  Converts every table of FILE, or the tables named with --table, into OUTPUT: a folder\n"
+                           "  (created when missing) with one file per table, or the file itself for formats that\n"
+                           "  write one file. Ctrl-C stops; the file being written is deleted. Exit status 0 when\n"
+                           "  every chosen table was written, 1 otherwise, 2 for a wrong argument.\n"
+                           "  --format FORMAT      ";
+        for (const ExportCliFormat *format : exportCliFormats())
+            text += std::string("\n      ") + format->name + "  " + format->summary;
+        text += "\n  --table NAME         a table to export (repeatable; default every table)"
+                "\n  --list-encodings     print the encodings --encoding takes: code, name, display name";
+        for (const ExportCliOption &option : exportCliOptions()) {
+            std::string kinds;
+            for (const ExportFileType kind : option.kinds)
+                kinds += (kinds.empty() ? "" : ", ") + fileExtensionByExportFileType(kind).value_or("");
+            const std::string head =
+                std::string(option.name) + (option.valueName ? std::string(" ") + option.valueName : "");
+            text += "\n  " + head + "\n      " + option.help + " [" + kinds + "]";
+        }
+        return text;
+    }();
+    return usage.c_str();
+}
+
+} // namespace
+
+extern const Command kExportCommand = {"export", "convert tables into files of another format", exportUsage(),
+                                       runExport};
+
+} // namespace vellum::cli

@@ -1,0 +1,123 @@
+#include "export/ExportJob.h"
+
+#include "export/ExportRoutines.h"
+#include "export/exportPaths.h"
+#include "model/TOrbMDBFile.h"
+#include "util/logging.h"
+
+#include <algorithm>
+
+namespace vellum {
+
+void ExportObserver::updateRowProgress(const ExportJob &, std::size_t, std::size_t) {}
+
+ExportJob::ExportJob(TOrbMDBFile &file, const TOrbMDBTable *selectedTable, ExportFileType kind)
+    : m_exportFile(&file), m_exportFileType(kind), m_selectedTable(selectedTable == nullptr)
+{
+    if (!file.active() && !file.open())
+        C_LogError("Export: file (%s) cannot be opened", file.fullPath().c_str());
+    for (const auto &table : file.tables()) {
+        ExportEntry entry = ExportEntry::exportEntryWithTableName(table->name(), kind);
+        entry.selected = selectedTable == nullptr || selectedTable == table.get();
+        if (entry.selected)
+            ++m_selectedTableCount;
+        m_tableEntries.push_back(std::move(entry));
+    }
+    m_options = ExportOptions::defaultsFor(kind, m_selectedTable);
+}
+
+ExportJob::~ExportJob()
+{
+    stop();
+    wait();
+}
+
+void ExportJob::setEntrySelected(std::size_t index, bool selected)
+{
+    if (index >= m_tableEntries.size() || m_tableEntries[index].selected == selected)
+        return;
+    m_tableEntries[index].selected = selected;
+    m_selectedTableCount += selected ? 1 : -1;
+}
+
+void ExportJob::setEntryFileName(std::size_t index, std::string fileName)
+{
+    if (index < m_tableEntries.size())
+        m_tableEntries[index].exportFileName = std::move(fileName);
+}
+
+void ExportJob::markAllTableEntriesAsSelected(bool selected)
+{
+    for (ExportEntry &entry : m_tableEntries)
+        entry.selected = selected;
+    m_selectedTableCount = selected ? static_cast<int>(m_tableEntries.size()) : 0;
+}
+
+bool ExportJob::canStartExport() const
+{
+    return enableOkButtonCheck(m_exportPath, m_selectedTableCount, m_options);
+}
+
+bool ExportJob::startExport(ExportObserver *observer)
+{
+    const Routine routine = exportRoutineForType(m_exportFileType);
+    if (!routine || m_started)
+        return false;
+    m_started = true;
+    m_tableEntries.erase(std::remove_if(m_tableEntries.begin(), m_tableEntries.end(),
+                                        [](const ExportEntry &entry) { return !entry.selected; }),
+                         m_tableEntries.end());
+    m_selectedTableCount = static_cast<int>(m_tableEntries.size());
+    m_observer = observer;
+    m_worker = std::thread([this, routine] { runRoutine(routine); });
+    return true;
+}
+
+void ExportJob::wait()
+{
+    if (m_worker.joinable() && m_worker.get_id() != std::this_thread::get_id())
+        m_worker.join();
+}
+
+void ExportJob::runRoutine(Routine routine)
+{
+    m_successTableCount = 0;
+    routine(*this);
+    if (m_observer)
+        m_observer->exportThreadFinished(*this);
+}
+
+ExportReport ExportJob::report() const
+{
+    return makeExportReport(terminated(), m_successTableCount, m_msgLog);
+}
+
+void ExportJob::forEachTable(
+    const std::function<void(std::size_t index, const ExportEntry &entry, const TOrbMDBTable &table)> &body)
+{
+    for (std::size_t i = 0; i < m_tableEntries.size(); ++i) {
+        if (terminated())
+            return;
+        if (m_observer)
+            m_observer->updateProgressPanel(*this, i);
+        const ExportEntry &entry = m_tableEntries[i];
+        const auto &tables = m_exportFile->tables();
+        const auto found = std::find_if(tables.begin(), tables.end(),
+                                        [&](const auto &table) { return table->name() == entry.tableName; });
+        if (found == tables.end())
+            continue;
+        body(i, entry, **found);
+    }
+}
+
+std::string ExportJob::outputPathForEntry(const ExportEntry &entry) const
+{
+    return exportOutputPath(m_exportPath, entry);
+}
+
+void ExportJob::logFailure(std::string_view tableName, const char *reason)
+{
+    m_msgLog.push_back(exportFailureLine(tableName, reason));
+}
+
+} // namespace vellum

@@ -1,0 +1,20 @@
+#pragma once
+
+// The export routine of each kind. To add a kind: declare its routine here and add one row to
+// the table in ExportRoutines.cpp (see the comment at the top of ExportJob.h).
+
+#include "export/ExportFileType.h"
+#include "export/ExportJob.h"
+
+namespace vellum {
+
+/// Kinds 0, 1 and 2: delimited text and XML, one file per table.
+void exportTextFileThread(ExportJob &job);
+
+/// The routine of a kind; nullptr when this build has none (nothing is started then).
+ExportJob::Routine exportRoutineForType(ExportFileType kind);
+
+/// True when the kind has a routine in this build.
+inline bool isExportFileTypeAvailable(ExportFileType kind) { return exportRoutineForType(kind) != nullptr; }
+
+} // namespace vellum
