@@ -77,5 +77,7 @@ extern const ExportCliFormat kCsvCliFormat;
 extern const ExportCliFormat kTxtCliFormat;
 extern const ExportCliFormat kXmlCliFormat;
 const std::vector<ExportCliOption> &textExportCliOptions();
+extern const ExportCliFormat kSqlCliFormat;
+const std::vector<ExportCliOption> &sqlExportCliOptions();
 
 } // namespace vellum::cli

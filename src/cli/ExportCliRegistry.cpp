@@ -8,6 +8,7 @@ const std::vector<const ExportCliFormat *> &exportCliFormats()
         &kCsvCliFormat,
         &kTxtCliFormat,
         &kXmlCliFormat,
+        &kSqlCliFormat,
     };
     return formats;
 }
@@ -18,6 +19,7 @@ const std::vector<ExportCliOption> &exportCliOptions()
     static const std::vector<ExportCliOption> options = [] {
         const Group groups[] = {
             textExportCliOptions,
+            sqlExportCliOptions,
         };
         std::vector<ExportCliOption> all;
         for (const Group group : groups)

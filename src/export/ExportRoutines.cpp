@@ -14,6 +14,7 @@ const RoutineRow kRoutines[] = {
     {ExportFileType::CSV, exportTextFileThread},
     {ExportFileType::TXT, exportTextFileThread},
     {ExportFileType::XML, exportTextFileThread},
+    {ExportFileType::SQL, exportSQLThread},
 };
 
 } // namespace

@@ -11,6 +11,9 @@ namespace vellum {
 /// Kinds 0, 1 and 2: delimited text and XML, one file per table.
 void exportTextFileThread(ExportJob &job);
 
+/// Kind 4: SQL scripts in one of five dialects, one script or one per table.
+void exportSQLThread(ExportJob &job);
+
 /// The routine of a kind; nullptr when this build has none (nothing is started then).
 ExportJob::Routine exportRoutineForType(ExportFileType kind);
 

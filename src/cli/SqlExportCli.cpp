@@ -1,0 +1,113 @@
+// The SQL script format of `vellum-cli export` and its options.
+
+#include "cli/ExportCliFormat.h"
+
+namespace vellum::cli {
+
+namespace {
+
+constexpr ExportFileType kSql = ExportFileType::SQL;
+
+bool applyDialect(ExportCliRequest &request, const std::string &value, std::string &error)
+{
+    return parseChoice("--dialect", value,
+                       {{"mysql", 1}, {"postgresql", 2}, {"oracle", 3}, {"sqlite", 4}, {"sqlserver", 5}},
+                       request.options.sqlFormat, error);
+}
+
+bool applySingleFile(ExportCliRequest &request, const std::string &, std::string &)
+{
+    request.options.exportSingleFile = true;
+    return true;
+}
+
+bool applyFilePerTable(ExportCliRequest &request, const std::string &, std::string &)
+{
+    request.options.exportSingleFile = false;
+    return true;
+}
+
+bool applySchema(ExportCliRequest &request, const std::string &value, std::string &)
+{
+    request.options.schemaName = value;
+    return true;
+}
+
+bool applyNoStructure(ExportCliRequest &request, const std::string &, std::string &)
+{
+    request.options.exportStructure = false;
+    return true;
+}
+
+bool applyNoDrop(ExportCliRequest &request, const std::string &, std::string &)
+{
+    request.options.includeDropTable = false;
+    return true;
+}
+
+bool applyNoForeignKeys(ExportCliRequest &request, const std::string &, std::string &)
+{
+    request.options.includeForeignKeys = false;
+    return true;
+}
+
+bool applyNoIndexes(ExportCliRequest &request, const std::string &, std::string &)
+{
+    request.options.includeIndexes = false;
+    return true;
+}
+
+bool applyNoData(ExportCliRequest &request, const std::string &, std::string &)
+{
+    request.options.exportData = false;
+    return true;
+}
+
+bool applyDecimal(ExportCliRequest &request, const std::string &value, std::string &)
+{
+    request.options.decimalSymbol = value;
+    return true;
+}
+
+bool validateSql(const ExportCliRequest &request, std::string &error)
+{
+    // The wizard's OK rule: structure or data must be on, or nothing would be written.
+    if (!request.options.exportStructure && !request.options.exportData) {
+        error = "--no-structure and --no-data together leave nothing to export";
+        return false;
+    }
+    if (!request.options.schemaName.empty() && !schemaNameEnabledForSqlFormat(request.options.sqlFormat)) {
+        error = "--schema applies to the postgresql, oracle and sqlserver dialects only";
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+extern const ExportCliFormat kSqlCliFormat = {
+    "sql", kSql, "SQL script (--dialect mysql|postgresql|oracle|sqlite|sqlserver); one script for the whole file", validateSql};
+
+const std::vector<ExportCliOption> &sqlExportCliOptions()
+{
+    static const std::vector<ExportCliOption> options = {
+        {"--dialect", "mysql|postgresql|oracle|sqlite|sqlserver", "SQL dialect of the script (default mysql)", {kSql},
+         applyDialect},
+        {"--single-file", nullptr,
+         "one script for all chosen tables, OUTPUT is its path (the default without --table)", {kSql}, applySingleFile},
+        {"--file-per-table", nullptr,
+         "one script per table, OUTPUT is a folder (the default with --table)", {kSql}, applyFilePerTable},
+        {"--schema", "NAME", "schema put before the table names (postgresql, oracle, sqlserver)", {kSql}, applySchema},
+        {"--no-structure", nullptr, "leave out DROP, CREATE TABLE, indexes, comments and relationships", {kSql},
+         applyNoStructure},
+        {"--no-drop", nullptr, "leave out DROP TABLE", {kSql}, applyNoDrop},
+        {"--no-foreign-keys", nullptr, "leave out the relationships", {kSql}, applyNoForeignKeys},
+        {"--no-indexes", nullptr, "leave out the indexes", {kSql}, applyNoIndexes},
+        {"--no-data", nullptr, "leave out the INSERT statements", {kSql}, applyNoData},
+        {"--decimal", "TEXT", "replaces \".\" in Currency, Single and Double values (default \".\")", {kSql},
+         applyDecimal},
+    };
+    return options;
+}
+
+} // namespace vellum::cli

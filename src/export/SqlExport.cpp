@@ -1,0 +1,69 @@
+#include "export/ExportRoutines.h"
+
+#include "export/ExportJob.h"
+#include "export/ExportSink.h"
+#include "export/SqlScriptWriter.h"
+#include "model/TOrbMDBTable.h"
+#include "util/format.h"
+#include "util/localized.h"
+
+#include <vector>
+
+namespace vellum {
+
+void exportSQLThread(ExportJob &job)
+{
+    SqlScriptSettings settings = SqlScriptSettings::fromOptions(job.options());
+    SqlScriptWriter writer(job.file(), settings, job.terminateFlag());
+    const auto rowProgress = [&job](std::size_t done, std::size_t count) { job.reportRowProgress(done, count); };
+
+    if (settings.singleFile) {
+        FileSink sink;
+        if (!sink.open(job.exportPath())) {
+            job.logLine(localized(kExportReasonUnableToCreateFile));
+            return;
+        }
+        bool written = writer.writePrologue(sink);
+        std::vector<const TOrbMDBTable *> writtenTables;
+        job.forEachTable([&](std::size_t, const ExportEntry &, const TOrbMDBTable &table) {
+            if (!written)
+                return;
+            written = writer.writeTable(table, sink, rowProgress);
+            writtenTables.push_back(&table);
+            if (written && !job.terminated())
+                job.addSuccess();
+        });
+        if (job.terminated()) {
+            sink.discard();
+            job.logLine(formatObjects("%@: %@", {localized("Failed"), localized(kExportReasonTerminated)}));
+            return;
+        }
+        written = written && writer.writeSingleScriptEnd(writtenTables, sink) && writer.writeEpilogue(sink);
+        if (!sink.close() || !written) {
+            sink.discard();
+            job.logLine(localized(kExportReasonUnableToWriteFile));
+        }
+        return;
+    }
+
+    job.forEachTable([&](std::size_t, const ExportEntry &entry, const TOrbMDBTable &table) {
+        FileSink sink;
+        if (!sink.open(job.outputPathForEntry(entry))) {
+            job.logFailure(entry.tableName, kExportReasonUnableToCreateFile);
+            return;
+        }
+        const bool written = writer.writePrologue(sink) && writer.writeTable(table, sink, rowProgress) &&
+                             writer.writeEpilogue(sink);
+        if (job.terminated()) {
+            sink.discard();
+            job.logFailure(entry.tableName, kExportReasonTerminated);
+        } else if (!sink.close() || !written) {
+            sink.discard();
+            job.logFailure(entry.tableName, kExportReasonUnableToWriteFile);
+        } else {
+            job.addSuccess();
+        }
+    });
+}
+
+} // namespace vellum
