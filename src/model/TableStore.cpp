@@ -5,55 +5,101 @@
 
 namespace vellum {
 namespace {
+
 constexpr std::size_t kBlockSize = 1 << 20;
+
+void appendVarint(std::string &out, std::uint64_t value)
+{
+    while (value >= 0x80) {
+        out += static_cast<char>((value & 0x7F) | 0x80);
+        value >>= 7;
+    }
+    out += static_cast<char>(value);
 }
+
+/// Reads one header number; nullptr when it runs past `end` or is too long.
+const unsigned char *readVarint(const unsigned char *p, const unsigned char *end, std::uint64_t &value)
+{
+    value = 0;
+    for (int shift = 0; shift < 64 && p < end; shift += 7) {
+        const unsigned char byte = *p++;
+        value |= static_cast<std::uint64_t>(byte & 0x7F) << shift;
+        if (!(byte & 0x80))
+            return p;
+    }
+    return nullptr;
+}
+
+/// Reads one header number of a row known to be valid.
+inline const unsigned char *readVarintTrusted(const unsigned char *p, std::uint64_t &value)
+{
+    value = *p & 0x7F;
+    int shift = 7;
+    while (*p++ & 0x80) {
+        value |= static_cast<std::uint64_t>(*p & 0x7F) << shift;
+        shift += 7;
+    }
+    return p;
+}
+
+} // namespace
 
 TableStore::TableStore(std::size_t columnCount) : m_columnCount(columnCount) {}
 
-const char *TableStore::rowText(std::size_t row) const
+const unsigned char *TableStore::rowBytes(std::size_t row) const
 {
     const std::uint64_t start = m_rowStarts[row];
-    return m_blocks[start >> 32].bytes.get() + (start & 0xFFFFFFFFu);
+    return reinterpret_cast<const unsigned char *>(m_blocks[start >> 32].bytes.get()) + (start & 0xFFFFFFFFu);
 }
 
 CellValue TableStore::cell(std::size_t row, std::size_t column) const
 {
     if (row >= m_rowStarts.size() || column >= m_columnCount)
         return CellValue::null();
-    const std::uint32_t *ends = m_cellEnds.data() + row * m_columnCount;
-    const std::uint32_t begin = column ? (ends[column - 1] & ~kBlobFlag) : 0;
-    const std::uint32_t endRaw = ends[column];
-    const std::uint32_t end = endRaw & ~kBlobFlag;
-    if (end == begin)
+    const unsigned char *p = rowBytes(row);
+    std::uint64_t offset = 0;
+    std::uint64_t entry = 0;
+    for (std::size_t c = 0; c <= column; ++c) {
+        p = readVarintTrusted(p, entry);
+        if (c < column)
+            offset += entry >> 1;
+    }
+    for (std::size_t c = column + 1; c < m_columnCount; ++c) { // skip the rest of the header
+        while (*p++ & 0x80) {
+        }
+    }
+    const std::uint64_t length = entry >> 1;
+    if (length == 0)
         return CellValue::null();
-    const char *text = rowText(row) + begin;
-    if (endRaw & kBlobFlag) {
+    const char *bytes = reinterpret_cast<const char *>(p + offset);
+    if (entry & 1) {
         std::uint32_t index;
-        std::memcpy(&index, text, sizeof index);
+        std::memcpy(&index, bytes, sizeof index);
         return CellValue::ofBlob(m_blobs[index].get());
     }
-    return CellValue::ofText(std::string_view(text, end - begin));
+    return CellValue::ofText(std::string_view(bytes, length));
 }
 
 void TableStore::beginRow()
 {
-    m_pending.clear();
-    m_pendingCells = 0;
+    m_pendingHeader.clear();
+    m_pendingCells.clear();
+    m_pendingCount = 0;
 }
 
 void TableStore::appendText(const char *text, std::size_t length)
 {
-    if (m_pendingCells >= m_columnCount)
+    if (m_pendingCount >= m_columnCount)
         return;
+    appendVarint(m_pendingHeader, static_cast<std::uint64_t>(length) << 1);
     if (length)
-        m_pending.append(text, length);
-    m_cellEnds.push_back(static_cast<std::uint32_t>(m_pending.size()));
-    ++m_pendingCells;
+        m_pendingCells.append(text, length);
+    ++m_pendingCount;
 }
 
 void TableStore::appendBlob(std::unique_ptr<TOrbBlobData> blob)
 {
-    if (m_pendingCells >= m_columnCount)
+    if (m_pendingCount >= m_columnCount)
         return;
     if (!blob) {
         appendNull();
@@ -61,31 +107,37 @@ void TableStore::appendBlob(std::unique_ptr<TOrbBlobData> blob)
     }
     const auto index = static_cast<std::uint32_t>(m_blobs.size());
     m_blobs.push_back(std::move(blob));
-    m_pending.append(reinterpret_cast<const char *>(&index), sizeof index);
-    m_cellEnds.push_back(static_cast<std::uint32_t>(m_pending.size()) | kBlobFlag);
-    ++m_pendingCells;
+    appendVarint(m_pendingHeader, (sizeof index << 1) | 1);
+    m_pendingCells.append(reinterpret_cast<const char *>(&index), sizeof index);
+    ++m_pendingCount;
 }
 
 void TableStore::endRow()
 {
-    while (m_pendingCells < m_columnCount)
+    while (m_pendingCount < m_columnCount)
         appendNull();
-    const std::size_t need = m_pending.size();
+    const std::size_t need = m_pendingHeader.size() + m_pendingCells.size();
     if (m_blocks.empty() || m_blocks.back().capacity - m_blocks.back().size < need) {
-        if (!m_blocks.empty())
-            m_blocks.back().capacity = m_blocks.back().size; // shrink() may trim it later
         Block block;
         block.capacity = std::max(kBlockSize, need);
         block.bytes.reset(new char[block.capacity]);
         m_blocks.push_back(std::move(block));
     }
     Block &block = m_blocks.back();
-    if (need)
-        std::memcpy(block.bytes.get() + block.size, m_pending.data(), need);
+    char *dest = block.bytes.get() + block.size;
+    std::memcpy(dest, m_pendingHeader.data(), m_pendingHeader.size());
+    if (!m_pendingCells.empty())
+        std::memcpy(dest + m_pendingHeader.size(), m_pendingCells.data(), m_pendingCells.size());
     m_rowStarts.push_back((static_cast<std::uint64_t>(m_blocks.size() - 1) << 32) | block.size);
     block.size += need;
-    m_pending.clear();
-    m_pendingCells = 0;
+    m_pendingHeader.clear();
+    m_pendingCells.clear();
+    m_pendingCount = 0;
+}
+
+void TableStore::reserveRows(std::size_t rows)
+{
+    m_rowStarts.reserve(std::min<std::size_t>(rows, 50'000'000));
 }
 
 void TableStore::shrink()
@@ -99,9 +151,9 @@ void TableStore::shrink()
         block.capacity = block.size;
     }
     m_rowStarts.shrink_to_fit();
-    m_cellEnds.shrink_to_fit();
     m_blobs.shrink_to_fit();
-    std::string().swap(m_pending);
+    std::string().swap(m_pendingHeader);
+    std::string().swap(m_pendingCells);
 }
 
 void TableStore::clear()
@@ -109,15 +161,15 @@ void TableStore::clear()
     m_blocks.clear();
     m_rowStarts.clear();
     m_rowStarts.shrink_to_fit();
-    m_cellEnds.clear();
-    m_cellEnds.shrink_to_fit();
     m_blobs.clear();
-    std::string().swap(m_pending);
+    std::string().swap(m_pendingHeader);
+    std::string().swap(m_pendingCells);
+    m_pendingCount = 0;
 }
 
 std::size_t TableStore::memoryUsage() const
 {
-    std::size_t total = m_rowStarts.capacity() * sizeof(std::uint64_t) + m_cellEnds.capacity() * sizeof(std::uint32_t);
+    std::size_t total = m_rowStarts.capacity() * sizeof(std::uint64_t);
     for (const Block &block : m_blocks)
         total += block.capacity;
     for (const auto &blob : m_blobs)
@@ -125,39 +177,63 @@ std::size_t TableStore::memoryUsage() const
     return total;
 }
 
+bool TableStore::rowIsValid(const unsigned char *row, std::size_t room, std::size_t blobCount) const
+{
+    const unsigned char *end = row + room;
+    const unsigned char *p = row;
+    std::vector<std::uint64_t> entries(m_columnCount);
+    std::uint64_t total = 0;
+    for (std::size_t c = 0; c < m_columnCount; ++c) {
+        p = readVarint(p, end, entries[c]);
+        if (!p)
+            return false;
+        total += entries[c] >> 1;
+        if ((entries[c] & 1) && (entries[c] >> 1) != sizeof(std::uint32_t))
+            return false;
+        if (total > room)
+            return false;
+    }
+    if (total > static_cast<std::uint64_t>(end - p))
+        return false;
+    for (std::size_t c = 0; c < m_columnCount; ++c) {
+        if (entries[c] & 1) {
+            std::uint32_t index;
+            std::memcpy(&index, p, sizeof index);
+            if (index >= blobCount)
+                return false;
+        }
+        p += entries[c] >> 1;
+    }
+    return true;
+}
+
 bool TableStore::adopt(std::size_t columnCount, std::vector<Block> blocks, std::vector<std::uint64_t> rowStarts,
-                       std::vector<std::uint32_t> cellEnds, std::vector<std::unique_ptr<TOrbBlobData>> blobs)
+                       std::vector<std::unique_ptr<TOrbBlobData>> blobs)
 {
     clear();
-    if (cellEnds.size() != rowStarts.size() * columnCount)
-        return false;
+    for (const auto &blob : blobs)
+        if (!blob)
+            return false;
+    for (const Block &block : blocks)
+        if (block.size > block.capacity || (block.size && !block.bytes))
+            return false;
+    const std::size_t savedColumns = m_columnCount;
+    m_columnCount = columnCount;
     for (std::size_t row = 0; row < rowStarts.size(); ++row) {
         const std::uint64_t blockIndex = rowStarts[row] >> 32;
         const std::uint64_t offset = rowStarts[row] & 0xFFFFFFFFu;
-        if (blockIndex >= blocks.size() || offset > blocks[blockIndex].size)
+        if (blockIndex >= blocks.size() || offset >= blocks[blockIndex].size + (columnCount == 0 ? 1 : 0)) {
+            m_columnCount = savedColumns;
             return false;
-        const std::size_t room = blocks[blockIndex].size - offset;
-        std::uint32_t previous = 0;
-        for (std::size_t c = 0; c < columnCount; ++c) {
-            const std::uint32_t raw = cellEnds[row * columnCount + c];
-            const std::uint32_t end = raw & ~kBlobFlag;
-            if (end < previous || end > room)
-                return false;
-            if (raw & kBlobFlag) {
-                std::uint32_t index;
-                if (end - previous != sizeof index)
-                    return false;
-                std::memcpy(&index, blocks[blockIndex].bytes.get() + offset + previous, sizeof index);
-                if (index >= blobs.size() || !blobs[index])
-                    return false;
-            }
-            previous = end;
+        }
+        const auto *bytes = reinterpret_cast<const unsigned char *>(blocks[blockIndex].bytes.get());
+        if (!rowIsValid(bytes + offset, blocks[blockIndex].size - offset, blobs.size())) {
+            m_columnCount = savedColumns;
+            return false;
         }
     }
-    m_columnCount = columnCount;
     m_blocks = std::move(blocks);
     m_rowStarts = std::move(rowStarts);
-    m_cellEnds = std::move(cellEnds);
     m_blobs = std::move(blobs);
     return true;
 }

@@ -12,11 +12,11 @@
 
 namespace vellum {
 
-/// Compact row storage of one table. The text of each row lies contiguously in large shared
-/// blocks; a row costs one 64-bit start reference and one 32-bit end offset per cell, so a
-/// million rows take no heap string or map per row. A cell whose text is empty is the null
-/// marker. A blob cell keeps the index of its TOrbBlobData (4 bytes) in place of its text and
-/// is marked by the high bit of its end offset.
+/// Compact row storage of one table. Each row lies contiguously in large shared blocks: a header
+/// of one variable-length number per cell (length << 1 | blob flag, 7 bits a byte, so one byte for
+/// a cell under 64 bytes), then the cells' bytes. A row costs one 64-bit start reference beside
+/// that, so a million rows take no heap string or map per row. A cell whose text is empty is the
+/// null marker. A blob cell holds the 4-byte index of its TOrbBlobData in place of a text.
 class TableStore {
 public:
     explicit TableStore(std::size_t columnCount = 0);
@@ -48,26 +48,29 @@ public:
         std::size_t capacity = 0; ///< bytes allocated
     };
     const std::vector<Block> &blocks() const { return m_blocks; }
+    /// Per row: block index << 32 | offset of the row's header in that block.
     const std::vector<std::uint64_t> &rowStarts() const { return m_rowStarts; }
-    const std::vector<std::uint32_t> &cellEnds() const { return m_cellEnds; }
     const std::vector<std::unique_ptr<TOrbBlobData>> &blobs() const { return m_blobs; }
     /// Rebuilds a store from its raw form; answers false (and stays empty) when the parts do
-    /// not fit together (a reference past a block, a blob index out of range).
+    /// not fit together (a row or cell past its block, a bad header, a blob index out of range).
     [[nodiscard]] bool adopt(std::size_t columnCount, std::vector<Block> blocks, std::vector<std::uint64_t> rowStarts,
-                             std::vector<std::uint32_t> cellEnds, std::vector<std::unique_ptr<TOrbBlobData>> blobs);
+                             std::vector<std::unique_ptr<TOrbBlobData>> blobs);
 
-    static constexpr std::uint32_t kBlobFlag = 0x80000000u;
+    /// Reserves room for a number of rows (a hint; rows past it still fit).
+    void reserveRows(std::size_t rows);
 
 private:
-    const char *rowText(std::size_t row) const;
+    const unsigned char *rowBytes(std::size_t row) const;
+    /// Checks one row's header and cells against the bytes that follow it.
+    bool rowIsValid(const unsigned char *row, std::size_t room, std::size_t blobCount) const;
 
     std::size_t m_columnCount;
     std::vector<Block> m_blocks;
-    std::vector<std::uint64_t> m_rowStarts; ///< block index << 32 | offset in block
-    std::vector<std::uint32_t> m_cellEnds;  ///< per cell, relative to its row's start
+    std::vector<std::uint64_t> m_rowStarts;
     std::vector<std::unique_ptr<TOrbBlobData>> m_blobs;
-    std::string m_pending; ///< the row being filled
-    std::size_t m_pendingCells = 0;
+    std::string m_pendingHeader; ///< the row being filled: its header …
+    std::string m_pendingCells;  ///< … and its cell bytes
+    std::size_t m_pendingCount = 0;
 };
 
 } // namespace vellum

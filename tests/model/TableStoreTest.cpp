@@ -64,37 +64,70 @@ TableStore::Block makeBlock(const std::string &bytes)
 
 TEST(TableStore, AdoptValidatesTheRawForm)
 {
+    // Two columns; a row is a header of one number per cell (length << 1 | blob flag), then the
+    // cells' bytes.
     struct Case {
         const char *what;
+        std::string bytes;
         std::vector<std::uint64_t> rowStarts;
-        std::vector<std::uint32_t> cellEnds;
-        bool blob;
         bool ok;
     };
-    const std::uint32_t kBlob = TableStore::kBlobFlag;
+    const std::string blobIndex0("\0\0\0\0", 4);
+    const std::string blobIndex5("\5\0\0\0", 4);
     const Case cases[] = {
-        {"valid", {0, 3}, {1, 3, 1, 2}, false, true},
-        {"cell past its block", {0}, {1, 9}, false, false},
-        {"row start past the block", {(0ull << 32) | 99}, {0, 0}, false, false},
-        {"unknown block", {1ull << 32}, {0, 0}, false, false},
-        {"decreasing ends", {0}, {2, 1}, false, false},
-        {"cell count mismatch", {0}, {1}, false, false},
-        {"blob index out of range", {0}, {0, 4 | kBlob}, false, false},
-        {"valid blob", {0}, {0, 4 | kBlob}, true, true},
+        {"valid", std::string("\x02\x04" "abc" "\x00\x02" "d", 8), {0, 5}, true},
+        {"cell past its block", "\x02\x10" "ab", {0}, false},
+        {"row start past the block", std::string(2, '\0'), {(0ull << 32) | 99}, false},
+        {"unknown block", std::string(2, '\0'), {1ull << 32}, false},
+        {"header runs off the block", "\x80", {0}, false},
+        {"blob of the wrong size", std::string("\x00\x07" "abc", 5), {0}, false},
+        {"blob index out of range", std::string("\x00\x09", 2) + blobIndex5, {0}, false},
+        {"valid blob", std::string("\x00\x09", 2) + blobIndex0, {0}, true},
     };
     for (const Case &c : cases) {
         std::vector<TableStore::Block> blocks;
-        std::string bytes = "abcde";
-        if (c.blob)
-            bytes = std::string("\0\0\0\0", 4);
-        blocks.push_back(makeBlock(bytes));
+        blocks.push_back(makeBlock(c.bytes));
         std::vector<std::unique_ptr<TOrbBlobData>> blobs;
-        if (c.blob)
-            blobs.push_back(std::make_unique<TOrbBlobData>(std::vector<std::uint8_t>{7}, "png"));
+        blobs.push_back(std::make_unique<TOrbBlobData>(std::vector<std::uint8_t>{7}, "png"));
         TableStore store;
-        EXPECT_EQ(store.adopt(2, std::move(blocks), c.rowStarts, c.cellEnds, std::move(blobs)), c.ok) << c.what;
+        EXPECT_EQ(store.adopt(2, std::move(blocks), c.rowStarts, std::move(blobs)), c.ok) << c.what;
         if (!c.ok)
             EXPECT_EQ(store.rowCount(), 0u) << c.what;
+    }
+    TableStore store;
+    std::vector<TableStore::Block> blocks;
+    blocks.push_back(makeBlock(std::string("\x02\x04" "abc" "\x00\x02" "d", 8)));
+    ASSERT_TRUE(store.adopt(2, std::move(blocks), {0, 5}, {}));
+    EXPECT_EQ(store.cell(0, 0).text, "a");
+    EXPECT_EQ(store.cell(0, 1).text, "bc");
+    EXPECT_TRUE(store.cell(1, 0).isNull());
+    EXPECT_EQ(store.cell(1, 1).text, "d");
+}
+
+TEST(TableStore, RawFormRoundTrips)
+{
+    TableStore source(3);
+    const std::string long300(300, 'y'); // a two-byte header number
+    for (int r = 0; r < 100; ++r) {
+        source.beginRow();
+        source.appendText(long300.data(), r % 3 ? long300.size() : 0);
+        source.appendBlob(std::make_unique<TOrbBlobData>(std::vector<std::uint8_t>(r, 1), "bin"));
+        source.appendText("z", 1);
+        source.endRow();
+    }
+    std::vector<TableStore::Block> blocks;
+    for (const auto &block : source.blocks())
+        blocks.push_back(makeBlock(std::string(block.bytes.get(), block.size)));
+    std::vector<std::unique_ptr<TOrbBlobData>> blobs;
+    for (const auto &blob : source.blobs())
+        blobs.push_back(std::make_unique<TOrbBlobData>(blob->data(), blob->fileExtension().c_str()));
+    TableStore copy;
+    ASSERT_TRUE(copy.adopt(3, std::move(blocks), source.rowStarts(), std::move(blobs)));
+    for (int r = 0; r < 100; ++r) {
+        EXPECT_EQ(copy.cell(r, 0).text, source.cell(r, 0).text);
+        ASSERT_TRUE(copy.cell(r, 1).isBlob());
+        EXPECT_EQ(copy.cell(r, 1).blob->data().size(), static_cast<size_t>(r));
+        EXPECT_EQ(copy.cell(r, 2).text, "z");
     }
 }
 
