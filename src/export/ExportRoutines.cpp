@@ -15,6 +15,7 @@ const RoutineRow kRoutines[] = {
     {ExportFileType::TXT, exportTextFileThread},
     {ExportFileType::XML, exportTextFileThread},
     {ExportFileType::SQL, exportSQLThread},
+    {ExportFileType::SQLite, exportSQLiteThread},
 };
 
 } // namespace

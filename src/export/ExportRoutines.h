@@ -14,6 +14,9 @@ void exportTextFileThread(ExportJob &job);
 /// Kind 4: SQL scripts in one of five dialects, one script or one per table.
 void exportSQLThread(ExportJob &job);
 
+/// Kind 5: one new SQLite database file (replacing an existing one) with every chosen table.
+void exportSQLiteThread(ExportJob &job);
+
 /// The routine of a kind; nullptr when this build has none (nothing is started then).
 ExportJob::Routine exportRoutineForType(ExportFileType kind);
 
