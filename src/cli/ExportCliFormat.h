@@ -9,10 +9,10 @@
 // given), applies the options the user gave, checks OUTPUT (a folder with one file per table,
 // the file itself when options.exportSingleFile is on), runs the export job and prints its
 // report. A format only declares what differs:
-// 1. In a file of its own under src/cli/ (e.g. SqlExportCli.cpp) define
-//        extern const ExportCliFormat kSqlCliFormat = {"sql", ExportFileType::SQL, "SQL script", validateSql};
+// 1. In a file of its own under src/cli/ (e.g. FooExportCli.cpp for a kind Foo) define
+//        extern const ExportCliFormat kFooCliFormat = {"foo", ExportFileType::Foo, "summary", validateFoo};
 //    and, when it has options of its own, a function returning them:
-//        const std::vector<ExportCliOption> &sqlExportCliOptions();
+//        const std::vector<ExportCliOption> &fooExportCliOptions();
 // 2. Declare both at the end of this header and add one line to each list in
 //    ExportCliRegistry.cpp.
 // An option name may be declared by several formats (e.g. --decimal by text and by SQL, or
