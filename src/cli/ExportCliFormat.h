@@ -79,5 +79,7 @@ extern const ExportCliFormat kXmlCliFormat;
 const std::vector<ExportCliOption> &textExportCliOptions();
 extern const ExportCliFormat kSqlCliFormat;
 const std::vector<ExportCliOption> &sqlExportCliOptions();
+extern const ExportCliFormat kSqliteCliFormat;
+const std::vector<ExportCliOption> &sqliteExportCliOptions();
 
 } // namespace vellum::cli

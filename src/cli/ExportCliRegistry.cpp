@@ -9,6 +9,7 @@ const std::vector<const ExportCliFormat *> &exportCliFormats()
         &kTxtCliFormat,
         &kXmlCliFormat,
         &kSqlCliFormat,
+        &kSqliteCliFormat,
     };
     return formats;
 }
@@ -20,6 +21,7 @@ const std::vector<ExportCliOption> &exportCliOptions()
         const Group groups[] = {
             textExportCliOptions,
             sqlExportCliOptions,
+            sqliteExportCliOptions,
         };
         std::vector<ExportCliOption> all;
         for (const Group group : groups)

@@ -1,0 +1,69 @@
+// The SQLite database format of `vellum-cli export` and its options.
+
+#include "cli/ExportCliFormat.h"
+
+namespace vellum::cli {
+
+namespace {
+
+constexpr ExportFileType kSqlite = ExportFileType::SQLite;
+
+bool applyNoForeignKeys(ExportCliRequest &request, const std::string &, std::string &)
+{
+    request.options.includeForeignKeys = false;
+    return true;
+}
+
+bool applyNoIndexes(ExportCliRequest &request, const std::string &, std::string &)
+{
+    request.options.includeIndexes = false;
+    return true;
+}
+
+bool applyNoData(ExportCliRequest &request, const std::string &, std::string &)
+{
+    request.options.exportData = false;
+    return true;
+}
+
+bool applyPassword(ExportCliRequest &request, const std::string &value, std::string &error)
+{
+    // The key is handed to SQLCipher with its length counted in characters, so only a password
+    // of single-byte characters is the same key that `PRAGMA key` of other SQLCipher programs
+    // derives from the same text.
+    for (const char c : value) {
+        if (static_cast<unsigned char>(c) >= 0x80) {
+            error = "--password must consist of ASCII characters";
+            return false;
+        }
+    }
+    if (value.empty()) {
+        error = "--password must not be empty";
+        return false;
+    }
+    request.options.password = value;
+    return true;
+}
+
+} // namespace
+
+extern const ExportCliFormat kSqliteCliFormat = {
+    "sqlite", kSqlite,
+    "a new SQLite database, OUTPUT is its file (an existing file is replaced); with --password encrypted (SQLCipher)",
+    nullptr};
+
+const std::vector<ExportCliOption> &sqliteExportCliOptions()
+{
+    static const std::vector<ExportCliOption> options = {
+        {"--no-foreign-keys", nullptr, "create the tables without FOREIGN KEY constraints", {kSqlite},
+         applyNoForeignKeys},
+        {"--no-indexes", nullptr, "create no indexes besides the primary keys", {kSqlite}, applyNoIndexes},
+        {"--no-data", nullptr, "create the tables without their rows", {kSqlite}, applyNoData},
+        {"--password", "TEXT",
+         "encrypt the database with SQLCipher; open it with sqlcipher and PRAGMA key = 'TEXT' (ASCII only)",
+         {kSqlite}, applyPassword},
+    };
+    return options;
+}
+
+} // namespace vellum::cli
