@@ -1,0 +1,123 @@
+// CSV export benchmark: `vellum-cli export FILE OUT --format csv --table Big` against
+// `mdb-export FILE Big > file`, both run as commands on big.mdb and big.accdb (200,000 rows ×
+// 10 columns), alternating, best of several runs. Vellum loads the whole file before writing,
+// so the run is split further in this process: opening the file, and writing the CSV from the
+// loaded model. Target: Vellum at most 1.2 times mdb-export.
+//
+//   bench_exportCsvBench [SHARED_TESTDATA_DIR] [RUNS]
+
+#include "export/ExportJob.h"
+#include "model/TOrbMDBFile.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+using namespace vellum;
+
+namespace {
+
+double since(std::chrono::steady_clock::time_point start)
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+std::string quoted(const std::string &text)
+{
+    std::string out = "'";
+    for (const char c : text)
+        out += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return out + "'";
+}
+
+/// Wall time of a shell command; negative when it failed.
+double timeCommand(const std::string &command)
+{
+    const auto start = std::chrono::steady_clock::now();
+    const int rc = std::system(command.c_str());
+    const double seconds = since(start);
+    return rc == 0 ? seconds : -1;
+}
+
+long long fileSize(const std::string &path)
+{
+    struct stat info;
+    return stat(path.c_str(), &info) == 0 ? static_cast<long long>(info.st_size) : -1;
+}
+
+/// Opening and writing measured apart, in this process, with the mode the command line uses.
+void splitVellum(const std::string &path, const std::string &folder, double &openSeconds, double &writeSeconds)
+{
+    auto start = std::chrono::steady_clock::now();
+    auto file = TOrbMDBFile::fromPath(path);
+    if (!file->open()) {
+        openSeconds = writeSeconds = -1;
+        return;
+    }
+    openSeconds = since(start);
+    start = std::chrono::steady_clock::now();
+    ExportJob job(*file, file->tableNamed("Big"), ExportFileType::CSV);
+    job.setExportPath(folder);
+    if (!job.startExport(nullptr)) {
+        writeSeconds = -1;
+        return;
+    }
+    job.wait();
+    writeSeconds = job.successTableCount() == 1 ? since(start) : -1;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const std::string dir = argc > 1 ? argv[1] : std::string(VELLUM_SHARED_DIR) + "/testdata";
+    const int runs = argc > 2 ? std::max(1, std::atoi(argv[2])) : 3;
+    const std::string cli = std::string(VELLUM_BIN_DIR) + "/vellum-cli";
+    char pattern[] = "/tmp/vellum-bench-XXXXXX";
+    if (!mkdtemp(pattern)) {
+        std::perror("mkdtemp");
+        return 1;
+    }
+    const std::string work = pattern;
+    bool allMet = true;
+    for (const char *name : {"big.mdb", "big.accdb"}) {
+        const std::string path = dir + "/" + name;
+        if (access(path.c_str(), R_OK) != 0) {
+            std::printf("%s: not found in %s, skipped\n", name, dir.c_str());
+            continue;
+        }
+        const std::string out = work + "/vellum";
+        const std::string peerFile = work + "/peer.csv";
+        const std::string vellumCommand =
+            quoted(cli) + " export " + quoted(path) + " " + quoted(out) + " --format csv --table Big > /dev/null";
+        const std::string peerCommand = "mdb-export " + quoted(path) + " Big > " + quoted(peerFile);
+        double vellumBest = 1e9, peerBest = 1e9;
+        for (int i = 0; i < runs; ++i) {
+            const double peer = timeCommand(peerCommand);
+            const double ours = timeCommand(vellumCommand);
+            if (peer < 0 || ours < 0) {
+                std::printf("%s: a command failed (%s)\n", name, peer < 0 ? "mdb-export" : "vellum-cli");
+                return 1;
+            }
+            peerBest = std::min(peerBest, peer);
+            vellumBest = std::min(vellumBest, ours);
+        }
+        double openSeconds = 0, writeSeconds = 0;
+        splitVellum(path, work + "/split", openSeconds, writeSeconds);
+        const double ratio = vellumBest / peerBest;
+        allMet = allMet && ratio <= 1.2;
+        std::printf("%s: vellum-cli %.3f s (%lld bytes), mdb-export %.3f s (%lld bytes), ratio %.2f (target <= 1.20: %s)\n",
+                    name, vellumBest, fileSize(out + "/Big.csv"), peerBest, fileSize(peerFile), ratio,
+                    ratio <= 1.2 ? "met" : "NOT met");
+        std::printf("%s:   in-process split: open %.3f s, write CSV %.3f s\n", name, openSeconds, writeSeconds);
+    }
+    std::error_code ignored;
+    std::filesystem::remove_all(work, ignored);
+    return allMet ? 0 : 1;
+}
