@@ -16,6 +16,8 @@ const RoutineRow kRoutines[] = {
     {ExportFileType::XML, exportTextFileThread},
     {ExportFileType::SQL, exportSQLThread},
     {ExportFileType::SQLite, exportSQLiteThread},
+    {ExportFileType::XLS, exportXLSThread},
+    {ExportFileType::XLSX, exportXLSXThread},
 };
 
 } // namespace

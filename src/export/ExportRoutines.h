@@ -17,6 +17,12 @@ void exportSQLThread(ExportJob &job);
 /// Kind 5: one new SQLite database file (replacing an existing one) with every chosen table.
 void exportSQLiteThread(ExportJob &job);
 
+/// Kind 3: Excel 97-2003 workbooks (.xls, BIFF8), one per table or all tables in one.
+void exportXLSThread(ExportJob &job);
+
+/// Kind 6: Excel 2007 workbooks (.xlsx), one per table or all tables in one.
+void exportXLSXThread(ExportJob &job);
+
 /// The routine of a kind; nullptr when this build has none (nothing is started then).
 ExportJob::Routine exportRoutineForType(ExportFileType kind);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "export/xls/ByteSink.h"
+#include "export/xls/LeBytes.h"
 
 #include <cstdint>
 #include <string_view>
@@ -76,7 +76,7 @@ LeBytes bofPayload(std::uint16_t substreamKind);
 class BiffStream {
 public:
     /// `startPosition` is the stream position of the first byte written.
-    explicit BiffStream(ByteSink &sink, std::uint64_t startPosition = 0) : m_sink(sink), m_position(startPosition) {}
+    explicit BiffStream(ExportSink &sink, std::uint64_t startPosition = 0) : m_sink(sink), m_position(startPosition) {}
 
     /// Writes one record; false when the payload is too long or the sink failed.
     [[nodiscard]] bool record(std::uint16_t type, std::string_view payload);
@@ -87,7 +87,7 @@ public:
     bool ok() const { return m_ok; }
 
 private:
-    ByteSink &m_sink;
+    ExportSink &m_sink;
     std::uint64_t m_position;
     bool m_ok = true;
 };

@@ -18,27 +18,27 @@ constexpr std::uint32_t kEntriesPerSector = CompoundFileWriter::kSectorSize / 4;
 std::uint64_t ceilDiv(std::uint64_t a, std::uint64_t b) { return (a + b - 1) / b; }
 
 /// Counts what a producer writes and passes it on, so a wrong size is caught.
-class CheckedSink : public ByteSink {
+class CheckedSink : public ExportSink {
 public:
-    explicit CheckedSink(ByteSink &target) : m_target(target) {}
-    [[nodiscard]] bool write(const void *data, std::size_t size) override
+    explicit CheckedSink(ExportSink &target) : m_target(target) {}
+    bool write(std::string_view bytes) override
     {
-        m_count += size;
-        return m_target.write(data, size);
+        m_count += bytes.size();
+        return m_target.write(bytes);
     }
     std::uint64_t count() const { return m_count; }
 
 private:
-    ByteSink &m_target;
+    ExportSink &m_target;
     std::uint64_t m_count = 0;
 };
 
-bool writeZeros(ByteSink &out, std::uint64_t count)
+bool writeZeros(ExportSink &out, std::uint64_t count)
 {
     static const char zeros[CompoundFileWriter::kSectorSize] = {};
     while (count > 0) {
         std::size_t n = static_cast<std::size_t>(std::min<std::uint64_t>(count, sizeof zeros));
-        if (!out.write(zeros, n))
+        if (!out.write(std::string_view(zeros, n)))
             return false;
         count -= n;
     }
@@ -109,10 +109,10 @@ bool CompoundFileWriter::addStream(const std::u16string &name, std::string bytes
 {
     auto shared = std::make_shared<std::string>(std::move(bytes));
     std::uint64_t size = shared->size();
-    return addStream(name, size, [shared](ByteSink &sink) { return sink.write(*shared); });
+    return addStream(name, size, [shared](ExportSink &sink) { return sink.write(*shared); });
 }
 
-bool CompoundFileWriter::write(ByteSink &out) const
+bool CompoundFileWriter::write(ExportSink &out) const
 {
     // Sector layout after the header: big streams, the mini stream, the mini FAT, the
     // directory, the FAT, the DIFAT sectors.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "export/xls/ByteSink.h"
+#include "export/xls/LeBytes.h"
 
 #include <cstdint>
 #include <functional>
@@ -16,7 +16,7 @@ namespace vellum::xls {
 class CompoundFileWriter {
 public:
     /// Writes exactly the announced number of bytes of one stream; false on failure.
-    using Producer = std::function<bool(ByteSink &)>;
+    using Producer = std::function<bool(ExportSink &)>;
 
     /// Adds a stream of the root storage. The name is at most 31 UTF-16 units.
     /// False for a longer or empty name or a duplicate.
@@ -26,7 +26,7 @@ public:
 
     /// Writes the whole file. False when a producer failed, wrote the wrong number of bytes,
     /// or the sink failed.
-    [[nodiscard]] bool write(ByteSink &out) const;
+    [[nodiscard]] bool write(ExportSink &out) const;
 
     static constexpr std::uint32_t kSectorSize = 512;
     static constexpr std::uint32_t kMiniSectorSize = 64;

@@ -28,8 +28,10 @@ void SpillBuffer::openTemporary()
         close(fd);
 }
 
-bool SpillBuffer::write(const void *data, std::size_t size)
+bool SpillBuffer::write(std::string_view bytes)
 {
+    const char *data = bytes.data();
+    const std::size_t size = bytes.size();
     if (m_failed)
         return false;
     if (!m_tried)
@@ -40,18 +42,18 @@ bool SpillBuffer::write(const void *data, std::size_t size)
             return false;
         }
     } else {
-        m_memory.append(static_cast<const char *>(data), size);
+        m_memory.append(data, size);
     }
     m_size += size;
     return true;
 }
 
-bool SpillBuffer::copyTo(ByteSink &sink, std::uint64_t offset, std::uint64_t length)
+bool SpillBuffer::copyTo(ExportSink &sink, std::uint64_t offset, std::uint64_t length)
 {
     if (m_failed || offset + length > m_size)
         return false;
     if (m_file == nullptr)
-        return sink.write(m_memory.data() + offset, length);
+        return sink.write(std::string_view(m_memory).substr(offset, length));
     if (std::fflush(m_file) != 0)
         return false;
     std::vector<char> buffer(std::min<std::uint64_t>(length, 1 << 20));
@@ -61,7 +63,7 @@ bool SpillBuffer::copyTo(ByteSink &sink, std::uint64_t offset, std::uint64_t len
         ssize_t got = pread(fd, buffer.data(), want, static_cast<off_t>(offset));
         if (got <= 0)
             return false;
-        if (!sink.write(buffer.data(), static_cast<std::size_t>(got)))
+        if (!sink.write(std::string_view(buffer.data(), static_cast<std::size_t>(got))))
             return false;
         offset += static_cast<std::uint64_t>(got);
         length -= static_cast<std::uint64_t>(got);

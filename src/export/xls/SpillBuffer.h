@@ -1,6 +1,6 @@
 #pragma once
 
-#include "export/xls/ByteSink.h"
+#include "export/ExportSink.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -11,17 +11,17 @@ namespace vellum::xls {
 /// Append-only storage for finished parts of a workbook (the sheets already written), kept in
 /// an anonymous temporary file so that memory holds only the sheet being written. When no
 /// temporary file can be made it keeps the bytes in memory instead.
-class SpillBuffer : public ByteSink {
+class SpillBuffer : public ExportSink {
 public:
     SpillBuffer() = default;
     ~SpillBuffer() override;
     SpillBuffer(const SpillBuffer &) = delete;
     SpillBuffer &operator=(const SpillBuffer &) = delete;
 
-    [[nodiscard]] bool write(const void *data, std::size_t size) override;
+    bool write(std::string_view bytes) override;
     std::uint64_t size() const { return m_size; }
     /// Copies a range that was written before to a sink.
-    [[nodiscard]] bool copyTo(ByteSink &sink, std::uint64_t offset, std::uint64_t length);
+    [[nodiscard]] bool copyTo(ExportSink &sink, std::uint64_t offset, std::uint64_t length);
     /// True while the bytes live in a temporary file (false: in memory).
     bool onDisk() const { return m_file != nullptr; }
 

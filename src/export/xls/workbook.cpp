@@ -139,7 +139,7 @@ bool workbook::writeGlobals(BiffStream &out, const std::vector<std::uint64_t> &s
     return ok && out.record(biff::kEof, std::string_view());
 }
 
-bool workbook::writeWorkbookStream(ByteSink &sink, const StreamLayout &layout)
+bool workbook::writeWorkbookStream(ExportSink &sink, const StreamLayout &layout)
 {
     std::vector<std::uint64_t> starts;
     std::uint64_t at = layout.globalsSize;
@@ -184,7 +184,7 @@ bool workbook::layoutStream(StreamLayout &layout)
     return true;
 }
 
-bool workbook::DumpStream(ByteSink &sink)
+bool workbook::DumpStream(ExportSink &sink)
 {
     StreamLayout layout;
     if (!layoutStream(layout))
@@ -196,14 +196,14 @@ bool workbook::DumpStream(ByteSink &sink)
     return true;
 }
 
-bool workbook::Dump(ByteSink &sink)
+bool workbook::Dump(ExportSink &sink)
 {
     StreamLayout layout;
     if (!layoutStream(layout))
         return false;
     CompoundFileWriter file;
     bool ok = file.addStream(u"Workbook", layout.streamSize,
-                             [this, layout](ByteSink &out) { return writeWorkbookStream(out, layout); }) &&
+                             [this, layout](ExportSink &out) { return writeWorkbookStream(out, layout); }) &&
               file.addStream(u"\x05SummaryInformation", summaryInformationStream());
     if (!ok || !file.write(sink)) {
         m_lastError = "Unable to write the workbook file.";
@@ -214,7 +214,7 @@ bool workbook::Dump(ByteSink &sink)
 
 bool workbook::Dump(const std::string &path)
 {
-    FileSink sink;
+    vellum::FileSink sink;
     if (!sink.open(path)) {
         m_lastError = "Unable to create " + path + ": " + std::strerror(errno);
         return false;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "export/xls/ByteSink.h"
+#include "export/xls/LeBytes.h"
 #include "export/xls/SharedStringTable.h"
 #include "export/xls/SpillBuffer.h"
 #include "export/xls/worksheet.h"
@@ -36,10 +36,10 @@ public:
     /// at the path and `lastError()` says why. No sheet takes cells afterwards.
     [[nodiscard]] bool Dump(const std::string &path);
     /// Writes the workbook file to a sink.
-    [[nodiscard]] bool Dump(ByteSink &sink);
+    [[nodiscard]] bool Dump(ExportSink &sink);
     /// Writes only the BIFF8 "Workbook" stream (padding included), without the compound file
     /// around it: the records as a reader finds them.
-    [[nodiscard]] bool DumpStream(ByteSink &sink);
+    [[nodiscard]] bool DumpStream(ExportSink &sink);
 
     const std::string &lastError() const { return m_lastError; }
     /// Heap bytes held (shared strings and the open sheet's cells).
@@ -55,7 +55,7 @@ private:
     };
     /// Closes the open sheet and measures the stream; false with `lastError()` set.
     [[nodiscard]] bool layoutStream(StreamLayout &layout);
-    [[nodiscard]] bool writeWorkbookStream(ByteSink &out, const StreamLayout &layout);
+    [[nodiscard]] bool writeWorkbookStream(ExportSink &out, const StreamLayout &layout);
 
     SharedStringTable m_strings;
     SpillBuffer m_spill;

@@ -174,7 +174,7 @@ bool worksheet::close(SpillBuffer &spill)
 
 std::uint64_t worksheet::closedSize() const { return headSize() + m_spillSize; }
 
-bool worksheet::writeClosed(ByteSink &sink, std::uint64_t start, SpillBuffer &spill) const
+bool worksheet::writeClosed(ExportSink &sink, std::uint64_t start, SpillBuffer &spill) const
 {
     BiffStream out(sink, start);
     LeBytes index;

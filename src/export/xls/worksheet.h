@@ -60,7 +60,7 @@ private:
     /// Size of the sheet's substream once closed.
     std::uint64_t closedSize() const;
     /// Writes the closed sheet's substream, whose BOF lies at `start` in the workbook stream.
-    [[nodiscard]] bool writeClosed(ByteSink &out, std::uint64_t start, SpillBuffer &spill) const;
+    [[nodiscard]] bool writeClosed(ExportSink &out, std::uint64_t start, SpillBuffer &spill) const;
     std::uint64_t headSize() const { return 20 + 4 + 16 + 4 * m_dbCells.size(); }
 
     SharedStringTable &m_strings;

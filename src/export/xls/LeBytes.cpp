@@ -1,48 +1,8 @@
-#include "export/xls/ByteSink.h"
+#include "export/xls/LeBytes.h"
 
 #include <cstring>
 
 namespace vellum::xls {
-
-bool MemorySink::write(const void *data, std::size_t size)
-{
-    m_bytes.append(static_cast<const char *>(data), size);
-    return true;
-}
-
-FileSink::~FileSink()
-{
-    if (m_file != nullptr)
-        std::fclose(m_file);
-}
-
-bool FileSink::open(const std::string &path)
-{
-    if (m_file != nullptr)
-        std::fclose(m_file);
-    m_failed = false;
-    m_file = std::fopen(path.c_str(), "wb");
-    return m_file != nullptr;
-}
-
-bool FileSink::write(const void *data, std::size_t size)
-{
-    if (m_file == nullptr || m_failed)
-        return false;
-    if (size != 0 && std::fwrite(data, 1, size, m_file) != size)
-        m_failed = true;
-    return !m_failed;
-}
-
-bool FileSink::close()
-{
-    if (m_file == nullptr)
-        return false;
-    bool ok = !m_failed && std::fflush(m_file) == 0;
-    ok = std::fclose(m_file) == 0 && ok;
-    m_file = nullptr;
-    return ok;
-}
 
 LeBytes &LeBytes::u8(std::uint8_t v)
 {

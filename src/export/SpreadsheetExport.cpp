@@ -1,0 +1,214 @@
+#include "export/SpreadsheetExport.h"
+
+#include "export/ExportJob.h"
+#include "export/xls/utf16.h"
+#include "model/TOrbMDBColumn.h"
+#include "model/TOrbMDBTable.h"
+#include "util/format.h"
+#include "util/localized.h"
+
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <locale.h>
+#include <vector>
+
+namespace vellum {
+
+namespace {
+
+/// Creates (or empties) the file and closes it again: proves that it can be made.
+bool canCreateFile(const std::string &path)
+{
+    std::FILE *file = std::fopen(path.c_str(), "w");
+    if (file == nullptr)
+        return false;
+    std::fclose(file);
+    return true;
+}
+
+/// The localized reason, with "%d" replaced by `number` first and then "%@" by `name` (so a
+/// "%" inside the name is never read as a format).
+std::string sheetReason(const char *english, const std::string &name, int number = 0)
+{
+    std::string format = localized(english);
+    if (const auto at = format.find("%d"); at != std::string::npos)
+        format.replace(at, 2, std::to_string(number));
+    return formatObjects(format, {name});
+}
+
+void logTableFailure(ExportJob &job, const std::string &tableName, const std::string &localizedReason)
+{
+    job.logLine(formatObjects("<%@> %@: %@", {tableName, localized("Failed"), localizedReason}));
+}
+
+bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f'; }
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// Writes a table's rows from sheet row `row` on, opening continuation sheets as needed.
+void writeRows(ExportJob &job, SpreadsheetWriter &writer, const SpreadsheetLimits &limits, const TOrbMDBTable &table,
+               std::uint32_t row)
+{
+    const auto &columns = table.columns();
+    std::vector<bool> numeric(columns.size());
+    for (std::size_t c = 0; c < columns.size(); ++c)
+        numeric[c] = isSpreadsheetNumberType(columns[c]->dataType());
+    const std::size_t rowCount = table.rowCount();
+    int sheetNumber = 2;
+    for (std::size_t r = 0; r < rowCount && !job.terminated(); ++r) {
+        if (row == limits.rowsPerSheet) {
+            const std::string name = table.name() + "(" + std::to_string(sheetNumber) + ")"; // "%@(%d)"
+            if (!writer.addSheet(name)) {
+                logTableFailure(job, table.name(), sheetReason("Unable to create spreadsheet %@(%d).", table.name(), sheetNumber));
+                return;
+            }
+            ++sheetNumber;
+            row = 0;
+        }
+        for (std::size_t c = 0; c < columns.size(); ++c) {
+            const CellValue value = table.cell(r, c);
+            const auto col = static_cast<std::uint32_t>(c);
+            if (!value.isText())
+                writer.setBlankForRow(row, col);
+            else if (numeric[c])
+                writer.writeNumber(leadingNumberValue(value.text), row, col);
+            else
+                writer.writeString(value.text, row, col);
+        }
+        ++row;
+        job.reportRowProgress(r + 1, rowCount);
+    }
+}
+
+} // namespace
+
+bool isSpreadsheetNumberType(std::string_view dataType)
+{
+    return dataType == "Integer" || dataType == "Long Integer" || dataType == "Currency" || dataType == "Single" ||
+           dataType == "Double" || dataType == "Numeric";
+}
+
+double leadingNumberValue(std::string_view text)
+{
+    std::size_t i = 0;
+    while (i < text.size() && isSpace(text[i]))
+        ++i;
+    const std::size_t start = i;
+    bool negative = false;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-'))
+        negative = text[i++] == '-';
+    const std::size_t mantissa = i;
+    std::size_t digits = 0;
+    while (i < text.size() && isDigit(text[i]))
+        ++i, ++digits;
+    if (i < text.size() && text[i] == '.') {
+        ++i;
+        while (i < text.size() && isDigit(text[i]))
+            ++i, ++digits;
+    }
+    if (digits == 0)
+        return 0;
+    if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
+        std::size_t e = i + 1;
+        if (e < text.size() && (text[e] == '+' || text[e] == '-'))
+            ++e;
+        if (e < text.size() && isDigit(text[e])) {
+            while (e < text.size() && isDigit(text[e]))
+                ++e;
+            i = e;
+        }
+    }
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data() + mantissa, text.data() + i, value);
+    if (error == std::errc::result_out_of_range) {
+        // Beyond the range of a double: strtod's answer (infinity or zero), in the C locale.
+        static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", nullptr);
+        const std::string digitsOnly(text.substr(start, i - start));
+        return strtod_l(digitsOnly.c_str(), nullptr, cLocale);
+    }
+    (void)end;
+    return negative ? -value : value;
+}
+
+std::optional<std::size_t> columnExceedingTextLength(const TOrbMDBTable &table, std::size_t maxUnits)
+{
+    const std::size_t columnCount = table.columns().size();
+    for (std::size_t r = 0; r < table.rowCount(); ++r) {
+        for (std::size_t c = 0; c < columnCount; ++c) {
+            const CellValue value = table.cell(r, c);
+            // A text never has more UTF-16 units than UTF-8 bytes, so short ones need no count.
+            if (value.isText() && value.text.size() > maxUnits && utf16Length(value.text) > maxUnits)
+                return c;
+        }
+    }
+    return std::nullopt;
+}
+
+void exportSpreadsheetTables(ExportJob &job, SpreadsheetWriter &writer, const SpreadsheetLimits &limits)
+{
+    const bool singleFile = job.options().exportSingleFile;
+    if (singleFile) {
+        if (!canCreateFile(job.exportPath())) {
+            job.logLine(localized(kExportReasonUnableToCreateFile));
+            return;
+        }
+        writer.setTargetPath(job.exportPath());
+    }
+
+    job.forEachTable([&](std::size_t, const ExportEntry &entry, const TOrbMDBTable &table) {
+        const std::string &name = table.name();
+        std::string path;
+        if (!singleFile) {
+            path = job.outputPathForEntry(entry);
+            if (!canCreateFile(path)) {
+                job.logFailure(name, kExportReasonUnableToCreateFile);
+                return;
+            }
+            std::remove(path.c_str());
+            writer.setTargetPath(path);
+        }
+        if (!writer.addSheet(name)) {
+            logTableFailure(job, name, sheetReason("Unable to create spreadsheet %@.", name));
+            return;
+        }
+        if (const auto column = columnExceedingTextLength(table, limits.maxTextUnits)) {
+            logTableFailure(job, name, sheetReason("Field %@ exceeded length limit.", table.columns()[*column]->name()));
+            if (!singleFile)
+                writer.deleteWorkBook(); // its only sheet is the refused table's
+            return;
+        }
+
+        std::uint32_t row = 0;
+        if (job.options().includeColumnHeader) {
+            const auto &columns = table.columns();
+            for (std::size_t c = 0; c < columns.size(); ++c)
+                writer.writeString(columns[c]->name(), 0, static_cast<std::uint32_t>(c));
+            row = 1;
+        }
+        writeRows(job, writer, limits, table, row);
+
+        if (job.terminated()) {
+            if (singleFile) {
+                std::remove(job.exportPath().c_str()); // saved again below with the sheets so far
+            } else {
+                writer.deleteWorkBook();
+                std::remove(path.c_str());
+            }
+            job.logFailure(name, kExportReasonTerminated);
+            return;
+        }
+        if (!singleFile && !writer.dumpToFile(path)) {
+            job.logFailure(name, kExportReasonUnableToWriteFile);
+            return;
+        }
+        job.addSuccess();
+    });
+
+    // Also after Stop: a stopped single-file export keeps the sheets written so far.
+    if (singleFile && !writer.dumpToFile(job.exportPath())) {
+        std::remove(job.exportPath().c_str());
+        job.logLine(localized(kExportReasonUnableToWriteFile));
+    }
+}
+
+} // namespace vellum

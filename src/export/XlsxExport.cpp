@@ -1,0 +1,109 @@
+#include "export/XlsxExport.h"
+
+#include "export/ExportJob.h"
+#include "export/ExportRoutines.h"
+#include "export/xls/sheetNames.h"
+#include "export/xls/utf16.h"
+#include "util/logging.h"
+
+#include <glib.h>
+#include <xlsxwriter.h>
+
+#include <cstdio>
+
+namespace vellum {
+
+XlsxExport::~XlsxExport() { deleteWorkBook(); }
+
+bool XlsxExport::addSheet(std::string_view name)
+{
+    std::u16string utf16;
+    if (name.empty() || !utf8ToUtf16(name, utf16))
+        return false;
+    const std::u16string sheetName = xls::excelSheetName(utf16);
+    for (const std::u16string &used : m_sheetNames) {
+        if (xls::sameSheetName(used, sheetName)) {
+            C_LogError("Unable to add the sheet %s: the workbook has a sheet of that name already",
+                       utf16ToUtf8(sheetName).c_str());
+            return false;
+        }
+    }
+    if (m_workbook == nullptr) {
+        lxw_workbook_options options = {};
+        options.constant_memory = LXW_TRUE;
+        options.tmpdir = const_cast<char *>(g_get_tmp_dir());
+        m_workbook = workbook_new_opt(m_targetPath.c_str(), &options);
+        if (m_workbook == nullptr) {
+            C_LogError("Unable to start the workbook %s", m_targetPath.c_str());
+            return false;
+        }
+        m_workbookPath = m_targetPath;
+        m_sheetNames.clear();
+        m_sheet = nullptr;
+    }
+    const std::string utf8 = utf16ToUtf8(sheetName);
+    lxw_worksheet *sheet = workbook_add_worksheet(m_workbook, utf8.c_str());
+    if (sheet == nullptr) {
+        C_LogError("Unable to add the sheet %s", utf8.c_str());
+        return false;
+    }
+    m_sheet = sheet;
+    m_sheetNames.push_back(sheetName);
+    return true;
+}
+
+void XlsxExport::writeString(std::string_view text, std::uint32_t row, std::uint32_t col)
+{
+    if (text.empty() || m_sheet == nullptr)
+        return;
+    m_text.assign(text);
+    worksheet_write_string(m_sheet, row, static_cast<lxw_col_t>(col), m_text.c_str(), nullptr);
+}
+
+void XlsxExport::writeNumber(double number, std::uint32_t row, std::uint32_t col)
+{
+    if (m_sheet != nullptr)
+        worksheet_write_number(m_sheet, row, static_cast<lxw_col_t>(col), number, nullptr);
+}
+
+void XlsxExport::setBlankForRow(std::uint32_t, std::uint32_t) {}
+
+bool XlsxExport::dumpToFile(const std::string &path)
+{
+    if (m_workbook == nullptr) {
+        C_LogError("Error when dump file: No workbook available");
+        return false;
+    }
+    if (path != m_workbookPath) {
+        C_LogError("Error when dump file: the workbook belongs to %s", m_workbookPath.c_str());
+        deleteWorkBook();
+        return false;
+    }
+    const lxw_error error = workbook_close(m_workbook);
+    m_workbook = nullptr;
+    m_sheet = nullptr;
+    m_sheetNames.clear();
+    if (error != LXW_NO_ERROR) {
+        C_LogError("Error when dump file: %s", lxw_strerror(error));
+        std::remove(path.c_str());
+        return false;
+    }
+    return true;
+}
+
+void XlsxExport::deleteWorkBook()
+{
+    if (m_workbook != nullptr)
+        lxw_workbook_free(m_workbook);
+    m_workbook = nullptr;
+    m_sheet = nullptr;
+    m_sheetNames.clear();
+}
+
+void exportXLSXThread(ExportJob &job)
+{
+    XlsxExport xlsx;
+    exportSpreadsheetTables(job, xlsx, kXlsxLimits);
+}
+
+} // namespace vellum
