@@ -61,6 +61,8 @@ void splitVellum(const std::string &path, const std::string &folder, double &ope
         return;
     }
     openSeconds = since(start);
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
     start = std::chrono::steady_clock::now();
     ExportJob job(*file, file->tableNamed("Big"), ExportFileType::CSV);
     job.setExportPath(folder);
