@@ -1,0 +1,162 @@
+#include "support/Fixtures.h"
+#include "support/RunProcess.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+namespace vellum {
+namespace {
+
+using test::fixturePath;
+using test::runTool;
+using test::TempDir;
+
+std::string readFile(const std::string &path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream content;
+    content << in.rdbuf();
+    return content.str();
+}
+
+TEST(VellumCliExport, RefusesBadArgumentsBeforeWritingAnything)
+{
+    TempDir dir;
+    const std::string db = fixturePath("features.mdb");
+    const std::string out = dir.file("out");
+    const std::string plainFile = dir.file("plain");
+    { std::ofstream(plainFile) << "keep"; }
+    struct Case {
+        std::vector<std::string> args;
+        int status;
+        const char *errContains;
+    };
+    const Case cases[] = {
+        {{"export", db, out, "--format", "pdf"}, 2, "unknown format 'pdf'"},
+        {{"export", db, out}, 2, "missing --format"},
+        {{"export", db, "--format", "csv"}, 2, "expected FILE and OUTPUT"},
+        {{"export", db, out, "--format", "csv", "--table", "Nope"}, 2, "unknown table 'Nope'"},
+        {{"export", db, out, "--format", "txt", "--delimiter", "pipe"}, 2, "unknown delimiter 'pipe'"},
+        {{"export", db, out, "--format", "csv", "--delimiter", "tab"}, 2, "unknown delimiter 'tab'"},
+        {{"export", db, out, "--format", "csv", "--record-delimiter", "nl"}, 2, "unknown record-delimiter 'nl'"},
+        {{"export", db, out, "--format", "csv", "--encoding", "KLINGON"}, 2, "unknown encoding 'KLINGON'"},
+        {{"export", db, out, "--format", "xml", "--no-header"}, 2, "--no-header does not apply to --format xml"},
+        {{"export", db, out, "--format", "csv", "--bogus"}, 2, "unknown option '--bogus'"},
+        {{"export", db, plainFile, "--format", "csv"}, 2, "is a file"},
+        {{"export", fixturePath("missing.mdb"), out, "--format", "csv"}, 1, "cannot be opened"},
+    };
+    for (const Case &c : cases) {
+        const auto result = runTool("vellum-cli", c.args);
+        EXPECT_EQ(result.exitStatus, c.status) << c.errContains << "\n" << result.err;
+        EXPECT_NE(result.err.find(c.errContains), std::string::npos) << result.err;
+        EXPECT_TRUE(result.out.empty()) << result.out;
+        EXPECT_FALSE(std::filesystem::exists(out)) << c.errContains;
+    }
+    EXPECT_EQ(readFile(plainFile), "keep");
+}
+
+TEST(VellumCliExport, WritesIntoANewFolderAndPrintsTheReport)
+{
+    TempDir dir;
+    const std::string out = dir.file("new/nested");
+    const auto result = runTool("vellum-cli", {"export", fixturePath("features.mdb"), out, "--format", "txt", "--table",
+                                               "AllTypes", "--delimiter", "semicolon", "--record-delimiter", "crlf"});
+    ASSERT_EQ(result.exitStatus, 0) << result.err;
+    EXPECT_EQ(result.out, "Export finished.\n1 table exported successfully.\n");
+    EXPECT_EQ(readFile(out + "/AllTypes.txt"), readFile(fixturePath("export-golden/txt/AllTypes.txt")));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(out), std::filesystem::directory_iterator()), 1);
+
+    // Every table of the file without --table; --decimal overrides the delimiter's symbol.
+    const auto all = runTool("vellum-cli", {"export", fixturePath("features.mdb"), dir.file("all"), "--format", "xml",
+                                            "--decimal", "<d>"});
+    ASSERT_EQ(all.exitStatus, 0) << all.err;
+    EXPECT_EQ(all.out, "Export finished.\n14 tables exported successfully.\n");
+    EXPECT_NE(readFile(dir.file("all/AllTypes.xml")).find("<ColDouble>2<d>718281828459045</ColDouble>"), std::string::npos);
+}
+
+TEST(VellumCliExport, AFileThatCannotBeCreatedIsReportedWithStatusOne)
+{
+    TempDir dir;
+    std::filesystem::create_directories(dir.file("out/table1.csv")); // a folder where the file would go
+    const auto result = runTool("vellum-cli", {"export", fixturePath("features.mdb"), dir.file("out"), "--format",
+                                               "csv", "--table", "table1", "--table", "Table2"});
+    EXPECT_EQ(result.exitStatus, 1) << result.err;
+    EXPECT_EQ(result.out,
+              "Export finished.\n1 table exported successfully.\n<table1> Failed: Unable to create file for export.\n");
+    EXPECT_TRUE(std::filesystem::exists(dir.file("out/Table2.csv")));
+}
+
+TEST(VellumCliExport, ListsEncodingsSortedByName)
+{
+    const auto result = runTool("vellum-cli", {"export", "--list-encodings"});
+    ASSERT_EQ(result.exitStatus, 0) << result.err;
+    EXPECT_NE(result.out.find("4            UTF-8              Unicode (UTF-8)\n"), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("30           MACINTOSH          Western (Mac OS Roman)\n"), std::string::npos);
+    std::istringstream lines(result.out);
+    std::string line, previous;
+    while (std::getline(lines, line)) {
+        const std::string name = line.substr(32);
+        EXPECT_LE(previous, name);
+        previous = name;
+    }
+}
+
+TEST(VellumCliExport, InterruptStopsTheExportAndDeletesTheCurrentFile)
+{
+    const std::string db = test::sharedPath("testdata/multi.mdb");
+    if (db.empty())
+        GTEST_SKIP() << "../shared/testdata/multi.mdb is not present";
+    TempDir dir;
+    const std::string out = dir.file("out");
+    const std::string report = dir.file("report.txt");
+    const pid_t pid = fork();
+    if (pid == 0) {
+        const int fd = open(report.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        dup2(fd, 1);
+        const int devNull = open("/dev/null", O_WRONLY);
+        dup2(devNull, 2);
+        const std::string cli = std::string(VELLUM_BIN_DIR) + "/vellum-cli";
+        execl(cli.c_str(), cli.c_str(), "export", db.c_str(), out.c_str(), "--format", "csv", nullptr);
+        _exit(127);
+    }
+    ASSERT_GT(pid, 0);
+    // The first file appears once the database is loaded; three more tables are still to come.
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(120);
+    while (!std::filesystem::exists(out + "/Part1.csv") && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    kill(pid, SIGINT);
+    int status = 0;
+    ASSERT_EQ(waitpid(pid, &status, 0), pid);
+    ASSERT_TRUE(WIFEXITED(status)) << "status " << status;
+    EXPECT_EQ(WEXITSTATUS(status), 1);
+
+    const std::string text = readFile(report);
+    EXPECT_EQ(text.rfind("Export terminated.\n", 0), 0u) << text;
+    const std::size_t at = text.find("> Failed: Terminated.\n");
+    ASSERT_NE(at, std::string::npos) << text;
+    const std::string stopped = text.substr(text.rfind('<', at) + 1, at - text.rfind('<', at) - 1);
+    EXPECT_FALSE(std::filesystem::exists(out + "/" + stopped + ".csv")) << stopped;
+    std::size_t written = 0;
+    for (const char *name : {"Part1", "Part2", "Part3", "Part4"})
+        written += std::filesystem::exists(out + "/" + name + ".csv") ? 1 : 0;
+    EXPECT_LT(written, 4u);
+    if (written > 0) {
+        EXPECT_NE(text.find(std::to_string(written) + (written == 1 ? " table" : " tables") + " exported successfully."),
+                  std::string::npos)
+            << text;
+    }
+}
+
+} // namespace
+} // namespace vellum
