@@ -7,6 +7,7 @@
 #include "export/ExportRoutines.h"
 #include "export/exportPaths.h"
 #include "model/TOrbMDBFile.h"
+#include "util/format.h"
 #include "util/stringEncodings.h"
 
 #include <sys/stat.h>
@@ -297,9 +298,9 @@ const char *exportUsage()
                            "  (created when missing) with one file per table, or the file itself for formats that\n"
                            "  write one file. Ctrl-C stops; the file being written is deleted. Exit status 0 when\n"
                            "  every chosen table was written, 1 otherwise, 2 for a wrong argument.\n"
-                           "  --format FORMAT      ";
+                           "  --format FORMAT      one of:";
         for (const ExportCliFormat *format : exportCliFormats())
-            text += std::string("\n      ") + format->name + "  " + format->summary;
+            text += formatString("\n      %-7s %s", format->name, format->summary);
         text += "\n  --table NAME         a table to export (repeatable; default every table)"
                 "\n  --list-encodings     print the encodings --encoding takes: code, name, display name";
         for (const ExportCliOption &option : exportCliOptions()) {
