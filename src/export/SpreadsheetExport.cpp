@@ -8,8 +8,10 @@
 #include "util/localized.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <locale.h>
 #include <vector>
 
@@ -121,10 +123,15 @@ double leadingNumberValue(std::string_view text)
     double value = 0;
     const auto [end, error] = std::from_chars(text.data() + mantissa, text.data() + i, value);
     if (error == std::errc::result_out_of_range) {
-        // Beyond the range of a double: strtod's answer (infinity or zero), in the C locale.
+        // Beyond the range of a double. Workbooks hold no infinity, so a text just above the
+        // largest double (libmdb prints Double's maximum as 1.797693134862316e+308) is written
+        // as that largest double; a text below the smallest gives strtod's tiny value or 0.
         static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", nullptr);
         const std::string digitsOnly(text.substr(start, i - start));
-        return strtod_l(digitsOnly.c_str(), nullptr, cLocale);
+        const double parsed = strtod_l(digitsOnly.c_str(), nullptr, cLocale);
+        if (std::isinf(parsed))
+            return std::copysign(std::numeric_limits<double>::max(), parsed);
+        return parsed;
     }
     (void)end;
     return negative ? -value : value;

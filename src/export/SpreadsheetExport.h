@@ -55,7 +55,8 @@ bool isSpreadsheetNumberType(std::string_view dataType);
 
 /// The value of a text's leading numeric part after leading white space ("12abc" is 12,
 /// "-1.5e3 kg" is -1500), 0 when the text does not start with a number. The decimal point is
-/// "." whatever the locale; hexadecimal, "inf" and "nan" are not numbers here.
+/// "." whatever the locale; hexadecimal, "inf" and "nan" are not numbers here. A number beyond
+/// a double's range gives the largest double of its sign (workbooks have no infinity).
 double leadingNumberValue(std::string_view text);
 
 /// The position of the first column (in column order) holding a text longer than `maxUnits`

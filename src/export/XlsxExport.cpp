@@ -9,9 +9,27 @@
 #include <glib.h>
 #include <xlsxwriter.h>
 
+#include <cmath>
 #include <cstdio>
 
 namespace vellum {
+
+namespace {
+
+bool isHex(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
+
+} // namespace
+
+void appendOoxmlText(std::string &out, std::string_view text)
+{
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '_' && i + 6 < text.size() && text[i + 1] == 'x' && isHex(text[i + 2]) && isHex(text[i + 3]) &&
+            isHex(text[i + 4]) && isHex(text[i + 5]) && text[i + 6] == '_')
+            out += "_x005F_";
+        else
+            out += text[i];
+    }
+}
 
 XlsxExport::~XlsxExport() { deleteWorkBook(); }
 
@@ -54,14 +72,22 @@ bool XlsxExport::addSheet(std::string_view name)
 
 void XlsxExport::writeString(std::string_view text, std::uint32_t row, std::uint32_t col)
 {
-    if (text.empty() || m_sheet == nullptr)
+    // As in .xls files, a text that is not valid UTF-8 (a Binary value) is left out.
+    if (text.empty() || m_sheet == nullptr || !g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr))
         return;
-    m_text.assign(text);
+    m_text.clear();
+    appendOoxmlText(m_text, text);
     worksheet_write_string(m_sheet, row, static_cast<lxw_col_t>(col), m_text.c_str(), nullptr);
 }
 
 void XlsxExport::writeNumber(double number, std::uint32_t row, std::uint32_t col)
 {
+    // libxlsxwriter writes 16 significant digits, which round the largest doubles up past the
+    // range of a double ("1.797693134862316E+308"); those are written as the largest value whose
+    // 16 digits a reader can still read.
+    constexpr double kLargest = 1.797693134862315e308;
+    if (std::fabs(number) > kLargest)
+        number = std::copysign(kLargest, number);
     if (m_sheet != nullptr)
         worksheet_write_number(m_sheet, row, static_cast<lxw_col_t>(col), number, nullptr);
 }

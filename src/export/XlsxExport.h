@@ -30,6 +30,7 @@ public:
     /// the same rules as in .xls files (`xls::excelSheetName`); false for an empty name, a name
     /// already used (Excel ignores case), or when libxlsxwriter refuses (reason logged).
     [[nodiscard]] bool addSheet(std::string_view name) override;
+    /// A text cell; an empty text or one that is not valid UTF-8 writes nothing.
     void writeString(std::string_view text, std::uint32_t row, std::uint32_t col) override;
     void writeNumber(double number, std::uint32_t row, std::uint32_t col) override;
     /// Writes nothing: an .xlsx file has no unformatted empty cells, a missing cell is empty.
@@ -48,6 +49,11 @@ private:
     std::vector<std::u16string> m_sheetNames;
     std::string m_text; ///< NUL-terminated copy of the cell being written
 };
+
+/// Appends a text for an .xlsx cell: libxlsxwriter escapes control characters as OOXML's
+/// "_xHHHH_", which readers turn back into characters, so an "_xHHHH_" that is really in the
+/// text gets its underscore escaped ("_x005F_") to stay as it is.
+void appendOoxmlText(std::string &out, std::string_view text);
 
 /// A sheet of an .xlsx file holds 1,048,576 rows and a cell up to 32767 UTF-16 units.
 inline constexpr SpreadsheetLimits kXlsxLimits = {1048576, 32767};

@@ -1,0 +1,112 @@
+#!/usr/bin/env python3
+"""Reads a workbook with an independent reader and prints what it sees as JSON.
+
+    read_workbook.py FILE.xls      (python3-xlrd)
+    read_workbook.py FILE.xlsx     (python3-openpyxl)
+    read_workbook.py --streams FILE   the streams of a compound file (xlrd's reader)
+
+Workbook output: {"warnings": [...], "sheets": [{"name": N, "cells": [[row, col, type, value]]}]}
+with type "text", "number" or "blank"; cells that hold nothing are left out. Compound file
+output: {"warnings": [...], "streams": {"NAME": {"size": N, "sha256": HEX}}} for every stream of
+the root storage.
+"""
+import hashlib
+import io
+import json
+import math
+import sys
+
+
+def plain(value):
+    """JSON has no infinity or NaN: those come out as text, which no expected number matches."""
+    if isinstance(value, float) and not math.isfinite(value):
+        return repr(value)
+    return value
+
+
+def read_xls(path, log):
+    import xlrd
+    book = xlrd.open_workbook(path, formatting_info=True, logfile=log, ragged_rows=True)
+    kinds = {xlrd.XL_CELL_TEXT: "text", xlrd.XL_CELL_NUMBER: "number", xlrd.XL_CELL_BLANK: "blank"}
+    sheets = []
+    for sheet in book.sheets():
+        cells = []
+        for r in range(sheet.nrows):
+            for c, ctype in enumerate(sheet.row_types(r)):
+                if ctype == xlrd.XL_CELL_EMPTY:
+                    continue
+                kind = kinds.get(ctype, "other:%d" % ctype)
+                value = plain(sheet.cell_value(r, c)) if kind != "blank" else None
+                cells.append([r, c, kind, value])
+        sheets.append({"name": sheet.name, "cells": cells})
+    return sheets
+
+
+def read_xlsx(path, log):
+    import warnings
+    import openpyxl
+    from openpyxl.utils.escape import unescape  # OOXML's _xHHHH_ escapes, as Excel reads them
+    with warnings.catch_warnings(record=True) as caught:
+        warnings.simplefilter("always")
+        book = openpyxl.load_workbook(path, read_only=True, data_only=True)
+        sheets = []
+        for sheet in book.worksheets:
+            cells = []
+            for r, row in enumerate(sheet.iter_rows(values_only=True)):
+                for c, value in enumerate(row):
+                    if value is None:
+                        continue
+                    if isinstance(value, str):
+                        kind = "text"
+                        value = unescape(value)
+                    elif isinstance(value, (int, float)) and not isinstance(value, bool):
+                        kind = "number"
+                        value = plain(float(value))
+                    else:
+                        kind = "other:" + type(value).__name__
+                        value = str(value)
+                    cells.append([r, c, kind, value])
+            sheets.append({"name": sheet.title, "cells": cells})
+        book.close()
+    for w in caught:
+        log.write(str(w.message) + "\n")
+    return sheets
+
+
+def read_streams(path, log):
+    from xlrd import compdoc
+    with open(path, "rb") as f:
+        doc = compdoc.CompDoc(f.read(), logfile=log)
+    streams = {}
+    todo = [doc.dirlist[0].root_DID]
+    while todo:
+        did = todo.pop()
+        if did < 0:
+            continue
+        entry = doc.dirlist[did]
+        todo += [entry.left_DID, entry.right_DID]
+        if entry.etype == 2:
+            data = doc.get_named_stream(entry.name)
+            streams[entry.name] = {"size": len(data), "sha256": hashlib.sha256(data).hexdigest()}
+    return streams
+
+
+def main(argv):
+    log = io.StringIO()
+    if len(argv) == 3 and argv[1] == "--streams":
+        result = {"streams": read_streams(argv[2], log)}
+    elif len(argv) == 2 and argv[1].lower().endswith(".xlsx"):
+        result = {"sheets": read_xlsx(argv[1], log)}
+    elif len(argv) == 2:
+        result = {"sheets": read_xls(argv[1], log)}
+    else:
+        sys.stderr.write(__doc__)
+        return 2
+    result["warnings"] = [line for line in log.getvalue().splitlines() if line.strip()]
+    json.dump(result, sys.stdout, ensure_ascii=False)
+    sys.stdout.write("\n")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv))
