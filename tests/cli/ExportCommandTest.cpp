@@ -1,5 +1,6 @@
 #include "support/Fixtures.h"
 #include "support/RunProcess.h"
+#include "support/FileContents.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -21,14 +22,6 @@ namespace {
 using test::fixturePath;
 using test::runTool;
 using test::TempDir;
-
-std::string readFile(const std::string &path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream content;
-    content << in.rdbuf();
-    return content.str();
-}
 
 TEST(VellumCliExport, RefusesBadArgumentsBeforeWritingAnything)
 {
@@ -63,7 +56,7 @@ TEST(VellumCliExport, RefusesBadArgumentsBeforeWritingAnything)
         EXPECT_TRUE(result.out.empty()) << result.out;
         EXPECT_FALSE(std::filesystem::exists(out)) << c.errContains;
     }
-    EXPECT_EQ(readFile(plainFile), "keep");
+    EXPECT_EQ(test::fileContents(plainFile), "keep");
 }
 
 TEST(VellumCliExport, WritesIntoANewFolderAndPrintsTheReport)
@@ -74,7 +67,7 @@ TEST(VellumCliExport, WritesIntoANewFolderAndPrintsTheReport)
                                                "AllTypes", "--delimiter", "semicolon", "--record-delimiter", "crlf"});
     ASSERT_EQ(result.exitStatus, 0) << result.err;
     EXPECT_EQ(result.out, "Export finished.\n1 table exported successfully.\n");
-    EXPECT_EQ(readFile(out + "/AllTypes.txt"), readFile(fixturePath("export-golden/txt/AllTypes.txt")));
+    EXPECT_EQ(test::fileContents(out + "/AllTypes.txt"), test::fileContents(fixturePath("export-golden/txt/AllTypes.txt")));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(out), std::filesystem::directory_iterator()), 1);
 
     // Every table of the file without --table; --decimal overrides the delimiter's symbol.
@@ -82,7 +75,7 @@ TEST(VellumCliExport, WritesIntoANewFolderAndPrintsTheReport)
                                             "--decimal", "<d>"});
     ASSERT_EQ(all.exitStatus, 0) << all.err;
     EXPECT_EQ(all.out, "Export finished.\n14 tables exported successfully.\n");
-    EXPECT_NE(readFile(dir.file("all/AllTypes.xml")).find("<ColDouble>2<d>718281828459045</ColDouble>"), std::string::npos);
+    EXPECT_NE(test::fileContents(dir.file("all/AllTypes.xml")).find("<ColDouble>2<d>718281828459045</ColDouble>"), std::string::npos);
 }
 
 TEST(VellumCliExport, AFileThatCannotBeCreatedIsReportedWithStatusOne)
@@ -141,7 +134,7 @@ TEST(VellumCliExport, InterruptStopsTheExportAndDeletesTheCurrentFile)
     ASSERT_TRUE(WIFEXITED(status)) << "status " << status;
     EXPECT_EQ(WEXITSTATUS(status), 1);
 
-    const std::string text = readFile(report);
+    const std::string text = test::fileContents(report);
     EXPECT_EQ(text.rfind("Export terminated.\n", 0), 0u) << text;
     const std::size_t at = text.find("> Failed: Terminated.\n");
     ASSERT_NE(at, std::string::npos) << text;

@@ -3,13 +3,12 @@
 #include "ExportTestTables.h"
 #include "export/ExportRoutines.h"
 #include "export/exportPaths.h"
+#include "support/FileContents.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 namespace vellum {
 namespace {
@@ -40,14 +39,6 @@ public:
     std::optional<std::size_t> stopAtRows;
     ExportJob *stopTarget = nullptr;
 };
-
-std::string readFile(const std::string &path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream content;
-    content << in.rdbuf();
-    return content.str();
-}
 
 std::unique_ptr<TOrbMDBFile> threeTableFile()
 {
@@ -80,8 +71,8 @@ TEST(ExportJob, WritesTheChosenTablesWithProgressFromZero)
     EXPECT_EQ(observer.events, (std::vector<std::string>{"progress 0 Exporting A... <0 of 2>", "rows 2/2",
                                                          "progress 1 Exporting B... <1 of 2>", "rows 1/1", "finished"}));
     EXPECT_EQ(job.entries().size(), 2u) << "unselected entries are removed at the start";
-    EXPECT_EQ(readFile(dir.file("A.csv")), "\"n\"\n1\n2\n");
-    EXPECT_EQ(readFile(dir.file("B.csv")), "\"n\"\n1\n");
+    EXPECT_EQ(test::fileContents(dir.file("A.csv")), "\"n\"\n1\n2\n");
+    EXPECT_EQ(test::fileContents(dir.file("B.csv")), "\"n\"\n1\n");
     EXPECT_FALSE(std::filesystem::exists(dir.file("C.csv")));
     const ExportReport report = job.report();
     EXPECT_EQ(report.title, "Export finished.");
@@ -103,7 +94,7 @@ TEST(ExportJob, OneTableUsesTheSingularAndItsEditedFileName)
     RecordingObserver observer;
     ASSERT_TRUE(job.startExport(&observer));
     job.wait();
-    EXPECT_EQ(readFile(dir.file("renamed.xml")),
+    EXPECT_EQ(test::fileContents(dir.file("renamed.xml")),
               "<?xml version=\"1.0\"?>\n<RECORDS>\n<RECORD>\n\t<n>1</n>\n</RECORD>\n</RECORDS>\n");
     EXPECT_EQ(job.report().message, "1 table exported successfully.");
 }
@@ -184,7 +175,7 @@ TEST(ExportJob, SubstitutedCharactersAreLoggedOncePerTable)
     job.setExportPath(dir.path());
     ASSERT_TRUE(job.startExport(nullptr));
     job.wait();
-    EXPECT_EQ(readFile(dir.file("Greek.csv")), "\"w\"\n\"??\"\n\"?\"\n");
+    EXPECT_EQ(test::fileContents(dir.file("Greek.csv")), "\"w\"\n\"??\"\n\"?\"\n");
     EXPECT_EQ(job.report().message,
               "2 tables exported successfully.\n"
               "<Greek> Warning: 3 characters that the chosen encoding cannot represent were written as \"?\".");

@@ -3,24 +3,15 @@
 
 #include "export/ExportJob.h"
 #include "support/Fixtures.h"
+#include "support/FileContents.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 namespace vellum {
 namespace {
-
-std::string readFile(const std::filesystem::path &path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream content;
-    content << in.rdbuf();
-    return content.str();
-}
 
 TEST(TextExportGolden, FixtureTablesInEveryKind)
 {
@@ -61,7 +52,7 @@ TEST(TextExportGolden, FixtureTablesInEveryKind)
         for (const auto &expected : std::filesystem::directory_iterator(golden)) {
             const std::filesystem::path written = std::filesystem::path(dir.path()) / expected.path().filename();
             ASSERT_TRUE(std::filesystem::exists(written)) << written;
-            EXPECT_EQ(readFile(written), readFile(expected.path())) << written;
+            EXPECT_EQ(test::fileContents(written), test::fileContents(expected.path())) << written;
             ++compared;
         }
         EXPECT_EQ(compared, 2u) << c.folder;
