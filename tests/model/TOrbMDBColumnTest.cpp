@@ -35,8 +35,9 @@ TEST(TOrbMDBColumn, TypeNamesOfEveryColumnMatchTheFixture)
                 const TOrbMDBColumn &column = *table->columns()[c];
                 EXPECT_EQ(column.dataType(), expectedNames.at(columns[c]["type"])) << name << " " << column.name();
                 if (columns[c]["type"] == "TEXT") {
-                    if (!columns[c].value("calculated", false))
+                    if (!columns[c].value("calculated", false)) {
                         EXPECT_EQ(column.fieldSize(), columns[c]["length_units"].get<int>()) << column.name();
+                    }
                 } else {
                     EXPECT_EQ(column.fieldSize(), -1) << column.name();
                 }
