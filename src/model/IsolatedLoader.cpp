@@ -1,15 +1,69 @@
 #include "model/MdbLoader.h"
 
+#include "model/HelperProcess.h"
+#include "model/modelWire.h"
+
+#include <limits.h>
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
 namespace vellum {
+
+const std::string &isolatedLoaderPath()
+{
+    static const std::string path = [] {
+        char buffer[PATH_MAX];
+        const ssize_t n = readlink("/proc/self/exe", buffer, sizeof buffer - 1);
+        if (n <= 0)
+            return std::string();
+        const std::string executable(buffer, static_cast<std::size_t>(n));
+        const std::size_t slash = executable.rfind('/');
+        if (slash == std::string::npos)
+            return std::string();
+        std::string helper = executable.substr(0, slash + 1) + "vellum-loader";
+        return access(helper.c_str(), X_OK) == 0 ? helper : std::string();
+    }();
+    return path;
+}
 
 bool isolatedLoaderAvailable()
 {
-    return false;
+    return !isolatedLoaderPath().empty();
 }
 
-bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer)
+bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedLoadOptions &options)
 {
-    return loadFileInProcess(file, observer);
+    const std::string helper = options.helperPath.empty() ? isolatedLoaderPath() : options.helperPath;
+    if (helper.empty())
+        return false;
+    try {
+        HelperProcess process(options.stallTimeout, [observer] { return observer && observer->shouldCancel(); });
+        const std::vector<std::string> argv = {helper,
+                                               "--fd",
+                                               std::to_string(HelperProcess::kChildPipe),
+                                               "--parent",
+                                               std::to_string(getpid()),
+                                               "--workers",
+                                               std::to_string(options.load.workers),
+                                               "--parallel-from",
+                                               std::to_string(options.load.parallelFromCells),
+                                               "--",
+                                               file.fullPath()};
+        if (!process.start(argv))
+            return false;
+        ReceivedModel model;
+        if (!readModelStream(process, observer, model) || !process.finish())
+            return false; // the process object kills and reaps the helper
+        for (auto &key : model.foreignKeys)
+            file.addForeignKey(std::move(key));
+        for (auto &table : model.tables)
+            file.addTable(std::move(table));
+        return true;
+    } catch (const std::exception &) {
+        return false; // out of memory while receiving
+    }
 }
 
 } // namespace vellum

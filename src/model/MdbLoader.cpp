@@ -7,11 +7,20 @@
 
 #include "model/mdbtoolsInclude.h"
 
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <memory>
+#include <mutex>
+#include <new>
 #include <optional>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 namespace vellum {
@@ -19,7 +28,9 @@ namespace {
 
 constexpr unsigned kMaxColumns = 4096;   // Access allows 255; more means a damaged definition
 constexpr unsigned kHiddenDataTableFlags = 0x800a0000u;
-constexpr std::uint64_t kProgressEvery = 4096;
+constexpr std::uint64_t kTickEveryRows = 1024;
+constexpr auto kRowsReportInterval = std::chrono::milliseconds(20);
+constexpr auto kWaitSlice = std::chrono::milliseconds(20);
 
 /// Closes a libmdb handle on every path.
 struct HandleCloser {
@@ -119,9 +130,13 @@ void getColumnsFromMdbTableDef(TOrbMDBTable &table, MdbHandle *mdb, GPtrArray *s
     }
 }
 
-/// Loads every row in storage order; false when the observer cancelled.
+/// Called with the number of rows loaded since the last call, every kTickEveryRows rows and
+/// after every row that held OLE data; answers false to stop the load.
+using RowTicker = std::function<bool(std::uint64_t newRows)>;
+
+/// Loads every row in storage order; false when the ticker stopped it.
 bool getRowsFromMdbTableDef(TOrbMDBTable &table, MdbTableDef *tdef, MdbHandle *mdb, GPtrArray *stored,
-                            LoadObserver *observer, std::uint64_t &totalRows)
+                            const RowTicker &tick)
 {
     Bindings bindings(tdef);
     // Stored-order slot → position in libmdb's array (its binding number minus one).
@@ -136,8 +151,10 @@ bool getRowsFromMdbTableDef(TOrbMDBTable &table, MdbTableDef *tdef, MdbHandle *m
         cols.push_back(col);
     }
     TableStore &store = table.mutableStore();
+    std::uint64_t untold = 0;
     mdb_rewind_table(tdef);
     while (mdb_fetch_row(tdef)) {
+        bool heavy = false;
         store.beginRow();
         for (size_t c = 0; c < cols.size(); ++c) {
             MdbColumn *col = cols[c];
@@ -153,6 +170,7 @@ bool getRowsFromMdbTableDef(TOrbMDBTable &table, MdbTableDef *tdef, MdbHandle *m
                 store.appendNull();
                 continue;
             }
+            heavy = true;
             size_t size = 0;
             void *full = mdb_ole_read_full(mdb, col, &size);
             std::unique_ptr<TOrbBlobData> blob = full && size ? decodeOleCell(full, size) : nullptr;
@@ -163,14 +181,11 @@ bool getRowsFromMdbTableDef(TOrbMDBTable &table, MdbTableDef *tdef, MdbHandle *m
                 store.appendNull();
         }
         store.endRow();
-        if (observer && (++totalRows % kProgressEvery) == 0) {
-            observer->rowsLoaded(totalRows);
-            if (observer->shouldCancel())
-                return false;
-        }
+        if ((++untold >= kTickEveryRows || heavy) && !tick(std::exchange(untold, 0)))
+            return false;
     }
     store.shrink();
-    return true;
+    return untold == 0 || tick(untold);
 }
 
 void getIndicesFromMdbTableDef(TOrbMDBTable &table, MdbTableDef *tdef)
@@ -249,25 +264,69 @@ void readRelationships(TOrbMDBFile &file, MdbTableDef *tdef)
     }
 }
 
-} // namespace
-
-bool loadFileInProcess(TOrbMDBFile &file, LoadObserver *observer)
+/// Opens a handle set up the way every load reads: text converted from UTF-16, 200000-byte
+/// value buffers, month-first dates.
+HandlePtr openHandle(const std::string &path)
 {
-    HandlePtr mdb(mdb_open(file.fullPath().c_str(), MDB_NOFLAGS));
+    HandlePtr mdb(mdb_open(path.c_str(), MDB_NOFLAGS));
     if (!mdb)
-        return false;
+        return nullptr;
     useUtf16Conversion(mdb.get());
     mdb_set_bind_size(mdb.get(), kBindBufferSize);
     mdb_set_date_fmt(mdb.get(), "%m/%d/%Y %H:%M:%S");
+    return mdb;
+}
 
-    if (!mdb_read_catalog(mdb.get(), MDB_ANY))
-        return true; // active with no tables
+/// The columns and indexes of a table definition as libmdb reads them, plus the stored column
+/// order with the descriptors' flag bytes. Owns the stored-order array.
+class ColumnLayout {
+public:
+    ColumnLayout() = default;
+    ColumnLayout(const ColumnLayout &) = delete;
+    ColumnLayout &operator=(const ColumnLayout &) = delete;
+    ~ColumnLayout()
+    {
+        if (m_stored)
+            g_ptr_array_free(m_stored, FALSE);
+    }
+
+    /// Reads columns, indexes (which must follow the column read at once) and the stored
+    /// order; false when the definition is implausible or any part cannot be read.
+    bool read(MdbTableDef *tdef)
+    {
+        if (tdef->num_cols > kMaxColumns)
+            return false;
+        if (!mdb_read_columns(tdef) || !tdef->columns)
+            return false;
+        mdb_read_indices(tdef); // fills tdef->indices
+        m_stored = mdb_read_columns_without_sorting(tdef, &m_flags);
+        return m_stored != nullptr;
+    }
+    GPtrArray *stored() const { return m_stored; }
+    const std::vector<ColumnDescriptorFlags> &flags() const { return m_flags; }
+
+private:
+    GPtrArray *m_stored = nullptr;
+    std::vector<ColumnDescriptorFlags> m_flags;
+};
+
+/// A kept table as the catalog walk leaves it: complete but for its rows.
+struct PlannedTable {
+    unsigned catalogIndex = 0;
+    std::string objectName; ///< the catalog entry's name, to find the same entry through another handle
+    std::unique_ptr<TOrbMDBTable> table;
+    std::uint64_t cost = 0; ///< estimated cells
+};
+
+/// Walks the catalog in order: reads "MSysRelationships" into `file` and describes every kept
+/// table (columns, indexes, primary-key marks, name). False when the sink cancelled.
+bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<PlannedTable> &plan)
+{
     const bool modernFormat = mdb->f->jet_version >= MDB_VER_ACCDB_2007;
-
-    std::uint64_t totalRows = 0;
+    // The name given to the last kept table; a hidden data table without a primary-key
+    // column takes it over (it is never reset between entries).
     std::string workingName;
     bool haveWorkingName = false;
-    std::size_t tableIndex = 0;
     for (unsigned i = 0; i < mdb->num_catalog; ++i) {
         auto *entry = static_cast<MdbCatalogEntry *>(g_ptr_array_index(mdb->catalog, i));
         if (!entry || entry->object_type != MDB_TABLE)
@@ -283,29 +342,13 @@ bool loadFileInProcess(TOrbMDBFile &file, LoadObserver *observer)
                 readRelationships(file, tdef.get());
             continue;
         }
-        if (tdef->num_cols > kMaxColumns)
+        ColumnLayout layout;
+        if (!layout.read(tdef.get()))
             continue;
-        if (!mdb_read_columns(tdef.get()) || !tdef->columns)
-            continue;
-        mdb_read_indices(tdef.get()); // fills tdef->indices; must follow the column read
-        std::vector<ColumnDescriptorFlags> flags;
-        GPtrArray *stored = mdb_read_columns_without_sorting(tdef.get(), &flags);
-        if (!stored)
-            continue;
-        if (observer) {
-            observer->tableStarted(user ? std::string(tdef->name) : std::string(), tableIndex++, 0);
-            if (observer->shouldCancel()) {
-                g_ptr_array_free(stored, FALSE);
-                return false;
-            }
-        }
-        auto table = std::make_unique<TOrbMDBTable>();
-        table->setFile(&file);
-        getColumnsFromMdbTableDef(*table, mdb.get(), stored, flags);
-        const bool completed = getRowsFromMdbTableDef(*table, tdef.get(), mdb.get(), stored, observer, totalRows);
-        g_ptr_array_free(stored, FALSE);
-        if (!completed)
+        if (sink.shouldCancel())
             return false;
+        auto table = std::make_unique<TOrbMDBTable>();
+        getColumnsFromMdbTableDef(*table, mdb, layout.stored(), layout.flags());
         getIndicesFromMdbTableDef(*table, tdef.get());
         table->setColumnPrimaryKey();
 
@@ -327,11 +370,299 @@ bool loadFileInProcess(TOrbMDBFile &file, LoadObserver *observer)
                 continue;
         }
         table->setName(workingName);
-        file.addTable(std::move(table));
+        const std::uint64_t rows = tdef->num_rows > 0 ? static_cast<std::uint64_t>(tdef->num_rows) : 0;
+        const std::uint64_t cost = rows * std::max<std::uint64_t>(1, table->columns().size());
+        plan.push_back(PlannedTable{i, entry->object_name, std::move(table), cost});
     }
-    if (observer)
-        observer->rowsLoaded(totalRows);
     return true;
+}
+
+/// Loads the rows of a planned table through `mdb`, reading its definition again; false when
+/// the entry or its columns differ from what the walk saw, or the ticker stopped the load.
+bool loadPlannedRows(MdbHandle *mdb, PlannedTable &planned, const RowTicker &tick)
+{
+    if (planned.catalogIndex >= mdb->num_catalog)
+        return false;
+    auto *entry = static_cast<MdbCatalogEntry *>(g_ptr_array_index(mdb->catalog, planned.catalogIndex));
+    if (!entry || entry->object_type != MDB_TABLE || planned.objectName != entry->object_name)
+        return false;
+    TableDefPtr tdef(mdb_read_table(entry));
+    if (!tdef)
+        return false;
+    ColumnLayout layout;
+    if (!layout.read(tdef.get()))
+        return false;
+    const auto &columns = planned.table->columns();
+    std::size_t n = 0;
+    for (unsigned i = 0; i < layout.stored()->len; ++i) {
+        auto *col = static_cast<MdbColumn *>(g_ptr_array_index(layout.stored(), i));
+        if (!col)
+            continue;
+        if (n >= columns.size() || columns[n]->name() != col->name)
+            return false;
+        ++n;
+    }
+    if (n != columns.size())
+        return false;
+    return getRowsFromMdbTableDef(*planned.table, tdef.get(), mdb, layout.stored(), tick);
+}
+
+/// The rows phase. Hands the planned tables to the workers (in catalog order for one worker,
+/// biggest first for two) and carries what the workers report to the sink, on the thread that
+/// owns the sink.
+class RowLoadHub {
+public:
+    RowLoadHub(LoadSink &sink, std::vector<PlannedTable> &plan, bool biggestFirst) : m_sink(sink), m_plan(plan)
+    {
+        for (std::size_t i = 0; i < plan.size(); ++i)
+            m_order.push_back(i);
+        if (biggestFirst)
+            std::stable_sort(m_order.begin(), m_order.end(),
+                             [&](std::size_t a, std::size_t b) { return plan[a].cost > plan[b].cost; });
+    }
+
+    // Any thread.
+    std::optional<std::size_t> nextTable()
+    {
+        const std::size_t i = m_next.fetch_add(1);
+        if (i >= m_order.size())
+            return std::nullopt;
+        return m_order[i];
+    }
+    PlannedTable &planned(std::size_t position) { return m_plan[position]; }
+    void tableStarted(std::size_t position)
+    {
+        std::lock_guard lock(m_mutex);
+        m_started.push_back(position);
+    }
+    void tableFinished(std::size_t position)
+    {
+        std::lock_guard lock(m_mutex);
+        m_finished.push_back(position);
+        m_wake.notify_all();
+    }
+    void addRows(std::uint64_t rows) { m_rows.fetch_add(rows); }
+    void fail()
+    {
+        m_failed = true;
+        m_stop = true;
+        m_wake.notify_all();
+    }
+    void stop() { m_stop = true; }
+    bool stopped() const { return m_stop.load(); }
+    bool failed() const { return m_failed.load(); }
+    void workerDone()
+    {
+        std::lock_guard lock(m_mutex);
+        ++m_workersDone;
+        m_wake.notify_all();
+    }
+
+    // The owning thread only.
+    /// Forwards started and finished tables and the row count to the sink and asks it whether
+    /// to cancel; false when the load is to stop. The row count goes out at most every 20 ms
+    /// unless `force`.
+    bool deliver(bool force)
+    {
+        std::vector<std::size_t> started;
+        std::vector<std::size_t> finished;
+        {
+            std::lock_guard lock(m_mutex);
+            started.swap(m_started);
+            finished.swap(m_finished);
+        }
+        for (const std::size_t position : started)
+            m_sink.tableStarted(m_plan[position].table->name(), m_startedCount++, m_plan.size());
+        const std::uint64_t rows = m_rows.load();
+        const auto now = std::chrono::steady_clock::now();
+        if (rows != m_reportedRows && (force || !finished.empty() || now - m_lastReport >= kRowsReportInterval)) {
+            m_sink.rowsLoaded(rows);
+            m_reportedRows = rows;
+            m_lastReport = now;
+        }
+        for (const std::size_t position : finished)
+            m_sink.tableLoaded(position, std::move(m_plan[position].table));
+        if (m_sink.shouldCancel())
+            m_stop = true;
+        return !m_stop.load();
+    }
+
+    /// Keeps delivering until `count` workers have reported done.
+    void waitForWorkers(unsigned count)
+    {
+        for (;;) {
+            deliver(false);
+            std::unique_lock lock(m_mutex);
+            if (m_workersDone >= count)
+                return;
+            m_wake.wait_for(lock, kWaitSlice);
+        }
+    }
+
+private:
+    LoadSink &m_sink;
+    std::vector<PlannedTable> &m_plan;
+    std::vector<std::size_t> m_order;
+    std::atomic<std::size_t> m_next{0};
+    std::atomic<std::uint64_t> m_rows{0};
+    std::atomic<bool> m_stop{false};
+    std::atomic<bool> m_failed{false};
+    std::mutex m_mutex;
+    std::condition_variable m_wake;
+    std::vector<std::size_t> m_started;  ///< guarded by m_mutex
+    std::vector<std::size_t> m_finished; ///< guarded by m_mutex
+    unsigned m_workersDone = 0;          ///< guarded by m_mutex
+    std::size_t m_startedCount = 0;
+    std::uint64_t m_reportedRows = 0;
+    std::chrono::steady_clock::time_point m_lastReport{};
+};
+
+/// Loads tables from the hub through one handle until none is left; false when a table could
+/// not be loaded or the load stopped.
+bool runWorker(MdbHandle *mdb, RowLoadHub &hub, const RowTicker &tick, bool owner)
+{
+    while (!hub.stopped()) {
+        const auto position = hub.nextTable();
+        if (!position)
+            return true;
+        hub.tableStarted(*position);
+        if (owner && !hub.deliver(false))
+            return false;
+        if (!loadPlannedRows(mdb, hub.planned(*position), tick)) {
+            hub.fail();
+            return false;
+        }
+        hub.tableFinished(*position);
+        if (owner && !hub.deliver(false))
+            return false;
+    }
+    return false;
+}
+
+/// Stops and joins the second worker on every way out.
+class WorkerGuard {
+public:
+    WorkerGuard(RowLoadHub &hub, std::thread &thread) : m_hub(hub), m_thread(thread) {}
+    WorkerGuard(const WorkerGuard &) = delete;
+    WorkerGuard &operator=(const WorkerGuard &) = delete;
+    ~WorkerGuard()
+    {
+        if (m_thread.joinable()) {
+            m_hub.stop();
+            m_thread.join();
+        }
+    }
+
+private:
+    RowLoadHub &m_hub;
+    std::thread &m_thread;
+};
+
+/// Loads the rows of every planned table and hands the tables to the sink. A second handle
+/// on a second thread helps when at least two tables are substantial.
+bool loadRows(const std::string &path, MdbHandle *mdb, std::vector<PlannedTable> &plan, LoadSink &sink,
+              const LoadOptions &options)
+{
+    const auto substantial = std::count_if(plan.begin(), plan.end(), [&](const PlannedTable &planned) {
+        return planned.cost >= options.parallelFromCells;
+    });
+    const bool parallel = options.workers >= 2 && substantial >= 2;
+    RowLoadHub hub(sink, plan, parallel);
+    const RowTicker ownerTick = [&](std::uint64_t rows) {
+        hub.addRows(rows);
+        return hub.deliver(false);
+    };
+    std::thread second;
+    WorkerGuard guard(hub, second);
+    if (parallel) {
+        const unsigned catalogSize = mdb->num_catalog;
+        second = std::thread([&hub, path, catalogSize] {
+            const RowTicker tick = [&hub](std::uint64_t rows) {
+                hub.addRows(rows);
+                return !hub.stopped();
+            };
+            try {
+                // A handle that cannot be opened the same way simply does not help.
+                HandlePtr own = openHandle(path);
+                if (own && mdb_read_catalog(own.get(), MDB_ANY) && own->num_catalog == catalogSize)
+                    runWorker(own.get(), hub, tick, false);
+            } catch (...) {
+                hub.fail();
+            }
+            hub.workerDone();
+        });
+    }
+    const bool ownerDone = runWorker(mdb, hub, ownerTick, true);
+    if (!ownerDone)
+        hub.stop();
+    if (parallel) {
+        hub.waitForWorkers(1);
+        second.join();
+    }
+    return ownerDone && !hub.failed() && hub.deliver(true);
+}
+
+/// Collects the tables of an in-process load and adds them to the file in catalog order.
+class FileSink : public LoadSink {
+public:
+    explicit FileSink(LoadObserver *observer) : m_observer(observer) {}
+
+    void tableStarted(const std::string &name, std::size_t index, std::size_t count) override
+    {
+        if (m_observer)
+            m_observer->tableStarted(name, index, count);
+    }
+    void rowsLoaded(std::uint64_t totalRows) override
+    {
+        if (m_observer)
+            m_observer->rowsLoaded(totalRows);
+    }
+    bool shouldCancel() override { return m_observer && m_observer->shouldCancel(); }
+    void catalogRead(std::size_t count) override { m_tables.resize(count); }
+    void tableLoaded(std::size_t position, std::unique_ptr<TOrbMDBTable> table) override
+    {
+        if (position < m_tables.size())
+            m_tables[position] = std::move(table);
+    }
+
+    /// Adds every table to the file; false when one never arrived.
+    bool commit(TOrbMDBFile &file)
+    {
+        for (const auto &table : m_tables)
+            if (!table)
+                return false;
+        for (auto &table : m_tables)
+            file.addTable(std::move(table));
+        return true;
+    }
+
+private:
+    LoadObserver *m_observer;
+    std::vector<std::unique_ptr<TOrbMDBTable>> m_tables;
+};
+
+} // namespace
+
+bool loadDatabase(const std::string &path, TOrbMDBFile &relationships, LoadSink &sink, const LoadOptions &options)
+{
+    try {
+        HandlePtr mdb = openHandle(path);
+        if (!mdb)
+            return false;
+        std::vector<PlannedTable> plan;
+        if (mdb_read_catalog(mdb.get(), MDB_ANY) && !walkCatalog(mdb.get(), relationships, sink, plan))
+            return false;
+        sink.catalogRead(plan.size());
+        return loadRows(path, mdb.get(), plan, sink, options);
+    } catch (const std::exception &) {
+        return false; // out of memory, or no thread could be started
+    }
+}
+
+bool loadFileInProcess(TOrbMDBFile &file, LoadObserver *observer, const LoadOptions &options)
+{
+    FileSink sink(observer);
+    return loadDatabase(file.fullPath(), file, sink, options) && sink.commit(file);
 }
 
 } // namespace vellum

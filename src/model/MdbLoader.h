@@ -3,21 +3,71 @@
 // The layer over libmdb: reading a file into the model. Only this unit and the loader process
 // see libmdb's structures.
 
+#include "model/TOrbMDBFile.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
 namespace vellum {
 
-class TOrbMDBFile;
-class LoadObserver;
+class TOrbMDBTable;
 
 /// Size of each libmdb value buffer: the bound on a field's text.
 constexpr int kBindBufferSize = 200000;
 
+/// How a load spreads its work.
+struct LoadOptions {
+    /// libmdb handles that read rows at the same time, each on its own thread (1 or 2).
+    unsigned workers = 2;
+    /// A second handle is used only when at least two kept tables reach this many estimated
+    /// cells (rows times columns): below it, opening a second handle costs more than it saves.
+    std::uint64_t parallelFromCells = 1'000'000;
+};
+
+/// Receives a load as it happens. Every call comes on the thread that called `loadDatabase`.
+class LoadSink : public LoadObserver {
+public:
+    /// The catalog walk is done: `count` tables follow, at positions 0 to count - 1 in catalog
+    /// order, and the relationships are complete.
+    virtual void catalogRead(std::size_t count) = 0;
+    /// The table at `position` is complete (columns, rows, indexes, name); the sink takes it.
+    virtual void tableLoaded(std::size_t position, std::unique_ptr<TOrbMDBTable> table) = 0;
+};
+
+/// Reads the database at `path` with libmdb: walks the catalog, reads the relationships into
+/// `relationships` (in the order read), and hands every kept table to the sink, loading rows
+/// with up to `options.workers` handles. False when libmdb cannot open the file, a table read
+/// in the walk cannot be read again, memory runs out, or the sink cancelled. A catalog that
+/// cannot be read gives true with no tables.
+[[nodiscard]] bool loadDatabase(const std::string &path, TOrbMDBFile &relationships, LoadSink &sink,
+                                const LoadOptions &options);
+
 /// Reads the whole file with libmdb in this process (catalog walk, kept tables with columns,
 /// rows and indexes, relationships). False when libmdb cannot open the file or the observer
-/// cancelled. Tables and relationships are left unsorted.
-bool loadFileInProcess(TOrbMDBFile &file, LoadObserver *observer);
+/// cancelled. Tables are added in catalog order, tables and relationships left unsorted.
+[[nodiscard]] bool loadFileInProcess(TOrbMDBFile &file, LoadObserver *observer, const LoadOptions &options = {});
 
-/// Reads the file in a vellum-loader helper process and receives the model over a pipe.
-bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer);
+/// How the isolated load runs its helper.
+struct IsolatedLoadOptions {
+    /// The helper executable; empty means vellum-loader beside the running executable.
+    std::string helperPath;
+    /// The helper is killed (and the open fails) when it sends nothing for this long.
+    std::chrono::milliseconds stallTimeout{30000};
+    /// Passed on to the helper's own load.
+    LoadOptions load;
+};
+
+/// Reads the file in a vellum-loader helper process and receives the model over a pipe. False
+/// (and the file unchanged) when the helper cannot start, crashes, stalls, sends anything
+/// malformed, ends without a complete model, or the observer cancels; the helper is then
+/// killed and reaped.
+[[nodiscard]] bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedLoadOptions &options = {});
+
+/// The vellum-loader beside the running executable ("" when there is none).
+const std::string &isolatedLoaderPath();
 
 /// True when the vellum-loader helper is found beside the running executable.
 bool isolatedLoaderAvailable();

@@ -1,0 +1,123 @@
+// vellum-loader: reads an Access file with libmdb in a process of its own and sends the loaded
+// model to the process that started it (see model/modelWire.h), so that a damaged file can
+// neither hang nor crash that process.
+//
+//   vellum-loader [--fd N] [--parent PID] [--workers N] [--parallel-from CELLS] [--] FILE
+//
+// Exit status: 0 when the whole model was sent, 1 when the file cannot be read or the pipe
+// broke, 2 for wrong arguments.
+
+#include "model/MdbLoader.h"
+#include "model/ModelStreamWriter.h"
+
+#include <sys/prctl.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+using namespace vellum;
+
+namespace {
+
+constexpr int kExitOk = 0;
+constexpr int kExitFailure = 1;
+constexpr int kExitUsage = 2;
+
+bool parseNumber(const char *text, unsigned long long &value)
+{
+    if (!text || !*text)
+        return false;
+    char *end = nullptr;
+    errno = 0;
+    value = std::strtoull(text, &end, 10);
+    return errno == 0 && *end == '\0';
+}
+
+/// Writes everything to a descriptor, across partial writes and interruptions.
+bool writeAll(int fd, const void *data, std::size_t length)
+{
+    const auto *bytes = static_cast<const char *>(data);
+    while (length > 0) {
+        const ssize_t n = write(fd, bytes, length);
+        if (n < 0) {
+            if (errno == EINTR)
+                continue;
+            return false;
+        }
+        bytes += n;
+        length -= static_cast<std::size_t>(n);
+    }
+    return true;
+}
+
+int usage(const char *message)
+{
+    std::fprintf(stderr, "vellum-loader: %s\nusage: vellum-loader [--fd N] [--parent PID] [--workers N] "
+                         "[--parallel-from CELLS] [--] FILE\n",
+                 message);
+    return kExitUsage;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    std::setlocale(LC_ALL, "C");
+    unsigned long long fd = 3, parent = 0, workers = 2;
+    LoadOptions options;
+    std::string path;
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        unsigned long long value = 0;
+        const bool hasValue = i + 1 < argc && parseNumber(argv[i + 1], value);
+        if (arg == "--") {
+            if (i + 2 != argc)
+                return usage("expected one FILE after --");
+            path = argv[i + 1];
+            break;
+        } else if (arg == "--fd" || arg == "--parent" || arg == "--workers" || arg == "--parallel-from") {
+            if (!hasValue)
+                return usage(("option " + arg + " needs a number").c_str());
+            if (arg == "--fd")
+                fd = value;
+            else if (arg == "--parent")
+                parent = value;
+            else if (arg == "--workers")
+                workers = value;
+            else
+                options.parallelFromCells = value;
+            ++i;
+        } else if (arg.rfind("--", 0) == 0 || !path.empty()) {
+            return usage(("unexpected argument " + arg).c_str());
+        } else {
+            path = arg;
+        }
+    }
+    if (path.empty())
+        return usage("expected one FILE");
+    if (fd > 1024 || workers < 1 || workers > 2)
+        return usage("--fd or --workers out of range");
+    options.workers = static_cast<unsigned>(workers);
+
+    if (parent) {
+        // Die with the caller: a helper whose caller is gone must not go on reading.
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (static_cast<unsigned long long>(getppid()) != parent)
+            return kExitFailure;
+    }
+    const int out = static_cast<int>(fd);
+    TOrbMDBFile relationships;
+    ModelStreamWriter writer([out](const void *data, std::size_t length) { return writeAll(out, data, length); },
+                             relationships);
+    if (!writer.begin())
+        return kExitFailure;
+    if (!loadDatabase(path, relationships, writer, options))
+        return kExitFailure;
+    return writer.finish() ? kExitOk : kExitFailure;
+}

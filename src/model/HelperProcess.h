@@ -1,0 +1,71 @@
+#pragma once
+
+#include "model/WireReader.h"
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace vellum {
+
+/// A helper program run as a child process that sends its results through a pipe. The child
+/// gets /dev/null as standard input and output (nothing it prints reaches ours) and writes its
+/// results to the pipe on descriptor 3. What it writes to standard error is passed on to ours
+/// up to kErrorRelayLimit bytes and dropped after that (a damaged file can make libmdb warn
+/// millions of times). Reading waits at most the stall timeout for each new byte and polls the
+/// cancel function every 50 ms. Unless `finish` succeeded, the destructor kills the child and
+/// reaps it, so none is left behind.
+class HelperProcess : public ByteSource {
+public:
+    /// `shouldCancel` may be empty.
+    HelperProcess(std::chrono::milliseconds stallTimeout, std::function<bool()> shouldCancel);
+    ~HelperProcess() override;
+    HelperProcess(const HelperProcess &) = delete;
+    HelperProcess &operator=(const HelperProcess &) = delete;
+
+    /// The descriptor on which the child finds the pipe.
+    static constexpr int kChildPipe = 3;
+    /// Bytes of the child's standard error passed on per run.
+    static constexpr std::size_t kErrorRelayLimit = 16 * 1024;
+
+    /// Starts the program (argv[0] is its path); false when it cannot be started.
+    [[nodiscard]] bool start(const std::vector<std::string> &argv);
+    /// Fills the buffer from the pipe; false at its end, a stall, a cancel or an error.
+    [[nodiscard]] bool read(void *data, std::size_t length) override;
+    /// After the last expected byte: true when the pipe ends there and the child exits with
+    /// status 0 in time. The child is reaped either way.
+    [[nodiscard]] bool finish();
+    /// Kills and reaps the child (if it still runs).
+    void kill();
+
+    bool cancelled() const { return m_cancelled; }
+    bool stalled() const { return m_stalled; }
+
+private:
+    enum class Wait { Ready, Failed };
+    /// Waits until the pipe is readable (or at its end).
+    Wait waitReadable();
+    bool cancelRequested();
+    /// Passes on what the child wrote to standard error so far, without waiting.
+    void relayErrors();
+    void closePipes();
+
+    std::chrono::milliseconds m_stallTimeout;
+    std::function<bool()> m_shouldCancel;
+    pid_t m_pid = -1;
+    int m_fd = -1;
+    int m_errorFd = -1;
+    std::size_t m_errorBytes = 0;
+    std::vector<char> m_buffer;
+    std::size_t m_begin = 0;
+    std::size_t m_end = 0;
+    std::chrono::steady_clock::time_point m_lastByte;
+    std::chrono::steady_clock::time_point m_lastCancelPoll;
+    bool m_cancelled = false;
+    bool m_stalled = false;
+};
+
+} // namespace vellum

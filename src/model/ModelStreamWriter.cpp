@@ -1,0 +1,69 @@
+#include "model/ModelStreamWriter.h"
+
+#include "model/TOrbMDBTable.h"
+
+namespace vellum {
+
+ModelStreamWriter::ModelStreamWriter(ByteOutput output, const TOrbMDBFile &relationships)
+    : m_output(std::move(output)), m_relationships(relationships)
+{
+}
+
+void ModelStreamWriter::send(LoaderMessage type, const WireWriter &message)
+{
+    if (m_ok)
+        m_ok = message.send(static_cast<std::uint8_t>(type), m_output);
+}
+
+bool ModelStreamWriter::begin()
+{
+    const std::uint32_t version = kLoaderStreamVersion;
+    m_ok = m_output(kLoaderStreamMagic, sizeof kLoaderStreamMagic) && m_output(&version, sizeof version);
+    return m_ok;
+}
+
+void ModelStreamWriter::tableStarted(const std::string &name, std::size_t index, std::size_t count)
+{
+    WireWriter message;
+    message.putU64(index);
+    message.putU64(count);
+    message.putString(name);
+    send(LoaderMessage::TableStarted, message);
+}
+
+void ModelStreamWriter::rowsLoaded(std::uint64_t totalRows)
+{
+    WireWriter message;
+    message.putU64(totalRows);
+    send(LoaderMessage::Rows, message);
+}
+
+void ModelStreamWriter::catalogRead(std::size_t count)
+{
+    m_count = count;
+    WireWriter message;
+    message.putU64(count);
+    message.putU64(m_relationships.allForeignKeys().size());
+    for (const auto &key : m_relationships.allForeignKeys())
+        encodeForeignKey(message, *key);
+    send(LoaderMessage::Catalog, message);
+}
+
+void ModelStreamWriter::tableLoaded(std::size_t position, std::unique_ptr<TOrbMDBTable> table)
+{
+    WireWriter message;
+    message.putU64(position);
+    encodeTable(message, *table);
+    send(LoaderMessage::Table, message);
+    // The table goes here, after its bytes left: the helper never holds sent tables.
+}
+
+bool ModelStreamWriter::finish()
+{
+    WireWriter message;
+    message.putU64(m_count);
+    send(LoaderMessage::End, message);
+    return m_ok;
+}
+
+} // namespace vellum

@@ -1,0 +1,324 @@
+#include "model/modelWire.h"
+
+#include "model/TOrbBlobData.h"
+#include "model/TOrbMDBFile.h"
+#include "model/TOrbMDBForeignKey.h"
+#include "model/TOrbMDBTable.h"
+
+#include <cstring>
+#include <limits>
+
+namespace vellum {
+
+namespace {
+
+constexpr std::uint64_t kMaxColumns = 4096;
+constexpr std::uint64_t kMaxTables = 1u << 20;
+
+void encodeStrings(WireWriter &writer, const std::vector<std::string> &strings)
+{
+    writer.putU64(strings.size());
+    for (const auto &text : strings)
+        writer.putString(text);
+}
+
+std::vector<std::string> decodeStrings(WireReader &reader)
+{
+    std::vector<std::string> strings;
+    const std::uint64_t count = reader.getU64();
+    // Each text takes at least its 4-byte length.
+    if (count > reader.remaining() / 4) {
+        reader.fail();
+        return strings;
+    }
+    for (std::uint64_t i = 0; i < count && reader.ok(); ++i)
+        strings.push_back(reader.getString());
+    return strings;
+}
+
+void encodeColumn(WireWriter &writer, const TOrbMDBColumn &column)
+{
+    writer.putString(column.name());
+    writer.putString(column.dataType());
+    writer.putI64(column.fieldSize());
+    writer.putI64(column.precision());
+    writer.putI64(column.scale());
+    writer.putOptionalString(column.allowZeroLength());
+    writer.putOptionalString(column.unicodeCompression());
+    writer.putOptionalString(column.required());
+    writer.putOptionalString(column.defaultValue());
+    writer.putOptionalString(column.description());
+    writer.putOptionalString(column.resultType());
+    writer.putOptionalString(column.expression());
+    writer.putOptionalString(column.textFormat());
+    writer.putOptionalString(column.textAlign());
+    writer.putOptionalString(column.storedDecimalPlaces());
+    writer.putBool(column.isPrimaryKey());
+    writer.putBool(column.isHyperlink());
+    writer.putBool(column.isCalculatedType());
+    writer.putI64(column.sortOrder());
+}
+
+std::unique_ptr<TOrbMDBColumn> decodeColumn(WireReader &reader)
+{
+    auto column = std::make_unique<TOrbMDBColumn>();
+    column->setName(reader.getString());
+    column->setDataType(reader.getString());
+    const auto smallInt = [&reader]() {
+        const std::int64_t value = reader.getI64();
+        if (value < std::numeric_limits<int>::min() || value > std::numeric_limits<int>::max())
+            reader.fail();
+        return static_cast<int>(value);
+    };
+    column->setFieldSize(smallInt());
+    column->setPrecision(smallInt());
+    column->setScale(smallInt());
+    column->setAllowZeroLength(reader.getOptionalString());
+    column->setUnicodeCompression(reader.getOptionalString());
+    column->setRequired(reader.getOptionalString());
+    column->setDefaultValue(reader.getOptionalString());
+    column->setDescription(reader.getOptionalString());
+    column->setResultType(reader.getOptionalString());
+    column->setExpression(reader.getOptionalString());
+    column->setTextFormat(reader.getOptionalString());
+    column->setTextAlignName(reader.getOptionalString());
+    column->setDecimalPlaces(reader.getOptionalString());
+    column->setIsPrimaryKey(reader.getBool());
+    column->setIsHyperlink(reader.getBool());
+    column->setIsCalculatedType(reader.getBool());
+    column->setSortOrder(reader.getI64());
+    return reader.ok() ? std::move(column) : nullptr;
+}
+
+void encodeIndex(WireWriter &writer, const TOrbMDBIndex &index)
+{
+    writer.putString(index.name());
+    writer.putBool(index.isAscending());
+    writer.putBool(index.isPrimaryKey());
+    writer.putBool(index.isUnique());
+    writer.putU64(index.keys().size());
+    for (const IndexKey &key : index.keys()) {
+        writer.putString(key.name);
+        writer.putBool(key.ascending);
+    }
+}
+
+std::unique_ptr<TOrbMDBIndex> decodeIndex(WireReader &reader)
+{
+    auto index = std::make_unique<TOrbMDBIndex>();
+    index->setName(reader.getString());
+    index->setIsAscending(reader.getBool());
+    index->setIsPrimaryKey(reader.getBool());
+    index->setIsUnique(reader.getBool());
+    const std::uint64_t count = reader.getU64();
+    if (count > reader.remaining() / 5) // a key takes at least a length and a flag
+        reader.fail();
+    std::vector<IndexKey> keys;
+    for (std::uint64_t i = 0; i < count && reader.ok(); ++i) {
+        IndexKey key;
+        key.name = reader.getString();
+        key.ascending = reader.getBool();
+        keys.push_back(std::move(key));
+    }
+    index->setKeys(std::move(keys));
+    return reader.ok() ? std::move(index) : nullptr;
+}
+
+void encodeStore(WireWriter &writer, const TableStore &store)
+{
+    writer.putU64(store.columnCount());
+    writer.putU64(store.blocks().size());
+    for (const TableStore::Block &block : store.blocks()) {
+        writer.putU64(block.size);
+        writer.putBorrowed(block.bytes.get(), block.size);
+    }
+    writer.putU64(store.rowStarts().size());
+    writer.putBorrowed(store.rowStarts().data(), store.rowStarts().size() * sizeof(std::uint64_t));
+    writer.putU64(store.blobs().size());
+    for (const auto &blob : store.blobs()) {
+        writer.putString(blob ? blob->fileExtension() : std::string());
+        const std::size_t size = blob ? blob->data().size() : 0;
+        writer.putU64(size);
+        if (size)
+            writer.putBorrowed(blob->data().data(), size);
+    }
+}
+
+bool decodeStore(WireReader &reader, TableStore &store, std::size_t columnCount)
+{
+    if (reader.getU64() != columnCount)
+        return reader.fail();
+    const std::uint64_t blockCount = reader.getU64();
+    if (blockCount > reader.remaining() / 8)
+        return reader.fail();
+    std::vector<TableStore::Block> blocks;
+    for (std::uint64_t i = 0; i < blockCount && reader.ok(); ++i) {
+        TableStore::Block block;
+        block.size = block.capacity = reader.getU64();
+        if (!reader.getBlock(block.bytes, block.size))
+            return false;
+        blocks.push_back(std::move(block));
+    }
+    std::vector<std::uint64_t> rowStarts;
+    if (!reader.getArray(rowStarts, reader.getU64()))
+        return false;
+    const std::uint64_t blobCount = reader.getU64();
+    if (blobCount > reader.remaining() / 12) // an extension length and a payload length each
+        return reader.fail();
+    std::vector<std::unique_ptr<TOrbBlobData>> blobs;
+    for (std::uint64_t i = 0; i < blobCount && reader.ok(); ++i) {
+        const std::string extension = reader.getString();
+        std::vector<std::uint8_t> data;
+        if (!reader.getArray(data, reader.getU64()))
+            return false;
+        blobs.push_back(std::make_unique<TOrbBlobData>(std::move(data), extension.c_str()));
+    }
+    if (!reader.ok())
+        return false;
+    if (!store.adopt(columnCount, std::move(blocks), std::move(rowStarts), std::move(blobs)))
+        return reader.fail();
+    return true;
+}
+
+} // namespace
+
+void encodeForeignKey(WireWriter &writer, const TOrbMDBForeignKey &key)
+{
+    writer.putString(key.name());
+    writer.putString(key.referencingTable());
+    encodeStrings(writer, key.referencingColumns());
+    writer.putString(key.referencedTable());
+    encodeStrings(writer, key.referencedColumns());
+    writer.putBool(key.onUpdateCascade());
+    writer.putBool(key.onDeleteCascade());
+}
+
+std::unique_ptr<TOrbMDBForeignKey> decodeForeignKey(WireReader &reader)
+{
+    auto key = std::make_unique<TOrbMDBForeignKey>();
+    key->setName(reader.getString());
+    key->setReferencingTable(reader.getString());
+    key->setReferencingColumns(decodeStrings(reader));
+    key->setReferencedTable(reader.getString());
+    key->setReferencedColumns(decodeStrings(reader));
+    key->setOnUpdateCascade(reader.getBool());
+    key->setOnDeleteCascade(reader.getBool());
+    return reader.ok() ? std::move(key) : nullptr;
+}
+
+void encodeTable(WireWriter &writer, const TOrbMDBTable &table)
+{
+    writer.putString(table.name());
+    writer.putU64(table.columns().size());
+    for (const auto &column : table.columns())
+        encodeColumn(writer, *column);
+    writer.putU64(table.indices().size());
+    for (const auto &index : table.indices())
+        encodeIndex(writer, *index);
+    encodeStore(writer, table.store());
+}
+
+std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader)
+{
+    auto table = std::make_unique<TOrbMDBTable>();
+    table->setName(reader.getString());
+    const std::uint64_t columnCount = reader.getU64();
+    if (!reader.ok() || columnCount > kMaxColumns)
+        return nullptr;
+    for (std::uint64_t i = 0; i < columnCount; ++i) {
+        auto column = decodeColumn(reader);
+        if (!column)
+            return nullptr;
+        table->addColumn(std::move(column));
+    }
+    const std::uint64_t indexCount = reader.getU64();
+    if (indexCount > reader.remaining() / 8) {
+        reader.fail();
+        return nullptr;
+    }
+    for (std::uint64_t i = 0; i < indexCount; ++i) {
+        auto index = decodeIndex(reader);
+        if (!index)
+            return nullptr;
+        table->addIndex(std::move(index));
+    }
+    if (!decodeStore(reader, table->mutableStore(), table->columns().size()))
+        return nullptr;
+    return table;
+}
+
+bool readModelStream(ByteSource &source, LoadObserver *observer, ReceivedModel &model)
+{
+    WireReader reader(source);
+    char magic[sizeof kLoaderStreamMagic];
+    std::uint32_t version = 0;
+    if (!reader.getRaw(magic, sizeof magic) || std::memcmp(magic, kLoaderStreamMagic, sizeof magic) != 0 ||
+        !reader.getRaw(&version, sizeof version) || version != kLoaderStreamVersion)
+        return false;
+
+    bool haveCatalog = false;
+    std::size_t received = 0;
+    for (;;) {
+        std::uint8_t type = 0;
+        if (!reader.beginMessage(type))
+            return false;
+        switch (static_cast<LoaderMessage>(type)) {
+        case LoaderMessage::Catalog: {
+            if (haveCatalog)
+                return false;
+            haveCatalog = true;
+            const std::uint64_t count = reader.getU64();
+            if (count > kMaxTables)
+                return false;
+            model.tables.resize(static_cast<std::size_t>(count));
+            const std::uint64_t keys = reader.getU64();
+            if (keys > reader.remaining() / 8)
+                return false;
+            for (std::uint64_t i = 0; i < keys; ++i) {
+                auto key = decodeForeignKey(reader);
+                if (!key)
+                    return false;
+                model.foreignKeys.push_back(std::move(key));
+            }
+            break;
+        }
+        case LoaderMessage::TableStarted: {
+            const std::uint64_t ordinal = reader.getU64();
+            const std::uint64_t count = reader.getU64();
+            const std::string name = reader.getString();
+            if (!haveCatalog || count != model.tables.size() || ordinal >= count)
+                return false;
+            if (reader.ok() && observer)
+                observer->tableStarted(name, static_cast<std::size_t>(ordinal), static_cast<std::size_t>(count));
+            break;
+        }
+        case LoaderMessage::Rows: {
+            const std::uint64_t rows = reader.getU64();
+            if (reader.ok() && observer)
+                observer->rowsLoaded(rows);
+            break;
+        }
+        case LoaderMessage::Table: {
+            const std::uint64_t position = reader.getU64();
+            if (!haveCatalog || position >= model.tables.size() || model.tables[position])
+                return false;
+            auto table = decodeTable(reader);
+            if (!table)
+                return false;
+            model.tables[position] = std::move(table);
+            ++received;
+            break;
+        }
+        case LoaderMessage::End: {
+            const std::uint64_t count = reader.getU64();
+            return reader.endMessage() && haveCatalog && count == model.tables.size() && received == count;
+        }
+        default:
+            return false;
+        }
+        if (!reader.endMessage())
+            return false;
+    }
+}
+
+} // namespace vellum
