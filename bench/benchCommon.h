@@ -1,0 +1,65 @@
+#pragma once
+
+// Small helpers shared by the benchmarks that time commands against their peers.
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <string>
+
+namespace vellum::bench {
+
+/// Seconds since a start time.
+inline double since(std::chrono::steady_clock::time_point start)
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// A text as one single-quoted shell word.
+inline std::string shellQuoted(const std::string &text)
+{
+    std::string out = "'";
+    for (const char c : text)
+        out += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return out + "'";
+}
+
+/// Processor seconds (user + system) of this process (RUSAGE_SELF) or of its waited-for
+/// children (RUSAGE_CHILDREN).
+inline double cpuSeconds(int who)
+{
+    struct rusage usage {};
+    getrusage(who, &usage);
+    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
+
+/// How long a command took.
+struct CommandTime {
+    double wall = -1; ///< negative when the command failed
+    double cpu = 0;   ///< processor time of the command and every process it waited for
+};
+
+/// Wall and processor time of a shell command. On a busy machine the wall time also holds the
+/// time spent waiting for a core; the processor time leaves out waiting for the disk.
+inline CommandTime timeShellCommand(const std::string &command)
+{
+    const double cpuBefore = cpuSeconds(RUSAGE_CHILDREN);
+    const auto start = std::chrono::steady_clock::now();
+    const int rc = std::system(command.c_str());
+    CommandTime time;
+    time.wall = rc == 0 ? since(start) : -1;
+    time.cpu = cpuSeconds(RUSAGE_CHILDREN) - cpuBefore;
+    return time;
+}
+
+/// Size of a file in bytes; -1 when it does not exist.
+inline long long fileBytes(const std::string &path)
+{
+    struct stat info;
+    return stat(path.c_str(), &info) == 0 ? static_cast<long long>(info.st_size) : -1;
+}
+
+} // namespace vellum::bench
