@@ -288,14 +288,20 @@ bool readModelStream(ByteSource &source, LoadObserver *observer, ReceivedModel &
             const std::string name = reader.getString();
             if (!haveCatalog || count != model.tables.size() || ordinal >= count)
                 return false;
-            if (reader.ok() && observer)
+            if (reader.ok() && observer) {
                 observer->tableStarted(name, static_cast<std::size_t>(ordinal), static_cast<std::size_t>(count));
+                if (observer->shouldCancel())
+                    return false;
+            }
             break;
         }
         case LoaderMessage::Rows: {
             const std::uint64_t rows = reader.getU64();
-            if (reader.ok() && observer)
+            if (reader.ok() && observer) {
                 observer->rowsLoaded(rows);
+                if (observer->shouldCancel())
+                    return false;
+            }
             break;
         }
         case LoaderMessage::Table: {

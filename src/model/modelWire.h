@@ -51,8 +51,9 @@ struct ReceivedModel {
 };
 
 /// Reads one whole stream from the header to End, passing the progress messages to the
-/// observer (may be null). False at anything malformed, out of order or missing; the model is
-/// then incomplete and must be dropped.
+/// observer (may be null) and asking it after each whether to cancel. False at a cancel or at
+/// anything malformed, out of order or missing; the model is then incomplete and must be
+/// dropped.
 [[nodiscard]] bool readModelStream(ByteSource &source, LoadObserver *observer, ReceivedModel &model);
 
 } // namespace vellum

@@ -1,0 +1,307 @@
+// Opening through the vellum-loader helper: the same model as in process, progress and cancel,
+// and a helper that misbehaves (cut-off stream, crash, stall, chatter) makes the open fail
+// cleanly with no process left behind.
+
+#include "modelComparison.h"
+#include "support/Fixtures.h"
+
+#include "model/MdbLoader.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+namespace vellum {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// True when this process has no child, running or zombie.
+bool noChildLeft()
+{
+    int status = 0;
+    return waitpid(-1, &status, WNOHANG) < 0 && errno == ECHILD;
+}
+
+/// Records what an open reports; cancels at the n-th table when asked to.
+class RecordingObserver : public LoadObserver {
+public:
+    explicit RecordingObserver(int cancelAtTable = -1) : m_cancelAtTable(cancelAtTable) {}
+    void tableStarted(const std::string &name, std::size_t index, std::size_t count) override
+    {
+        names.insert(name);
+        ordinals.push_back(index);
+        counts.insert(count);
+    }
+    void rowsLoaded(std::uint64_t totalRows) override
+    {
+        if (totalRows < lastRows)
+            rowsWentBack = true;
+        lastRows = totalRows;
+    }
+    bool shouldCancel() override
+    {
+        ++polls;
+        return m_cancelAtTable >= 0 && ordinals.size() > static_cast<std::size_t>(m_cancelAtTable);
+    }
+
+    std::set<std::string> names;
+    std::vector<std::size_t> ordinals;
+    std::set<std::size_t> counts;
+    std::uint64_t lastRows = 0;
+    bool rowsWentBack = false;
+    int polls = 0;
+
+private:
+    int m_cancelAtTable;
+};
+
+/// A temporary folder for fake helpers and saved streams, removed afterwards.
+class IsolatedLoader : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        char pattern[] = "/tmp/vellum-isolated-XXXXXX";
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+        m_dir = pattern;
+    }
+    void TearDown() override { fs::remove_all(m_dir); }
+
+    /// Writes an executable shell script and answers its path.
+    std::string script(const std::string &name, const std::string &body)
+    {
+        const std::string path = m_dir + "/" + name;
+        std::ofstream(path) << "#!/bin/sh\n" << body << "\n";
+        chmod(path.c_str(), 0755);
+        return path;
+    }
+
+    /// The stream the real helper sends for a file, saved to a file.
+    std::string savedStream(const std::string &database)
+    {
+        const std::string path = m_dir + "/stream.bin";
+        const std::string command = "'" + isolatedLoaderPath() + "' --fd 3 -- '" + database + "' 3>'" + path + "'";
+        EXPECT_EQ(std::system(command.c_str()), 0);
+        return path;
+    }
+
+    std::string m_dir;
+};
+
+TEST_F(IsolatedLoader, IsTheDefaultAndGivesTheInProcessModel)
+{
+    ASSERT_TRUE(isolatedLoaderAvailable()) << "vellum-loader is built beside the test executables";
+    EXPECT_EQ(TOrbMDBFile::defaultLoadMode(), LoadMode::Isolated);
+    for (const char *name : {"features.mdb", "features.accdb", "ole.mdb", "ole.accdb", "jet3_size97.mdb", "newtypes.accdb"}) {
+        SCOPED_TRACE(name);
+        auto expected = test::openInProcess(test::fixturePath(name));
+        ASSERT_TRUE(expected);
+        auto isolated = TOrbMDBFile::fromPath(test::fixturePath(name));
+        ASSERT_TRUE(isolated->open(LoadMode::Isolated, nullptr));
+        EXPECT_TRUE(isolated->active());
+        test::expectSameModel(*expected, *isolated);
+        for (const auto &table : isolated->tables())
+            EXPECT_EQ(table->file(), isolated.get());
+        for (const auto &key : isolated->allForeignKeys())
+            EXPECT_EQ(key->file(), isolated.get());
+    }
+    EXPECT_TRUE(noChildLeft());
+}
+
+TEST_F(IsolatedLoader, ParallelLoadingMergesInCatalogOrder)
+{
+    // Every table counts as large here, so both handles take part on any file with two tables.
+    for (const char *name : {"features.mdb", "features.accdb", "ole.accdb"}) {
+        SCOPED_TRACE(name);
+        auto sequential = TOrbMDBFile::fromPath(test::fixturePath(name));
+        ASSERT_TRUE(loadFileInProcess(*sequential, nullptr, LoadOptions{1, 0}));
+        auto parallel = TOrbMDBFile::fromPath(test::fixturePath(name));
+        ASSERT_TRUE(loadFileInProcess(*parallel, nullptr, LoadOptions{2, 0}));
+        // Unsorted: the tables must come in the same (catalog) order from both.
+        test::expectSameModel(*sequential, *parallel);
+        auto isolated = TOrbMDBFile::fromPath(test::fixturePath(name));
+        IsolatedLoadOptions options;
+        options.load = LoadOptions{2, 0};
+        ASSERT_TRUE(loadFileIsolated(*isolated, nullptr, options));
+        test::expectSameModel(*sequential, *isolated);
+    }
+}
+
+TEST_F(IsolatedLoader, ReportsEveryTableAndTheRowTotal)
+{
+    for (const LoadMode mode : {LoadMode::InProcess, LoadMode::Isolated}) {
+        RecordingObserver observer;
+        auto file = TOrbMDBFile::fromPath(test::fixturePath("features.accdb"));
+        ASSERT_TRUE(file->open(mode, &observer));
+        std::set<std::string> names;
+        std::uint64_t rows = 0;
+        for (const auto &table : file->tables()) {
+            names.insert(table->name());
+            rows += table->rowCount();
+        }
+        EXPECT_EQ(observer.names, names);
+        ASSERT_EQ(observer.ordinals.size(), file->tables().size());
+        for (std::size_t i = 0; i < observer.ordinals.size(); ++i)
+            EXPECT_EQ(observer.ordinals[i], i);
+        EXPECT_EQ(observer.counts, std::set<std::size_t>{file->tables().size()});
+        EXPECT_EQ(observer.lastRows, rows);
+        EXPECT_FALSE(observer.rowsWentBack);
+        EXPECT_GT(observer.polls, 0);
+    }
+}
+
+TEST_F(IsolatedLoader, CancelLeavesTheFileClosed)
+{
+    for (const LoadMode mode : {LoadMode::InProcess, LoadMode::Isolated}) {
+        for (const int at : {0, 3}) {
+            RecordingObserver observer(at);
+            auto file = TOrbMDBFile::fromPath(test::fixturePath("features.mdb"));
+            EXPECT_FALSE(file->open(mode, &observer));
+            EXPECT_FALSE(file->active());
+            EXPECT_TRUE(file->tables().empty());
+            EXPECT_TRUE(file->allForeignKeys().empty());
+            // Opening again without cancelling works.
+            EXPECT_TRUE(file->open(mode, nullptr));
+            EXPECT_EQ(file->tables().size(), 14u);
+        }
+    }
+    EXPECT_TRUE(noChildLeft());
+}
+
+TEST_F(IsolatedLoader, MisbehavingHelpersMakeTheOpenFail)
+{
+    const std::string database = test::fixturePath("features.mdb");
+    const std::string stream = savedStream(database);
+    const auto size = fs::file_size(stream);
+    ASSERT_GT(size, 1000u);
+    struct Case {
+        std::string what;
+        std::string body;
+        bool opens;
+    };
+    const std::vector<Case> cases = {
+        {"the whole stream", "cat '" + stream + "' >&3", true},
+        {"chatter on standard output", "echo LEAKED; cat '" + stream + "' >&3; echo LEAKED", true},
+        {"cut after the header", "head -c 12 '" + stream + "' >&3", false},
+        {"cut in the middle", "head -c " + std::to_string(size / 2) + " '" + stream + "' >&3", false},
+        {"cut one byte short", "head -c " + std::to_string(size - 1) + " '" + stream + "' >&3", false},
+        {"nothing at all", "exit 0", false},
+        {"garbage", "echo 'this is not a model' >&3", false},
+        {"a byte after the end", "cat '" + stream + "' >&3; printf x >&3", false},
+        {"a crash after a complete stream", "cat '" + stream + "' >&3; kill -s SEGV $$", false},
+        {"a failing exit after a complete stream", "cat '" + stream + "' >&3; exit 3", false},
+    };
+    int stdoutCopy = dup(1);
+    ASSERT_GE(stdoutCopy, 0);
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        const Case &c = cases[i];
+        SCOPED_TRACE(c.what);
+        IsolatedLoadOptions options;
+        options.helperPath = script("helper" + std::to_string(i), c.body);
+        options.stallTimeout = std::chrono::milliseconds(5000);
+        // Whatever the helper prints must not reach our standard output.
+        const std::string captured = m_dir + "/stdout" + std::to_string(i);
+        std::fflush(stdout);
+        const int capture = open(captured.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        ASSERT_GE(capture, 0);
+        dup2(capture, 1);
+        close(capture);
+        auto file = TOrbMDBFile::fromPath(database);
+        const bool opened = loadFileIsolated(*file, nullptr, options);
+        std::fflush(stdout);
+        dup2(stdoutCopy, 1);
+        EXPECT_EQ(opened, c.opens);
+        EXPECT_EQ(file->tables().size(), c.opens ? 14u : 0u);
+        EXPECT_EQ(fs::file_size(captured), 0u);
+        EXPECT_TRUE(noChildLeft());
+    }
+    close(stdoutCopy);
+}
+
+TEST_F(IsolatedLoader, StalledHelperIsKilledAfterTheTimeout)
+{
+    IsolatedLoadOptions options;
+    options.helperPath = script("stall", "exec sleep 60");
+    options.stallTimeout = std::chrono::milliseconds(300);
+    auto file = TOrbMDBFile::fromPath(test::fixturePath("features.mdb"));
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(loadFileIsolated(*file, nullptr, options));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    EXPECT_TRUE(noChildLeft());
+
+    // Progress resets the clock: a helper that keeps sending slowly is not cut off.
+    const std::string stream = savedStream(test::fixturePath("features.mdb"));
+    options.helperPath = script("slow", "head -c 100 '" + stream + "' >&3; sleep 0.2; tail -c +101 '" + stream +
+                                            "' | head -c 1000 >&3; sleep 0.2; tail -c +1101 '" + stream + "' >&3");
+    EXPECT_TRUE(loadFileIsolated(*file, nullptr, options));
+}
+
+TEST_F(IsolatedLoader, HelperDiagnosticsAreCapped)
+{
+    const std::string stream = savedStream(test::fixturePath("features.mdb"));
+    IsolatedLoadOptions options;
+    // Far more than a pipe holds: the helper must not block on its standard error.
+    options.helperPath = script("chatty", "head -c 3000000 /dev/zero | tr '\\000' w >&2; cat '" + stream + "' >&3");
+    const std::string captured = m_dir + "/stderr";
+    const int stderrCopy = dup(2);
+    const int capture = open(captured.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    ASSERT_GE(capture, 0);
+    dup2(capture, 2);
+    close(capture);
+    auto file = TOrbMDBFile::fromPath(test::fixturePath("features.mdb"));
+    const bool opened = loadFileIsolated(*file, nullptr, options);
+    dup2(stderrCopy, 2);
+    close(stderrCopy);
+    EXPECT_TRUE(opened);
+    const auto relayed = fs::file_size(captured);
+    EXPECT_GE(relayed, 16 * 1024u);
+    EXPECT_LT(relayed, 17 * 1024u);
+}
+
+TEST_F(IsolatedLoader, UnreadableInputsFailOrOpenEmptyAsInProcess)
+{
+    const std::string truncated = m_dir + "/firstpage.mdb";
+    {
+        std::ifstream in(test::fixturePath("features.mdb"), std::ios::binary);
+        std::string page(4096, '\0');
+        in.read(page.data(), static_cast<std::streamsize>(page.size()));
+        std::ofstream(truncated, std::ios::binary) << page;
+    }
+    std::ofstream(m_dir + "/text.mdb") << "not an Access file\n";
+    struct Case {
+        std::string path;
+        bool opens;
+    };
+    const std::vector<Case> cases = {
+        {m_dir + "/missing.mdb", false},
+        {m_dir + "/text.mdb", false},
+        {truncated, true}, // the first page alone: libmdb opens it, the catalog cannot be read
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.path);
+        for (const LoadMode mode : {LoadMode::InProcess, LoadMode::Isolated}) {
+            auto file = TOrbMDBFile::fromPath(c.path);
+            EXPECT_EQ(file->open(mode, nullptr), c.opens);
+            EXPECT_TRUE(file->tables().empty());
+        }
+    }
+    IsolatedLoadOptions options;
+    options.helperPath = m_dir + "/no-such-helper";
+    auto file = TOrbMDBFile::fromPath(test::fixturePath("features.mdb"));
+    EXPECT_FALSE(loadFileIsolated(*file, nullptr, options));
+    EXPECT_TRUE(noChildLeft());
+}
+
+} // namespace
+} // namespace vellum
