@@ -240,11 +240,21 @@ TEST_F(IsolatedLoader, StalledHelperIsKilledAfterTheTimeout)
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
     EXPECT_TRUE(noChildLeft());
 
-    // Progress resets the clock: a helper that keeps sending slowly is not cut off.
+    // Progress resets the clock: a helper that takes longer than the timeout in all, but never
+    // pauses that long, is not cut off.
     const std::string stream = savedStream(test::fixturePath("features.mdb"));
-    options.helperPath = script("slow", "head -c 100 '" + stream + "' >&3; sleep 0.2; tail -c +101 '" + stream +
-                                            "' | head -c 1000 >&3; sleep 0.2; tail -c +1101 '" + stream + "' >&3");
+    std::string body;
+    const auto size = fs::file_size(stream);
+    for (std::uintmax_t part = 0; part < 4; ++part) {
+        const auto from = size * part / 4, to = size * (part + 1) / 4;
+        body += "tail -c +" + std::to_string(from + 1) + " '" + stream + "' | head -c " + std::to_string(to - from) +
+                " >&3; sleep 0.6\n";
+    }
+    options.helperPath = script("slow", body);
+    options.stallTimeout = std::chrono::milliseconds(1500);
+    const auto slowStart = std::chrono::steady_clock::now();
     EXPECT_TRUE(loadFileIsolated(*file, nullptr, options));
+    EXPECT_GT(std::chrono::steady_clock::now() - slowStart, options.stallTimeout);
 }
 
 TEST_F(IsolatedLoader, HelperDiagnosticsAreCapped)
