@@ -1,0 +1,161 @@
+#include "app/models/TableDataModel.h"
+
+#include "app/support/applicationSetup.h"
+#include "app/support/desktopServices.h"
+#include "app/support/qtStrings.h"
+#include "browser/gridTexts.h"
+#include "model/TOrbBlobData.h"
+#include "model/TOrbMDBTable.h"
+
+#include <QApplication>
+#include <QColor>
+#include <QPalette>
+
+namespace vellum {
+
+namespace {
+
+Qt::Alignment alignmentOf(CellAlignment alignment)
+{
+    switch (alignment) {
+    case CellAlignment::Right:
+        return Qt::AlignRight | Qt::AlignVCenter;
+    case CellAlignment::Center:
+        return Qt::AlignHCenter | Qt::AlignVCenter;
+    case CellAlignment::Justified:
+        return Qt::AlignJustify | Qt::AlignVCenter;
+    case CellAlignment::Left:
+    case CellAlignment::Natural:
+        break;
+    }
+    return Qt::AlignLeft | Qt::AlignVCenter;
+}
+
+} // namespace
+
+TableDataModel::TableDataModel(QObject *parent) : QAbstractTableModel(parent), m_keyIcon(namedIcon("OV_Key"))
+{
+    m_cellFont = QApplication::font();
+    if (m_cellFont.pointSizeF() > 0)
+        m_cellFont.setPointSizeF(m_cellFont.pointSizeF() - 1);
+}
+
+void TableDataModel::showTable(const TOrbMDBTable *table, const RowFilter &filter)
+{
+    beginResetModel();
+    if (table != m_rows.table())
+        m_rows.clear();
+    m_rows.reload(table, filter);
+    m_columnCount = table ? static_cast<int>(table->columns().size()) : 0;
+    endResetModel();
+}
+
+void TableDataModel::reload(const RowFilter &filter)
+{
+    beginResetModel();
+    m_rows.reload(m_rows.table(), filter);
+    endResetModel();
+}
+
+CellValue TableDataModel::cellValue(int row, int column) const
+{
+    const TOrbMDBTable *table = m_rows.table();
+    if (!table || row < 0 || column < 0 || static_cast<std::size_t>(row) >= m_rows.size() || column >= m_columnCount)
+        return CellValue::null();
+    return table->cell(m_rows.rowAt(static_cast<std::size_t>(row)), static_cast<std::size_t>(column));
+}
+
+bool TableDataModel::isOLEColumn(int column) const
+{
+    const TOrbMDBTable *table = m_rows.table();
+    return table && column >= 0 && column < m_columnCount &&
+           table->columns()[static_cast<std::size_t>(column)]->dataType() == "OLE";
+}
+
+std::int64_t TableDataModel::sortOrder(int column) const
+{
+    const TOrbMDBTable *table = m_rows.table();
+    if (!table || column < 0 || column >= m_columnCount)
+        return 0;
+    return table->columns()[static_cast<std::size_t>(column)]->sortOrder();
+}
+
+int TableDataModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+int TableDataModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_columnCount;
+}
+
+QVariant TableDataModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || index.model() != this)
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+    case Qt::ToolTipRole: {
+        const CellValue value = cellValue(index.row(), index.column());
+        if (role == Qt::ToolTipRole && !value.isBlob())
+            return {};
+        return toQString(cellDisplayText(value));
+    }
+    case Qt::ForegroundRole: {
+        const CellValue value = cellValue(index.row(), index.column());
+        if (value.isText())
+            return {};
+        return QApplication::palette().color(QPalette::Disabled, QPalette::Text);
+    }
+    case Qt::DecorationRole: {
+        if (!isOLEColumn(index.column()))
+            return {};
+        const CellValue value = cellValue(index.row(), index.column());
+        if (!value.isBlob() || !value.blob)
+            return {};
+        return fileIconForExtension(toQString(value.blob->fileExtension()));
+    }
+    case Qt::TextAlignmentRole: {
+        const TOrbMDBTable *table = m_rows.table();
+        if (!table || index.column() >= m_columnCount)
+            return {};
+        return QVariant::fromValue(alignmentOf(table->columns()[static_cast<std::size_t>(index.column())]->textAlignForCell()));
+    }
+    case Qt::FontRole:
+        return m_cellFont;
+    case IsBlobRole:
+        return cellValue(index.row(), index.column()).isBlob();
+    default:
+        return {};
+    }
+}
+
+QVariant TableDataModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    const TOrbMDBTable *table = m_rows.table();
+    if (orientation != Qt::Horizontal || !table || section < 0 || section >= m_columnCount)
+        return QAbstractTableModel::headerData(section, orientation, role);
+    const TOrbMDBColumn &column = *table->columns()[static_cast<std::size_t>(section)];
+    switch (role) {
+    case Qt::DisplayRole:
+        return toQString(column.name());
+    case Qt::DecorationRole:
+        return column.isPrimaryKey() ? QVariant(m_keyIcon) : QVariant();
+    case Qt::ToolTipRole:
+        return toQString(column.name() + " (" + column.dataType() + ")");
+    default:
+        return {};
+    }
+}
+
+Qt::ItemFlags TableDataModel::flags(const QModelIndex &index) const
+{
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    // Editable only so that the cell cursor can open its read-only editor; nothing is written.
+    return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable;
+}
+
+} // namespace vellum

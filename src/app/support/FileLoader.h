@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <thread>
+
+class QProgressDialog;
+class QTimer;
+class QWidget;
+
+namespace vellum {
+
+class TOrbMDBFile;
+
+/// How an open ended.
+enum class LoadResult { Opened, Failed, Cancelled };
+
+/// Opens one database file on a worker thread so that the window stays responsive. After half a
+/// second a window-modal progress dialog with Cancel appears on `parent`, fed by the loader's
+/// observer. While it runs, nobody else may touch the file object; `isLoading` tells the views.
+/// One open at a time per loader.
+class FileLoader : public QObject {
+    Q_OBJECT
+public:
+    explicit FileLoader(QWidget *parent);
+    ~FileLoader() override;
+
+    /// Starts opening `file`; `done` runs on the main thread when it ended. An active file is
+    /// reported opened at once. False (nothing started) while another open runs.
+    bool open(TOrbMDBFile *file, std::function<void(LoadResult)> done);
+    bool isBusy() const { return m_file != nullptr; }
+    /// Whether this file object is being loaded right now.
+    bool isLoading(const TOrbMDBFile *file) const { return file && file == m_file; }
+    /// Asks the running open to stop (as the dialog's Cancel does).
+    void cancel() { m_cancel.store(true); }
+    /// Stops a running open and waits for its worker, without reporting it (quitting).
+    void shutdown();
+
+    /// How long an open runs before the progress dialog shows (milliseconds).
+    static constexpr int kDialogDelayMs = 500;
+
+signals:
+    /// Emitted on the main thread after `done` ran.
+    void finished(vellum::LoadResult result);
+
+private:
+    class Observer;
+    void workerDone(bool ok);
+    void showProgress();
+    void updateProgress();
+
+    QWidget *m_parent;
+    TOrbMDBFile *m_file = nullptr;
+    std::function<void(LoadResult)> m_done;
+    std::thread m_worker;
+    std::unique_ptr<Observer> m_observer;
+    std::atomic<bool> m_cancel{false};
+    QTimer *m_delay;
+    QTimer *m_refresh;
+    QPointer<QProgressDialog> m_dialog;
+};
+
+} // namespace vellum

@@ -1,0 +1,80 @@
+#include "app/support/SettingsStore.h"
+
+#include <QSettings>
+
+namespace vellum {
+
+namespace {
+constexpr const char *kExportFilePath = "exportFilePath";
+constexpr const char *kToolbarState = "VellumToolbar";
+constexpr const char *kWindowGeometry = "mainWindowGeometry";
+} // namespace
+
+const char *SettingsStore::key(PaneFlag flag)
+{
+    switch (flag) {
+    case PaneFlag::FileTreeShown:
+        return "fileTreeShown";
+    case PaneFlag::TextViewShown:
+        return "textViewShown";
+    case PaneFlag::InformationViewShown:
+        return "informationViewShown";
+    case PaneFlag::JumpBarShown:
+        return "jumpBarShown";
+    case PaneFlag::NumRowsShown:
+        return "numRowsShown";
+    }
+    return "";
+}
+
+bool SettingsStore::defaultValue(PaneFlag flag)
+{
+    return flag == PaneFlag::FileTreeShown || flag == PaneFlag::InformationViewShown || flag == PaneFlag::NumRowsShown;
+}
+
+bool SettingsStore::paneFlag(PaneFlag flag)
+{
+    return QSettings().value(key(flag), defaultValue(flag)).toBool();
+}
+
+void SettingsStore::setPaneFlag(PaneFlag flag, bool value)
+{
+    QSettings().setValue(key(flag), value);
+}
+
+QString SettingsStore::exportFilePath()
+{
+    return QSettings().value(kExportFilePath).toString();
+}
+
+void SettingsStore::setExportFilePath(const QString &path)
+{
+    QSettings().setValue(kExportFilePath, path);
+}
+
+QByteArray SettingsStore::toolbarState()
+{
+    return QSettings().value(kToolbarState).toByteArray();
+}
+
+void SettingsStore::setToolbarState(const QByteArray &state)
+{
+    QSettings().setValue(kToolbarState, state);
+}
+
+QByteArray SettingsStore::windowGeometry()
+{
+    return QSettings().value(kWindowGeometry).toByteArray();
+}
+
+void SettingsStore::setWindowGeometry(const QByteArray &geometry)
+{
+    QSettings().setValue(kWindowGeometry, geometry);
+}
+
+void SettingsStore::flush()
+{
+    QSettings().sync();
+}
+
+} // namespace vellum

@@ -1,0 +1,80 @@
+#include "app/support/applicationSetup.h"
+
+#include "model/TOrbBlobData.h"
+#include "util/localized.h"
+
+#include <QApplication>
+#include <QBuffer>
+#include <QIcon>
+#include <QImageReader>
+
+#include <clocale>
+
+static void initVellumResources()
+{
+    Q_INIT_RESOURCE(vellum);
+}
+
+namespace vellum {
+
+namespace {
+
+std::string translateWithQt(const char *english)
+{
+    if (!english)
+        return {};
+    return QCoreApplication::translate("Vellum", english).toStdString();
+}
+
+/// A picture is what Qt's image readers can decode; reading from any thread is safe.
+bool qimageProbe(const std::uint8_t *data, std::size_t length)
+{
+    if (!data || length == 0)
+        return false;
+    QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<qsizetype>(length));
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    if (!reader.canRead())
+        return false;
+    return !reader.read().isNull();
+}
+
+} // namespace
+
+void configureProcessLocale()
+{
+    std::setlocale(LC_NUMERIC, "C");
+    std::setlocale(LC_TIME, "C");
+}
+
+void installLocalizer()
+{
+    setLocalizeFunction(&translateWithQt);
+}
+
+void installImageProbe()
+{
+    TOrbBlobData::setImageProbe(&qimageProbe);
+}
+
+void setUpApplication()
+{
+    initVellumResources();
+    QCoreApplication::setOrganizationName("Vellum");
+    QCoreApplication::setApplicationName("Vellum");
+    QGuiApplication::setApplicationDisplayName("Vellum");
+    QGuiApplication::setDesktopFileName("vellum");
+    QApplication::setWindowIcon(namedIcon("vellum"));
+    configureProcessLocale();
+    installLocalizer();
+    installImageProbe();
+}
+
+QIcon namedIcon(const char *name)
+{
+    return QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(name)));
+}
+
+} // namespace vellum

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "browser/RowFilter.h"
+#include "model/CellValue.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+
+class QSplitter;
+class QStackedWidget;
+class QTextEdit;
+
+namespace vellum {
+
+class CopyableTableView;
+class GCJumpBar;
+class MdbImageView;
+class TableDataModel;
+class TOrbMDBTable;
+
+/// The data pane of a window: the jump bar above, the grid, and below it the bottom pane that
+/// shows the whole content of the cell under the cell cursor (a picture view for pictures).
+class DataView : public QWidget {
+    Q_OBJECT
+public:
+    /// `textViewShown`: whether the bottom pane starts shown.
+    DataView(bool textViewShown, QWidget *parent = nullptr);
+
+    CopyableTableView *grid() const { return m_grid; }
+    TableDataModel *dataModel() const { return m_model; }
+    GCJumpBar *jumpBar() const { return m_jumpBar; }
+    QTextEdit *bottomTextView() const { return m_textView; }
+    MdbImageView *imageView() const { return m_imageView; }
+
+    /// The data filter applied at every reload (the main window's search; none for children).
+    void setFilterProvider(std::function<RowFilter()> provider) { m_filterProvider = std::move(provider); }
+
+    /// Shows a table (or none): new columns, sorted and filtered rows, sort indicator.
+    void updateDataTableToShowMDBTable(const TOrbMDBTable *table);
+    /// Sorts and filters the shown table again and keeps the row that was selected when it is
+    /// still shown (selected alone, not scrolled to).
+    void reloadKeepingSelection();
+    /// Sorts and filters again without selection handling.
+    void reloadData();
+
+    /// Shows a value in the bottom pane: a blob with a picture in the picture view, any other
+    /// value as text ("[NULL]" and "[NON-TEXTUAL DATA]" grey); no value: grey "No fields selected".
+    void displayTextViewContent(std::optional<CellValue> value);
+
+    void showHideBottomTextView(bool shown);
+    bool isTextViewShown() const { return m_textViewShown; }
+    void showHideJumpBar(bool shown);
+    bool isJumpBarShown() const;
+
+signals:
+    /// The shown rows changed (new table, sort, filter): the status text may follow.
+    void rowsReloaded();
+    /// The user clicked in the grid or changed the row selection.
+    void recordSelectionChanged();
+
+private:
+    void onHeaderClicked(int column);
+    void applySortIndicator();
+    void sizeColumns();
+
+    TableDataModel *m_model;
+    CopyableTableView *m_grid;
+    GCJumpBar *m_jumpBar;
+    QSplitter *m_splitter;
+    QStackedWidget *m_bottom;
+    QTextEdit *m_textView;
+    MdbImageView *m_imageView;
+    std::function<RowFilter()> m_filterProvider;
+    bool m_textViewShown;
+    int m_bottomHeight = 140;
+};
+
+} // namespace vellum

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <QTableView>
+#include <QWidget>
+
+#include <array>
+#include <vector>
+
+class QLabel;
+class QStackedWidget;
+
+namespace vellum {
+
+class InfoRowsModel;
+class InformationTopBar;
+class NamesListModel;
+class TOrbMDBFile;
+class TOrbMDBObject;
+class TOrbMDBTable;
+
+/// A label/value list: right-aligned grey labels, values selectable but not editable; the label
+/// column is as wide as the widest label times 1.1, the values take the rest.
+class LabelValueView : public QTableView {
+    Q_OBJECT
+public:
+    explicit LabelValueView(QWidget *parent = nullptr);
+    InfoRowsModel *rowsModel() const { return m_model; }
+    /// Shows an object's rows; the label column is measured on `measure`'s labels (the object's
+    /// own when null).
+    void setObject(const TOrbMDBObject *object, const TOrbMDBObject *measure = nullptr);
+    /// The widest label's width in the label font times 1.1 (0 without labels).
+    static int widthToFit(const QStringList &labels, const QFont &font);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void layoutColumns();
+    InfoRowsModel *m_model;
+    int m_labelWidth = 0;
+};
+
+/// A names list: one column headed "Name"; a row is always chosen (the first by default).
+class NamesListView : public QTableView {
+    Q_OBJECT
+public:
+    explicit NamesListView(QWidget *parent = nullptr);
+    NamesListModel *namesModel() const { return m_model; }
+    /// Replaces the names and chooses the first.
+    void setNames(const QStringList &names);
+    /// The chosen row (-1 when the list is empty).
+    int chosenRow() const;
+
+signals:
+    void chosenRowChanged(int row);
+
+private:
+    NamesListModel *m_model;
+};
+
+/// The information pane: the button strip and five pages (file, table, columns, indexes,
+/// relationships) with their headings and empty texts.
+class InformationPane : public QWidget {
+    Q_OBJECT
+public:
+    explicit InformationPane(QWidget *parent = nullptr);
+
+    InformationTopBar *topBar() const { return m_topBar; }
+    /// The page shown (the strip's selected type).
+    int currentPage() const;
+    /// Whether a page shows its empty text instead of its lists.
+    bool showsEmptyText(int page) const;
+    QLabel *heading(int page) const { return m_headings[static_cast<std::size_t>(page)]; }
+    QLabel *emptyLabel(int page) const { return m_emptyLabels[static_cast<std::size_t>(page)]; }
+    LabelValueView *labelValueView(int page) const { return m_details[static_cast<std::size_t>(page)]; }
+    /// The names list of pages 2 to 4 (nullptr for 0 and 1).
+    NamesListView *namesView(int page) const { return m_names[static_cast<std::size_t>(page)]; }
+
+    /// A file (or nothing) selected: only the File button, page 0 with the file's rows or
+    /// "No files selected".
+    void showFile(const TOrbMDBFile *file);
+    /// A table selected: the File button hidden, Table to Relation shown; the page stays when it
+    /// is one of 1 to 4, else Table. All table pages are rebuilt.
+    void showTable(const TOrbMDBTable *table);
+
+private:
+    void showPage(int page);
+    void refreshTablePages(const TOrbMDBTable *table);
+    void updateDetails(int page);
+
+    InformationTopBar *m_topBar;
+    QStackedWidget *m_pages;
+    std::array<QLabel *, 5> m_headings{};
+    std::array<QLabel *, 5> m_emptyLabels{};
+    std::array<QStackedWidget *, 5> m_pageStacks{};
+    std::array<LabelValueView *, 5> m_details{};
+    std::array<NamesListView *, 5> m_names{};
+    const TOrbMDBTable *m_table = nullptr;
+    // The objects behind the names lists of pages 2 to 4.
+    std::array<std::vector<const TOrbMDBObject *>, 5> m_objects;
+};
+
+} // namespace vellum

@@ -1,0 +1,173 @@
+#include "browser/BrowserController.h"
+
+#include "browserTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace vellum {
+namespace {
+
+/// Records what the controller asks of the window.
+class RecordingListener : public BrowserListener {
+public:
+    void fileWillClose(TOrbMDBFile *file) override { closed.push_back(file->name()); }
+    void selectedTableCleared() override { ++tableCleared; }
+    std::vector<std::string> closed;
+    int tableCleared = 0;
+};
+
+/// The controller over the real freedesktop list, with XDG_DATA_HOME in a temporary folder.
+class BrowserControllerTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        char pattern[] = "/tmp/vellum-browser-XXXXXX";
+        ASSERT_TRUE(mkdtemp(pattern));
+        folder = pattern;
+        const char *old = std::getenv("XDG_DATA_HOME");
+        hadOld = old != nullptr;
+        if (old)
+            saved = old;
+        setenv("XDG_DATA_HOME", folder.c_str(), 1);
+        controller = std::make_unique<BrowserController>(recent);
+        controller->setListener(&listener);
+    }
+    void TearDown() override
+    {
+        controller.reset();
+        if (hadOld)
+            setenv("XDG_DATA_HOME", saved.c_str(), 1);
+        else
+            unsetenv("XDG_DATA_HOME");
+        std::filesystem::remove_all(folder);
+    }
+
+    std::vector<std::string> listedNames() const
+    {
+        std::vector<std::string> out;
+        for (TOrbMDBFile *file : controller->recentFiles())
+            out.push_back(file->name() + "." + file->fileExtension());
+        return out;
+    }
+    std::string path(const std::string &name) const { return folder + "/" + name; }
+
+    std::string folder, saved;
+    bool hadOld = false;
+    RecentDocuments recent;
+    RecordingListener listener;
+    std::unique_ptr<BrowserController> controller;
+};
+
+TEST_F(BrowserControllerTest, ReconcilesWithTheSystemList)
+{
+    EXPECT_TRUE(controller->refreshRecentFiles()) << "both lists empty: the drop hint shows";
+    EXPECT_TRUE(controller->recentFiles().empty());
+
+    recent.note(path("b.mdb"));
+    recent.note(path("table10.mdb"));
+    recent.note(path("Table2.accdb"));
+    EXPECT_FALSE(controller->refreshRecentFiles());
+    EXPECT_EQ(listedNames(), (std::vector<std::string>{"b.mdb", "Table2.accdb", "table10.mdb"}));
+
+    // The system forgets b.mdb, which is open with a table shown, and learns c.mdb.
+    TOrbMDBFile *b = controller->recentFiles()[0];
+    TOrbMDBTable *shown = test::addColumnTable(*b, "T", {"1"});
+    controller->selectionDidChange(BrowserItem::ofTable(shown));
+    controller->history().recordVisit(shown);
+    std::vector<std::string> kept = {path("table10.mdb"), path("Table2.accdb"), path("c.mdb")};
+    recent.clear();
+    for (const std::string &p : kept)
+        recent.note(p);
+    EXPECT_FALSE(controller->refreshRecentFiles());
+    EXPECT_EQ(listedNames(), (std::vector<std::string>{"c.mdb", "Table2.accdb", "table10.mdb"}));
+    EXPECT_EQ(listener.closed, (std::vector<std::string>{"b"}));
+    EXPECT_EQ(listener.tableCleared, 1);
+    EXPECT_EQ(controller->selectedTable(), nullptr);
+    EXPECT_EQ(controller->selectedFile(), nullptr);
+    EXPECT_TRUE(controller->history().previous().empty());
+    EXPECT_FALSE(controller->isListed(b));
+}
+
+TEST_F(BrowserControllerTest, FindByPathReplacesTheEntryOfTheSameName)
+{
+    TOrbMDBFile *mdb = controller->findMDBFileByPath(path("Orders.mdb"));
+    controller->createNewMDBFile(path("Other.mdb"), false);
+    TOrbMDBFile *accdb = controller->findMDBFileByPath(path("Orders.accdb"));
+    EXPECT_NE(mdb, accdb);
+    EXPECT_FALSE(controller->isListed(mdb)) << "the extension is not compared";
+    EXPECT_EQ(listedNames(), (std::vector<std::string>{"Orders.accdb", "Other.mdb"})) << "new entry in front";
+    EXPECT_FALSE(accdb->active());
+}
+
+TEST_F(BrowserControllerTest, RemovingAFileKeepsTheOrderOfTheOthers)
+{
+    for (const char *name : {"a.mdb", "b.mdb", "c.mdb", "d.mdb"})
+        recent.note(path(name));
+    controller->refreshRecentFiles();
+    TOrbMDBFile *b = controller->recentFiles()[1];
+    ASSERT_EQ(b->name(), "b");
+    controller->removeFile(b);
+    EXPECT_EQ(recent.paths(), (std::vector<std::string>{path("d.mdb"), path("c.mdb"), path("a.mdb")}));
+    EXPECT_EQ(listedNames(), (std::vector<std::string>{"a.mdb", "c.mdb", "d.mdb"}));
+
+    controller->removeOtherFiles(controller->recentFiles()[1]);
+    EXPECT_EQ(recent.paths(), (std::vector<std::string>{path("c.mdb")}));
+    EXPECT_EQ(listedNames(), (std::vector<std::string>{"c.mdb"}));
+
+    controller->clearRecentDocuments();
+    EXPECT_TRUE(recent.paths().empty());
+    EXPECT_TRUE(controller->recentFiles().empty());
+}
+
+TEST_F(BrowserControllerTest, FileSearchAndStatusCounts)
+{
+    controller->createNewMDBFile(path("Orders.mdb"), false);
+    TOrbMDBFile *sales = controller->createNewMDBFile(path("Sales.accdb"), false);
+    test::addColumnTable(*sales, "Customers", {});
+    TOrbMDBTable *orders = test::addColumnTable(*sales, "Orders", {"1", "2"});
+    controller->createNewMDBFile(path("Stock.mdb"), false);
+
+    EXPECT_EQ(controller->statusForNoSelection(), "3 files");
+    controller->setFileSearchText("ORD");
+    const std::vector<TOrbMDBFile *> shown = controller->fileEntities();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[0]->name(), "Orders");
+    EXPECT_EQ(shown[1], sales);
+    EXPECT_EQ(controller->tableEntities(sales), (std::vector<TOrbMDBTable *>{orders}));
+    EXPECT_TRUE(controller->tableEntities(shown[0]).empty()) << "a closed file has no rows";
+
+    controller->selectionDidChange(BrowserItem::ofFile(sales));
+    EXPECT_EQ(controller->statusForCurrentSelection(), "1 of 2 files, contains 2 tables")
+        << "the file count follows the filter, the table count does not";
+    controller->selectionDidChange(BrowserItem::ofTable(orders));
+    EXPECT_EQ(controller->statusForCurrentSelection(), "1 of 1 table, contains 2 records");
+    controller->setFileSearchText("");
+    EXPECT_EQ(controller->statusForCurrentSelection(), "1 of 2 tables, contains 2 records");
+
+    controller->selectionDidChange(BrowserItem());
+    EXPECT_EQ(controller->selectedTable(), orders) << "no item leaves the selection as it was";
+
+    controller->closeFile(sales);
+    EXPECT_EQ(controller->selectedTable(), nullptr);
+    EXPECT_EQ(controller->selectedFile(), sales);
+    EXPECT_TRUE(controller->isListed(sales)) << "a closed file stays listed";
+    EXPECT_EQ(controller->statusForCurrentSelection(), "1 of 3 files");
+}
+
+TEST(BrowserPaths, ExtensionsAndParts)
+{
+    EXPECT_TRUE(hasDatabaseExtension("/x/Report.MDB"));
+    EXPECT_TRUE(hasDatabaseExtension("/x/a.b.accdb"));
+    EXPECT_FALSE(hasDatabaseExtension("/x/notes.txt"));
+    EXPECT_FALSE(hasDatabaseExtension("/x/mdb"));
+    const PathParts parts = splitDatabasePath("/home/u/My Files/Sales.2012.accdb");
+    EXPECT_EQ(parts.folder, "/home/u/My Files");
+    EXPECT_EQ(parts.name, "Sales.2012");
+    EXPECT_EQ(parts.extension, "accdb");
+}
+
+} // namespace
+} // namespace vellum
