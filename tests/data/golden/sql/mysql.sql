@@ -1,0 +1,215 @@
+SET NAMES 'UTF8';
+SET FOREIGN_KEY_CHECKS = 0;
+
+DROP TABLE IF EXISTS `a]b` CASCADE;
+CREATE TABLE `a]b` (
+	`ID` int,
+	`Value` varchar(20)
+);
+
+INSERT INTO `a]b` (`ID`, `Value`) VALUES (1, 'bracket table');
+
+DROP TABLE IF EXISTS `AllTypes` CASCADE;
+CREATE TABLE `AllTypes` (
+	`ID` int NOT NULL,
+	`ColBoolean` char,
+	`ColByte` int,
+	`ColInt` int,
+	`ColLong` int,
+	`ColMoney` float,
+	`ColFloat` float,
+	`ColDouble` float,
+	`ColDate` datetime,
+	`ColBinary` varchar,
+	`ColText255` varchar(255),
+	`ColText50` varchar(50),
+	`ColOle` text(8000),
+	`ColMemo` text(8000),
+	`ColGuid` varchar(16),
+	`ColNumeric` numeric,
+	PRIMARY KEY (`ID`)
+);
+
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (1, 0, null, null, null, null, null, null, null, null, null, null, null, null, null, null);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (2, 0, 0, 0, 0, 0.0000, 0, 0, '1899-12-30 00:00:00', null, null, null, null, null, '00000000000000000000000000000000', 0.0000);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (3, 1, 1, 1, 1, 1.5000, 3.1400001, 2.718281828459045, '2010-03-04 13:05:00', null, 'Hello', 'World', null, 'Memo text', '6F9619FF8B86D011B42D00C04FC964FF', 12345.6789);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (4, 1, 34, 34, 34, 34.0000, null, null, null, null, 'He said "hi"', 'O''Neil\\x', null, 'Quote " single '' backslash \\ end', null, null);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (5, 0, null, null, null, null, null, null, null, null, 'tab	here', 'line1
+line2', null, 'CRLF line1
+line2
+and a lone CRend', null, null);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (6, 1, null, null, null, null, null, null, null, null, 'Caf√© Gr√º√üe na√Øve √Ür√∏', 'Êó•Êú¨Ë™û„ÉÜ„Ç≠„Çπ„Éà', null, 'Emoji üòÄ and Êó•Êú¨Ë™û and √©', null, null);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (7, 1, 255, 32767, 2147483647, 922337203685477.5807, 3.4028235e+38, 1.797693134862316e+308, '2100-01-01 00:00:00', null, null, null, null, null, 'FFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFF', 99999999999999.9999);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (8, 0, 0, -32768, -2147483648, -922337203685477.5808, -1.5, -1e-300, '01/00/1900 00:00:00', null, null, null, null, null, null, -99999999999999.9999);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (9, 0, null, null, null, 0.0001, 0.1, 0.1, '1999-12-31 23:59:59', null, '  padded  ', ' ', null, ' ', null, 0.0001);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (10, 0, null, null, null, -0.0100, 1e-10, 1e+20, '1899-12-30 13:05:00', null, 'time-only value in ColDate', null, null, null, null, -0.5000);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (11, 0, null, null, null, 1234.5000, 123456.79, 123456789.1234568, '2000-01-01 00:00:00', 'ˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇˇ', '012345678901234567890123456789012345678901234567890123456789012345678901234567890123456789012345678901234567890123456789012345678901234567890123456789012345678901234567890123456789012345678901234567890123456789012345678901234567890123456789012345678901234', 'ABCDEFGHIJABCDEFGHIJABCDEFGHIJABCDEFGHIJABCDEFGHIJ', null, 'Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur adipiscing elit. Lorem ipsum dolor sit amet, consectetur a', null, 1234.5000);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (12, 0, null, null, null, null, null, null, '01/00/1900 00:00:00', null, 'day before epoch at noon', null, null, null, null, null);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (13, 0, null, null, null, null, null, null, '1900-01-01 00:00:00', null, 'a,b;c|d', '<tag a="v">&amp;</tag>', null, '<xml>&lt;</xml>', null, null);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (14, 0, null, null, null, null, null, null, '1970-01-01 00:00:00', null, '00123', '2010-03-04', null, 'NULL', null, null);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (15, 0, 128, -1, -1, -1.0000, -0, -0, '01/00/1900 00:00:00', null, '=1+2', '-', null, '	', '0A1B2C3D4E5F60718293A4B5C6D7E8F9', -1.0000);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (16, 0, null, null, 100000, 100000.0000, 100000, 100000, '2024-02-29 12:30:45', null, 'Sm√∂rg√•sbord', 'ŒïŒªŒªŒ∑ŒΩŒπŒ∫Œ¨', null, '–†—É—Å—Å–∫–∏–π —Ç–µ–∫—Å—Ç', null, 100000.0000);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (17, 1, null, null, null, null, null, null, null, null, 'trailing backslash \\', '''', null, '"', null, null);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (18, 0, null, null, null, null, null, null, null, null, 'control', 'NUL-free', null, 'line
+', null, null);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (19, 0, 7, 7, 7, 7.7700, 7.77, 7.77, '2010-03-04 00:00:00', null, '7', '7', null, '7', '11111111222233334444555555555555', 7.7700);
+INSERT INTO `AllTypes` (`ID`, `ColBoolean`, `ColByte`, `ColInt`, `ColLong`, `ColMoney`, `ColFloat`, `ColDouble`, `ColDate`, `ColBinary`, `ColText255`, `ColText50`, `ColOle`, `ColMemo`, `ColGuid`, `ColNumeric`) VALUES (20, 0, null, null, null, null, null, null, '2010-04-03 00:00:00', null, 'last row', 'last', null, null, null, null);
+
+DROP TABLE IF EXISTS `Customers` CASCADE;
+CREATE TABLE `Customers` (
+	`CustomerID` int NOT NULL,
+	`Code` varchar(10),
+	`Country` varchar(30),
+	`Name` varchar(50),
+	PRIMARY KEY (`CustomerID`),
+	INDEX `ux_CodeCountry` (`Code` ASC, `Country` ASC)
+);
+
+INSERT INTO `Customers` (`CustomerID`, `Code`, `Country`, `Name`) VALUES (1, 'ALFKI', 'Germany', 'Alfreds Futterkiste');
+INSERT INTO `Customers` (`CustomerID`, `Code`, `Country`, `Name`) VALUES (2, 'ANATR', 'Mexico', 'Ana Trujillo');
+INSERT INTO `Customers` (`CustomerID`, `Code`, `Country`, `Name`) VALUES (3, 'AROUT', 'UK', 'Around the Horn');
+
+DROP TABLE IF EXISTS `Empty` CASCADE;
+CREATE TABLE `Empty` (
+	`ID` int NOT NULL,
+	`Name` varchar(50),
+	`Amount` float,
+	`When` datetime,
+	PRIMARY KEY (`ID`)
+);
+
+
+DROP TABLE IF EXISTS `Items` CASCADE;
+CREATE TABLE `Items` (
+	`ItemID` int NOT NULL,
+	`Name` varchar(50),
+	`Code` varchar(10),
+	PRIMARY KEY (`ItemID`),
+	INDEX `ix` (`Code` ASC),
+	INDEX `ORDERS` (`Name` ASC)
+);
+
+INSERT INTO `Items` (`ItemID`, `Name`, `Code`) VALUES (1, 'Chai', 'C1');
+INSERT INTO `Items` (`ItemID`, `Name`, `Code`) VALUES (2, 'Chang', 'C2');
+INSERT INTO `Items` (`ItemID`, `Name`, `Code`) VALUES (3, 'Aniseed Syrup', 'A1');
+
+DROP TABLE IF EXISTS `OrderLines` CASCADE;
+CREATE TABLE `OrderLines` (
+	`OrderID` int NOT NULL,
+	`LineNo` int NOT NULL,
+	`Item` varchar(50),
+	`Price` float,
+	`Qty` int,
+	PRIMARY KEY (`OrderID`, `LineNo`),
+	INDEX `ixPriceDesc` (`Price` DESC)
+);
+
+INSERT INTO `OrderLines` (`OrderID`, `LineNo`, `Item`, `Price`, `Qty`) VALUES (10248, 1, 'Queso', 14.0000, 12);
+INSERT INTO `OrderLines` (`OrderID`, `LineNo`, `Item`, `Price`, `Qty`) VALUES (10248, 2, 'Tofu', 9.8000, 10);
+INSERT INTO `OrderLines` (`OrderID`, `LineNo`, `Item`, `Price`, `Qty`) VALUES (10249, 1, 'Chai', 18.0000, 1);
+INSERT INTO `OrderLines` (`OrderID`, `LineNo`, `Item`, `Price`, `Qty`) VALUES (10250, 1, 'Ikura', 31.0000, 5);
+
+DROP TABLE IF EXISTS `Orders` CASCADE;
+CREATE TABLE `Orders` (
+	`OrderID` int NOT NULL,
+	`CustomerID` int,
+	`ShipToID` int,
+	`CustCode` varchar(10),
+	`CustCountry` varchar(30),
+	`OrderDate` datetime,
+	PRIMARY KEY (`OrderID`),
+	INDEX `ix` (`OrderDate` ASC)
+);
+
+INSERT INTO `Orders` (`OrderID`, `CustomerID`, `ShipToID`, `CustCode`, `CustCountry`, `OrderDate`) VALUES (10248, 1, 2, 'ALFKI', 'Germany', '2010-03-04 13:05:00');
+INSERT INTO `Orders` (`OrderID`, `CustomerID`, `ShipToID`, `CustCode`, `CustCountry`, `OrderDate`) VALUES (10249, 1, null, 'ANATR', 'Mexico', '2010-03-05 09:00:00');
+INSERT INTO `Orders` (`OrderID`, `CustomerID`, `ShipToID`, `CustCode`, `CustCountry`, `OrderDate`) VALUES (10250, 3, 99, null, null, '2010-03-06 00:00:00');
+
+DROP TABLE IF EXISTS `Props` CASCADE;
+CREATE TABLE `Props` (
+	`ID` int NOT NULL COMMENT 'Row number',
+	`TextAZLTrue` varchar(50),
+	`TextAZLFalse` varchar(50) NOT NULL,
+	`ReqLong` int,
+	`DblAuto` float,
+	`Money2` float,
+	`DefText` varchar(50),
+	`DescCol` varchar(50) COMMENT 'O\'Neil\'s "quoted" column',
+	`AlignRight` varchar(20),
+	`AlignOdd` varchar(20),
+	`AlignGeneral` varchar(20),
+	`RichMemo` text(8000),
+	`RichText` varchar(50),
+	`PlainMemo` text(8000),
+	`Link` text(8000) COMMENT 'Hyperlink column',
+	`UniComp` varchar(50),
+	PRIMARY KEY (`ID`)
+);
+
+INSERT INTO `Props` (`ID`, `TextAZLTrue`, `TextAZLFalse`, `ReqLong`, `DblAuto`, `Money2`, `DefText`, `DescCol`, `AlignRight`, `AlignOdd`, `AlignGeneral`, `RichMemo`, `RichText`, `PlainMemo`, `Link`, `UniComp`) VALUES (1, null, 'required text', 7, 0.3333333333333333, 19.9900, 'given', 'd', 'right', 'odd', 'general', '<div><b>bold</b> text</div>', '<b>not rich</b>', 'plain memo', 'Docs#https://example.com/docs#', 'compressed');
+INSERT INTO `Props` (`ID`, `TextAZLTrue`, `TextAZLFalse`, `ReqLong`, `DblAuto`, `Money2`, `DefText`, `DescCol`, `AlignRight`, `AlignOdd`, `AlignGeneral`, `RichMemo`, `RichText`, `PlainMemo`, `Link`, `UniComp`) VALUES (2, null, 'x', 42, null, 0.0000, 'n/a', null, null, null, null, '<div>second</div>', null, null, '#mailto:someone@example.com#', null);
+INSERT INTO `Props` (`ID`, `TextAZLTrue`, `TextAZLFalse`, `ReqLong`, `DblAuto`, `Money2`, `DefText`, `DescCol`, `AlignRight`, `AlignOdd`, `AlignGeneral`, `RichMemo`, `RichText`, `PlainMemo`, `Link`, `UniComp`) VALUES (3, null, 'defaults applied', -5, 2.5, 0.0000, 'n/a', null, null, null, null, null, null, null, 'Display only#file:///tmp/x.txt#sub#tip', '√ún√Øc√∂d√©');
+
+DROP TABLE IF EXISTS `Quote"Table` CASCADE;
+CREATE TABLE `Quote"Table` (
+	`ID` int,
+	`Col"Q` varchar(20),
+	`O'Col` varchar(20)
+);
+
+INSERT INTO `Quote"Table` (`ID`, `Col"Q`, `O'Col`) VALUES (1, 'dq " in value', 'sq '' in value');
+
+DROP TABLE IF EXISTS `Space Table` CASCADE;
+CREATE TABLE `Space Table` (
+	`ID` int,
+	`Space Col` varchar(20),
+	`Order` varchar(20),
+	`Date` datetime
+);
+
+INSERT INTO `Space Table` (`ID`, `Space Col`, `Order`, `Date`) VALUES (1, 'x y', 'reserved words', '2010-03-04 13:05:00');
+
+DROP TABLE IF EXISTS `table1` CASCADE;
+CREATE TABLE `table1` (
+	`ID` int NOT NULL,
+	`Label` varchar(50),
+	PRIMARY KEY (`ID`)
+);
+
+INSERT INTO `table1` (`ID`, `Label`) VALUES (1, 'row one of table1');
+INSERT INTO `table1` (`ID`, `Label`) VALUES (2, 'row two of table1');
+
+DROP TABLE IF EXISTS `Table2` CASCADE;
+CREATE TABLE `Table2` (
+	`ID` int NOT NULL,
+	`Label` varchar(50),
+	PRIMARY KEY (`ID`)
+);
+
+INSERT INTO `Table2` (`ID`, `Label`) VALUES (1, 'row one of Table2');
+INSERT INTO `Table2` (`ID`, `Label`) VALUES (2, 'row two of Table2');
+
+DROP TABLE IF EXISTS `table10` CASCADE;
+CREATE TABLE `table10` (
+	`ID` int NOT NULL,
+	`Label` varchar(50),
+	PRIMARY KEY (`ID`)
+);
+
+INSERT INTO `table10` (`ID`, `Label`) VALUES (1, 'row one of table10');
+INSERT INTO `table10` (`ID`, `Label`) VALUES (2, 'row two of table10');
+
+DROP TABLE IF EXISTS `√ún√Øcode Ë°®` CASCADE;
+CREATE TABLE `√ún√Øcode Ë°®` (
+	`ID` int,
+	`Gr√∂√üe` varchar(20)
+);
+
+INSERT INTO `√ún√Øcode Ë°®` (`ID`, `Gr√∂√üe`) VALUES (1, 'gro√ü');
+
+ALTER TABLE `Orders` ADD CONSTRAINT `CustomersOrders` FOREIGN KEY (`CustomerID`) REFERENCES `Customers` (`CustomerID`) ON UPDATE CASCADE ON DELETE SET NULL;
+ALTER TABLE `Orders` ADD CONSTRAINT `CustomersOrdersCode` FOREIGN KEY (`CustCode`, `CustCountry`) REFERENCES `Customers` (`Code`, `Country`) ON UPDATE SET NULL ON DELETE SET NULL;
+ALTER TABLE `Orders` ADD CONSTRAINT `CustomersOrdersShipTo` FOREIGN KEY (`ShipToID`) REFERENCES `Customers` (`CustomerID`) ON UPDATE SET NULL ON DELETE SET NULL;
+ALTER TABLE `OrderLines` ADD CONSTRAINT `OrdersOrderLines` FOREIGN KEY (`OrderID`) REFERENCES `Orders` (`OrderID`) ON UPDATE CASCADE ON DELETE CASCADE;
+
+SET FOREIGN_KEY_CHECKS = 1;

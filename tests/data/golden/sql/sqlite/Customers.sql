@@ -1,0 +1,18 @@
+PRAGMA foreign_keys = false;
+
+DROP TABLE IF EXISTS "Customers";
+CREATE TABLE "Customers" (
+	"CustomerID" INTEGER NOT NULL,
+	"Code" TEXT,
+	"Country" TEXT,
+	"Name" TEXT,
+	PRIMARY KEY ("CustomerID")
+);
+
+CREATE UNIQUE INDEX "ux_CodeCountry" ON "Customers" ("Code" ASC, "Country" ASC);
+
+INSERT INTO "Customers" ("CustomerID", "Code", "Country", "Name") VALUES (1, 'ALFKI', 'Germany', 'Alfreds Futterkiste');
+INSERT INTO "Customers" ("CustomerID", "Code", "Country", "Name") VALUES (2, 'ANATR', 'Mexico', 'Ana Trujillo');
+INSERT INTO "Customers" ("CustomerID", "Code", "Country", "Name") VALUES (3, 'AROUT', 'UK', 'Around the Horn');
+
+PRAGMA foreign_keys = true;
