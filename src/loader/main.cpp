@@ -10,8 +10,8 @@
 #include "model/MdbLoader.h"
 #include "model/ModelStreamWriter.h"
 
-#include <sys/prctl.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -58,8 +58,9 @@ bool writeAll(int fd, const void *data, std::size_t length)
 
 int usage(const char *message)
 {
-    std::fprintf(stderr, "vellum-loader: %s\nusage: vellum-loader [--fd N] [--parent PID] [--workers N] "
-                         "[--parallel-from CELLS] [--] FILE\n",
+    std::fprintf(stderr,
+                 "vellum-loader: %s\nusage: vellum-loader [--fd N] [--parent PID] [--workers N] "
+                 "[--parallel-from CELLS] [--] FILE\n",
                  message);
     return kExitUsage;
 }

@@ -154,7 +154,8 @@ HelperProcess::Wait HelperProcess::waitReadable()
             return Wait::Failed;
         }
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(m_stallTimeout - idle);
-        const auto slice = std::min<std::chrono::milliseconds>(left + std::chrono::milliseconds(1), kCancelPollInterval);
+        const auto slice =
+            std::min<std::chrono::milliseconds>(left + std::chrono::milliseconds(1), kCancelPollInterval);
         pollfd descriptors[2] = {{m_fd, POLLIN, 0}, {m_errorFd, POLLIN, 0}}; // a negative fd is skipped
         const int ready = poll(descriptors, 2, static_cast<int>(slice.count()));
         if (ready < 0 && errno != EINTR)

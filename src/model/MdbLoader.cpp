@@ -26,7 +26,7 @@
 namespace vellum {
 namespace {
 
-constexpr unsigned kMaxColumns = 4096;   // Access allows 255; more means a damaged definition
+constexpr unsigned kMaxColumns = 4096; // Access allows 255; more means a damaged definition
 constexpr unsigned kHiddenDataTableFlags = 0x800a0000u;
 constexpr std::uint64_t kTickEveryRows = 1024;
 constexpr auto kRowsReportInterval = std::chrono::milliseconds(20);

@@ -24,7 +24,7 @@ struct LoadOptions {
     unsigned workers = 2;
     /// A second handle is used only when at least two kept tables reach this many estimated
     /// cells (rows times columns): below it, opening a second handle costs more than it saves.
-    std::uint64_t parallelFromCells = 1'000'000;
+    std::uint64_t parallelFromCells = 100'000;
 };
 
 /// Receives a load as it happens. Every call comes on the thread that called `loadDatabase`.

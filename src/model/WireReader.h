@@ -44,8 +44,7 @@ public:
     [[nodiscard]] bool getBlock(std::unique_ptr<char[]> &out, std::uint64_t length);
 
     /// `count` values of a trivially copyable type.
-    template <class T>
-    [[nodiscard]] bool getArray(std::vector<T> &out, std::uint64_t count)
+    template <class T> [[nodiscard]] bool getArray(std::vector<T> &out, std::uint64_t count)
     {
         out.clear();
         if (!m_ok || count > m_remaining / sizeof(T))
@@ -55,7 +54,8 @@ public:
             const std::size_t old = out.size();
             const std::size_t n = static_cast<std::size_t>(std::min<std::uint64_t>(count - old, chunk));
             if (out.capacity() < old + n)
-                out.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(count, std::max<std::uint64_t>(old + n, 2 * old))));
+                out.reserve(static_cast<std::size_t>(
+                    std::min<std::uint64_t>(count, std::max<std::uint64_t>(old + n, 2 * old))));
             out.resize(old + n);
             if (!take(out.data() + old, n * sizeof(T)))
                 return false;

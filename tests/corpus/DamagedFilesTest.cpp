@@ -39,8 +39,8 @@ constexpr std::size_t kAtOnce = 6;
 
 struct Case {
     std::string label;
-    std::string path;    ///< where the damaged file is written
-    std::string source;  ///< the fixture it comes from
+    std::string path;                                        ///< where the damaged file is written
+    std::string source;                                      ///< the fixture it comes from
     std::function<void(std::vector<std::uint8_t> &)> damage; ///< empty: copy as it is
 };
 
@@ -122,8 +122,8 @@ protected:
         std::vector<std::uint8_t> bytes = readFile(c.source);
         if (c.damage)
             c.damage(bytes);
-        std::ofstream(c.path, std::ios::binary).write(reinterpret_cast<const char *>(bytes.data()),
-                                                     static_cast<std::streamsize>(bytes.size()));
+        std::ofstream(c.path, std::ios::binary)
+            .write(reinterpret_cast<const char *>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
@@ -249,9 +249,9 @@ TEST_F(DamagedFiles, OpenOrFailCleanlyInTime)
         }
     }
     EXPECT_TRUE(strayChildren({}).empty());
-    std::printf("%zu damaged files: %d opened, %d refused (%d after the stall timeout); slowest %.1f s; all in %.0f s\n",
-                cases.size(), opened, refused, stalled, slowest,
-                std::chrono::duration<double>(Clock::now() - begin).count());
+    std::printf(
+        "%zu damaged files: %d opened, %d refused (%d after the stall timeout); slowest %.1f s; all in %.0f s\n",
+        cases.size(), opened, refused, stalled, slowest, std::chrono::duration<double>(Clock::now() - begin).count());
 }
 
 } // namespace

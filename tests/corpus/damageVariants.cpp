@@ -17,8 +17,7 @@ public:
     std::size_t below(std::size_t n) { return n ? static_cast<std::size_t>(m_engine() % n) : 0; }
     std::size_t between(std::size_t low, std::size_t high) { return low + below(high > low ? high - low : 1); }
     std::uint8_t nonZeroByte() { return static_cast<std::uint8_t>(1 + below(255)); }
-    template <class T>
-    T pick(const std::vector<T> &from, T fallback)
+    template <class T> T pick(const std::vector<T> &from, T fallback)
     {
         return from.empty() ? fallback : from[below(from.size())];
     }
@@ -86,14 +85,13 @@ std::vector<Damage> damagesFor(const std::vector<std::uint8_t> &image, std::uint
         damages.push_back(Damage{std::move(label), std::move(apply)});
     };
     const auto truncate = [&](std::size_t size) {
-        add("truncated-" + std::to_string(size), [size](std::vector<std::uint8_t> &bytes) {
-            bytes.resize(std::min(size, bytes.size()));
-        });
+        add("truncated-" + std::to_string(size),
+            [size](std::vector<std::uint8_t> &bytes) { bytes.resize(std::min(size, bytes.size())); });
     };
 
     // Truncations: inside the header page, at page boundaries, and anywhere.
-    for (const std::size_t size : {std::size_t{100}, page, 2 * page, 3 * page, image.size() / 2 / page * page,
-                                   image.size() - page})
+    for (const std::size_t size :
+         {std::size_t{100}, page, 2 * page, 3 * page, image.size() / 2 / page * page, image.size() - page})
         truncate(size);
     for (int i = 0; i < 2; ++i)
         truncate(dice.between(4, pages - 1) * page);

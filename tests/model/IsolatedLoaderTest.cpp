@@ -103,7 +103,8 @@ TEST_F(IsolatedLoader, IsTheDefaultAndGivesTheInProcessModel)
 {
     ASSERT_TRUE(isolatedLoaderAvailable()) << "vellum-loader is built beside the test executables";
     EXPECT_EQ(TOrbMDBFile::defaultLoadMode(), LoadMode::Isolated);
-    for (const char *name : {"features.mdb", "features.accdb", "ole.mdb", "ole.accdb", "jet3_size97.mdb", "newtypes.accdb"}) {
+    for (const char *name :
+         {"features.mdb", "features.accdb", "ole.mdb", "ole.accdb", "jet3_size97.mdb", "newtypes.accdb"}) {
         SCOPED_TRACE(name);
         auto expected = test::openInProcess(test::fixturePath(name));
         ASSERT_TRUE(expected);

@@ -17,8 +17,7 @@ inline std::string describeCell(const CellValue &cell)
         return "<null>";
     if (cell.isText())
         return "text:" + std::string(cell.text);
-    return "blob:" + cell.blob->fileExtension() + ":" +
-           std::string(cell.blob->data().begin(), cell.blob->data().end());
+    return "blob:" + cell.blob->fileExtension() + ":" + std::string(cell.blob->data().begin(), cell.blob->data().end());
 }
 
 inline void expectSameColumn(const TOrbMDBColumn &a, const TOrbMDBColumn &b)
