@@ -81,5 +81,8 @@ extern const ExportCliFormat kSqlCliFormat;
 const std::vector<ExportCliOption> &sqlExportCliOptions();
 extern const ExportCliFormat kSqliteCliFormat;
 const std::vector<ExportCliOption> &sqliteExportCliOptions();
+extern const ExportCliFormat kXlsCliFormat;
+extern const ExportCliFormat kXlsxCliFormat;
+const std::vector<ExportCliOption> &workbookExportCliOptions();
 
 } // namespace vellum::cli

@@ -10,6 +10,8 @@ const std::vector<const ExportCliFormat *> &exportCliFormats()
         &kXmlCliFormat,
         &kSqlCliFormat,
         &kSqliteCliFormat,
+        &kXlsCliFormat,
+        &kXlsxCliFormat,
     };
     return formats;
 }
@@ -22,6 +24,7 @@ const std::vector<ExportCliOption> &exportCliOptions()
             textExportCliOptions,
             sqlExportCliOptions,
             sqliteExportCliOptions,
+            workbookExportCliOptions,
         };
         std::vector<ExportCliOption> all;
         for (const Group group : groups)

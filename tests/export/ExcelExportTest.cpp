@@ -7,9 +7,9 @@
 #include "model/TOrbMDBColumn.h"
 #include "support/Fixtures.h"
 #include "support/TempDir.h"
+#include "support/WorkbookReader.h"
 
 #include "ExportTestTables.h"
-#include "WorkbookReader.h"
 
 #include <gtest/gtest.h>
 

@@ -1,14 +1,13 @@
-#include "export/xls/BiffStream.h"
 #include "export/ExportSink.h"
-#include "export/xls/LeBytes.h"
+#include "export/xls/BiffStream.h"
 #include "export/xls/CompoundFileWriter.h"
+#include "export/xls/LeBytes.h"
 #include "export/xls/sheetNames.h"
 #include "export/xls/utf16.h"
 #include "export/xls/workbook.h"
 #include "support/TempDir.h"
+#include "support/WorkbookReader.h"
 #include "util/json.h"
-
-#include "WorkbookReader.h"
 
 #include <gtest/gtest.h>
 
