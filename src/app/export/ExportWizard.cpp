@@ -26,6 +26,7 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSemaphore>
 #include <QTableView>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -88,8 +89,25 @@ ExportWizard::ExportWizard(TOrbMDBFile &file, const TOrbMDBTable *table, ExportF
 
 ExportWizard::~ExportWizard()
 {
-    // The worker has posted its last call by now (or never started); this waits for its end.
+    // A worker that still runs stops waiting for this thread, sees the stop flag and ends.
+    m_detached.store(true);
+    m_job->stop();
     m_job.reset();
+}
+
+void ExportWizard::runOnMainThreadAndWait(std::function<void()> work)
+{
+    auto done = std::make_shared<QSemaphore>(0);
+    QMetaObject::invokeMethod(
+        this,
+        [work = std::move(work), done] {
+            work();
+            done->release();
+        },
+        Qt::QueuedConnection);
+    while (!done->tryAcquire(1, 20))
+        if (m_detached.load())
+            return;
 }
 
 void ExportWizard::buildInterface()
@@ -104,6 +122,7 @@ void ExportWizard::buildInterface()
     m_tableList = new QTableView(this);
     m_tableList->setModel(m_entries);
     m_tableList->verticalHeader()->hide();
+    m_tableList->verticalHeader()->setDefaultSectionSize(m_tableList->fontMetrics().height() + 8);
     m_tableList->horizontalHeader()->setSectionsMovable(false);
     m_tableList->horizontalHeader()->setSectionResizeMode(ExportEntriesModel::SelectedColumn, QHeaderView::Fixed);
     m_tableList->horizontalHeader()->setSectionResizeMode(ExportEntriesModel::TableNameColumn, QHeaderView::Stretch);
@@ -303,6 +322,8 @@ void ExportWizard::readOptions()
 
 void ExportWizard::enableOkButtonCheck()
 {
+    if (!m_okButton)
+        return; // still being built
     readOptions();
     m_okButton->setEnabled(vellum::enableOkButtonCheck(m_job->exportPath(), m_job->selectedTableCount(), m_job->options()));
 }
@@ -348,18 +369,15 @@ void ExportWizard::selectExportPath()
 void ExportWizard::exportSingleFileToggled()
 {
     const QString path = m_pathField->text();
-    if (!m_singleFile->isChecked() && !path.isEmpty() && QFileInfo(path).absolutePath() != m_heldFolder &&
-        QFileInfo(path).absoluteFilePath() != m_heldFolder) {
+    if (!m_singleFile->isChecked() && !path.isEmpty() && QFileInfo(path).absolutePath() != m_heldFolder) {
+        // Leaving a single file elsewhere than the known folder: ask for the folder.
         const QString folder = choosePath(true, QFileInfo(path).absolutePath());
         if (folder.isEmpty()) {
-            m_singleFile->setChecked(true);
-        } else {
-            m_heldFolder = folder;
-            m_pathField->setText(folder);
+            m_singleFile->setChecked(true); // cancelled: nothing else changes
+            return;
         }
-        updateExportSingleFileLabels();
-        enableOkButtonCheck();
-        return;
+        m_heldFolder = folder;
+        m_pathField->setText(folder);
     }
     updateExportSingleFileLabels();
     enableOkButtonCheck();
@@ -423,7 +441,7 @@ void ExportWizard::startExport()
 
 void ExportWizard::updateProgressPanel(const ExportJob &, std::size_t index)
 {
-    QMetaObject::invokeMethod(this, [this, index] { showProgress(index); }, Qt::BlockingQueuedConnection);
+    runOnMainThreadAndWait([this, index] { showProgress(index); });
 }
 
 void ExportWizard::showProgress(std::size_t index)
@@ -437,7 +455,7 @@ void ExportWizard::showProgress(std::size_t index)
 
 void ExportWizard::exportThreadFinished(const ExportJob &)
 {
-    QMetaObject::invokeMethod(this, [this] { finishExport(); }, Qt::BlockingQueuedConnection);
+    runOnMainThreadAndWait([this] { finishExport(); });
 }
 
 void ExportWizard::finishExport()

@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QPointer>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 
@@ -93,8 +94,13 @@ private:
 
     void showProgress(std::size_t index);
     void finishExport();
+    /// Runs `work` on the main thread and waits for it, unless the wizard goes away meanwhile
+    /// (then the worker stops waiting and the call is dropped). Worker thread only.
+    void runOnMainThreadAndWait(std::function<void()> work);
 
     std::unique_ptr<ExportJob> m_job;
+    /// Set when the wizard is being destroyed: the worker no longer waits for the main thread.
+    std::atomic<bool> m_detached{false};
     TOrbMDBFile *m_file;
     ExportFileType m_kind;
     QPointer<QWidget> m_mainWindow;

@@ -122,6 +122,10 @@ VellumAppDelegate::VellumAppDelegate(const Options &options)
 
 VellumAppDelegate::~VellumAppDelegate()
 {
+    if (m_wizard) {
+        m_wizard->disconnect(this);
+        delete m_wizard.data();
+    }
     m_loader->shutdown();
     if (m_childWinManager)
         m_childWinManager->closeAll();
@@ -1020,6 +1024,7 @@ void VellumAppDelegate::closeFile(TOrbMDBFile *file)
 
 void VellumAppDelegate::fileWillClose(TOrbMDBFile *file)
 {
+    updateHistoryButtons(); // the file's tables have left the history
     if (m_childWinManager)
         m_childWinManager->closeChildrenForFile(file);
     m_dataView->jumpBar()->setMenu(nullptr);

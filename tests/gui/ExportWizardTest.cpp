@@ -1,0 +1,185 @@
+// The export wizard's rules: which entries start selected, the OK rule (and the check box's
+// shortcut around it), the single-file path rules, the options that follow each other, and
+// the file names of the SQLite kind.
+
+#include "guiTestSupport.h"
+
+#include "app/export/ExportWizard.h"
+#include "app/models/ExportEntriesModel.h"
+#include "app/support/SettingsStore.h"
+#include "export/ExportRoutines.h"
+#include "model/TOrbMDBFile.h"
+
+#include <QAbstractItemModelTester>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSettings>
+#include <QTableView>
+
+using namespace vellum;
+
+class ExportWizardTest : public QObject {
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_dir;
+    std::unique_ptr<TOrbMDBFile> m_file;
+    QWidget m_window;
+
+    std::unique_ptr<ExportWizard> wizard(ExportFileType kind, const TOrbMDBTable *table = nullptr)
+    {
+        auto made = std::make_unique<ExportWizard>(*m_file, table, kind, &m_window);
+        new QAbstractItemModelTester(made->tableList()->model(), QAbstractItemModelTester::FailureReportingMode::QtTest,
+                                     made.get());
+        return made;
+    }
+    static int selectedCount(ExportWizard &w)
+    {
+        int count = 0;
+        for (const ExportEntry &entry : w.job().entries())
+            count += entry.selected ? 1 : 0;
+        return count;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QSettings().clear();
+        m_file = TOrbMDBFile::fromPath(test::copyFixture("features.mdb", m_dir.path(), "db.mdb").toStdString());
+        QVERIFY(m_file->open());
+    }
+
+    void startsForTheFileOrForOneTable()
+    {
+        auto whole = wizard(ExportFileType::XLS);
+        QCOMPARE(selectedCount(*whole), 14);
+        QVERIFY(whole->singleFileBox()->isChecked());
+        QVERIFY(whole->tableList()->isColumnHidden(ExportEntriesModel::FileNameColumn));
+        QCOMPARE(whole->pathLabel()->text(), QString("Export file:"));
+
+        const TOrbMDBTable *orders = m_file->tableNamed("Orders");
+        auto one = wizard(ExportFileType::XLS, orders);
+        QCOMPARE(selectedCount(*one), 1);
+        QVERIFY(one->job().entries()[6].selected);
+        QCOMPARE(one->job().entries()[6].tableName, std::string("Orders"));
+        QVERIFY(!one->singleFileBox()->isChecked());
+        QCOMPARE(one->pathLabel()->text(), QString("Export path:"));
+
+        auto csv = wizard(ExportFileType::CSV);
+        QVERIFY(csv->singleFileBox()->isHidden());
+        QCOMPARE(csv->fieldDelimiterBox()->count(), 2); // csv offers only ; and ,
+        QCOMPARE(csv->fieldDelimiterBox()->currentData().toInt(), 2);
+        QVERIFY(csv->structureBox()->isHidden() && csv->dataBox()->isHidden());
+        QVERIFY(csv->structureBox()->isChecked() && csv->dataBox()->isChecked());
+        QCOMPARE(csv->encodingBox()->currentData().toULongLong(), 4ull);
+
+        auto sqlite = wizard(ExportFileType::SQLite);
+        QCOMPARE(sqlite->job().entries()[6].exportFileName, std::string("Orders")); // no extension
+        QVERIFY(!sqlite->encodingBox());
+        QVERIFY(sqlite->singleFileBox()->isHidden() && sqlite->singleFileBox()->isChecked());
+        sqlite->pathField()->setText("/tmp/out");
+        sqlite->singleFileBox()->setChecked(false);
+        sqlite->singleFileBox()->click(); // back on: the path becomes the database file
+        QCOMPARE(sqlite->pathField()->text(), QString("/tmp/out/db.sqlite"));
+    }
+
+    void okRule()
+    {
+        auto sql = wizard(ExportFileType::SQL);
+        QVERIFY(!sql->okButton()->isEnabled()); // no path
+        sql->setPathChooser([](bool, const QString &, const QString &name, const QString &extension) {
+            return "/tmp/" + name + "." + extension;
+        });
+        sql->selectExportPath();
+        QCOMPARE(sql->pathField()->text(), QString("/tmp/db.sql"));
+        QVERIFY(sql->okButton()->isEnabled());
+        sql->structureBox()->setChecked(false);
+        QVERIFY(sql->okButton()->isEnabled());
+        QVERIFY(!sql->dropTableBox()->isEnabled() && !sql->indexesBox()->isEnabled());
+        sql->dataBox()->setChecked(false);
+        QVERIFY(!sql->okButton()->isEnabled()); // neither structure nor data
+        sql->dataBox()->setChecked(true);
+        QVERIFY(sql->okButton()->isEnabled());
+        sql->markAllTableEntriesAsSelected(false);
+        QVERIFY(!sql->okButton()->isEnabled()); // no table
+
+        // A check box decides by the count alone, even without a path.
+        auto xml = wizard(ExportFileType::XML);
+        QVERIFY(!xml->okButton()->isEnabled());
+        QAbstractItemModel *entries = xml->tableList()->model();
+        QVERIFY(entries->setData(entries->index(0, 0), Qt::Unchecked, Qt::CheckStateRole));
+        QVERIFY(entries->setData(entries->index(0, 0), Qt::Checked, Qt::CheckStateRole));
+        QVERIFY(xml->okButton()->isEnabled());
+        xml->markAllTableEntriesAsSelected(false);
+        QVERIFY(!xml->okButton()->isEnabled());
+        QVERIFY(entries->setData(entries->index(2, 2), "renamed.xml", Qt::EditRole));
+        QCOMPARE(xml->job().entries()[2].exportFileName, std::string("renamed.xml"));
+        QVERIFY(!entries->setData(entries->index(2, 1), "x", Qt::EditRole)); // table names stay
+    }
+
+    void singleFilePathRules()
+    {
+        const TOrbMDBTable *orders = m_file->tableNamed("Orders");
+        auto xls = wizard(ExportFileType::XLS, orders);
+        xls->setPathChooser([](bool folder, const QString &, const QString &, const QString &) {
+            return folder ? QString("/tmp/out") : QString();
+        });
+        xls->selectExportPath();
+        QCOMPARE(xls->pathField()->text(), QString("/tmp/out"));
+        xls->singleFileBox()->click();
+        QCOMPARE(xls->pathField()->text(), QString("/tmp/out/db.xls"));
+        QCOMPARE(xls->pathLabel()->text(), QString("Export file:"));
+        xls->singleFileBox()->click();
+        QCOMPARE(xls->pathField()->text(), QString("/tmp/out"));
+        QCOMPARE(xls->pathLabel()->text(), QString("Export path:"));
+
+        // Off again with a file elsewhere: a folder panel; cancelling it turns the flag back on.
+        xls->singleFileBox()->click();
+        xls->pathField()->setText("/srv/other/db.xls");
+        xls->setPathChooser([](bool, const QString &, const QString &, const QString &) { return QString(); });
+        xls->singleFileBox()->click();
+        QVERIFY(xls->singleFileBox()->isChecked());
+        xls->setPathChooser([](bool folder, const QString &, const QString &, const QString &) {
+            return folder ? QString("/srv/chosen") : QString();
+        });
+        xls->singleFileBox()->click();
+        QVERIFY(!xls->singleFileBox()->isChecked());
+        QCOMPARE(xls->pathField()->text(), QString("/srv/chosen"));
+    }
+
+    void optionsFollowEachOther()
+    {
+        auto txt = wizard(ExportFileType::TXT);
+        QCOMPARE(txt->fieldDelimiterBox()->currentData().toInt(), 0); // tab for txt
+        txt->fieldDelimiterBox()->setCurrentIndex(txt->fieldDelimiterBox()->findData(1));
+        QCOMPARE(txt->decimalSymbolField()->text(), QString(","));
+        txt->fieldDelimiterBox()->setCurrentIndex(txt->fieldDelimiterBox()->findData(3));
+        QCOMPARE(txt->decimalSymbolField()->text(), QString(","));
+        txt->fieldDelimiterBox()->setCurrentIndex(txt->fieldDelimiterBox()->findData(2));
+        QCOMPARE(txt->decimalSymbolField()->text(), QString("."));
+
+        auto sql = wizard(ExportFileType::SQL);
+        for (int format = 1; format <= 5; ++format) {
+            sql->sqlFormatBox()->setCurrentIndex(sql->sqlFormatBox()->findData(format));
+            QCOMPARE(sql->schemaNameField()->isEnabled(), format == 2 || format == 3 || format == 5);
+        }
+    }
+
+    void restoresTheLastFolder()
+    {
+        SettingsStore::setExportFilePath(m_dir.path());
+        auto csv = wizard(ExportFileType::CSV);
+        QCOMPARE(csv->pathField()->text(), m_dir.path());
+        QVERIFY(csv->okButton()->isEnabled());
+        SettingsStore::setExportFilePath(m_dir.path() + "/gone");
+        auto again = wizard(ExportFileType::CSV);
+        QVERIFY(again->pathField()->text().isEmpty()); // a folder that no longer exists is not restored
+        QSettings().clear();
+    }
+};
+
+VELLUM_GUI_TEST_MAIN(ExportWizardTest)
+#include "ExportWizardTest.moc"
