@@ -8,21 +8,11 @@ namespace {
 
 constexpr ExportFileType kSqlite = ExportFileType::SQLite;
 
-bool applyNoForeignKeys(ExportCliRequest &request, const std::string &, std::string &)
+/// Turns one of the export's on/off options off.
+template <bool ExportOptions::*Option>
+bool turnOff(ExportCliRequest &request, const std::string &, std::string &)
 {
-    request.options.includeForeignKeys = false;
-    return true;
-}
-
-bool applyNoIndexes(ExportCliRequest &request, const std::string &, std::string &)
-{
-    request.options.includeIndexes = false;
-    return true;
-}
-
-bool applyNoData(ExportCliRequest &request, const std::string &, std::string &)
-{
-    request.options.exportData = false;
+    request.options.*Option = false;
     return true;
 }
 
@@ -56,9 +46,10 @@ const std::vector<ExportCliOption> &sqliteExportCliOptions()
 {
     static const std::vector<ExportCliOption> options = {
         {"--no-foreign-keys", nullptr, "create the tables without FOREIGN KEY constraints", {kSqlite},
-         applyNoForeignKeys},
-        {"--no-indexes", nullptr, "create no indexes besides the primary keys", {kSqlite}, applyNoIndexes},
-        {"--no-data", nullptr, "create the tables without their rows", {kSqlite}, applyNoData},
+         turnOff<&ExportOptions::includeForeignKeys>},
+        {"--no-indexes", nullptr, "create no indexes besides the primary keys", {kSqlite},
+         turnOff<&ExportOptions::includeIndexes>},
+        {"--no-data", nullptr, "create the tables without their rows", {kSqlite}, turnOff<&ExportOptions::exportData>},
         {"--password", "TEXT",
          "encrypt the database with SQLCipher; open it with sqlcipher and PRAGMA key = 'TEXT' (ASCII only)",
          {kSqlite}, applyPassword},
