@@ -97,16 +97,18 @@ TEST(VellumCli, RowsAsTextAndJson)
     ASSERT_EQ(json["rows"].size(), 20u);
     // The first fixture row is all null but its key.
     for (size_t c = 1; c < 16; ++c)
-        if (json["columns"][c] != "ColBoolean")
+        if (json["columns"][c] != "ColBoolean") {
             EXPECT_TRUE(json["rows"][0][c].is_null()) << json["columns"][c];
+        }
     // Control characters and quotes survive the JSON round trip.
     const auto &rows = (*test::sidecarTable(sidecar, "AllTypes"))["rows"];
     const size_t memoColumn = 13;
     ASSERT_EQ(json["columns"][memoColumn], "ColMemo");
     for (size_t r = 0; r < rows.size(); ++r) {
         const auto &memo = rows[r]["ColMemo"];
-        if (memo.is_string() && !memo.get<std::string>().empty() && memo.get<std::string>().size() < 4096)
+        if (memo.is_string() && !memo.get<std::string>().empty() && memo.get<std::string>().size() < 4096) {
             EXPECT_EQ(json["rows"][r][memoColumn], memo) << "row " << r;
+        }
     }
 }
 

@@ -92,8 +92,9 @@ TEST(Corpus, ListAndSchemaOverEveryFile)
             ASSERT_NE(tab, std::string::npos) << line;
             const std::string name = line.substr(0, tab);
             const auto it = counts.find(name);
-            if (it != counts.end()) // hidden data tables are not user tables of libmdb
+            if (it != counts.end()) { // hidden data tables are not user tables of libmdb
                 EXPECT_EQ(std::stoul(line.substr(tab + 1)), it->second) << name;
+            }
         }
         const auto schema = test::runTool("vellum-cli", {"schema", path, "--json"}, 60);
         ASSERT_EQ(schema.signal, 0) << "schema crashed";

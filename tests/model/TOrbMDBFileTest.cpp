@@ -32,8 +32,9 @@ TEST_P(FeaturesFile, KeepsUserTablesInNaturalNameOrder)
         ASSERT_NE(expectedTable, nullptr) << table->name();
         EXPECT_EQ(table->rowCount(), (*expectedTable)["row_count"].get<size_t>()) << table->name();
         ASSERT_EQ(table->columns().size(), (*expectedTable)["columns"].size()) << table->name();
-        for (size_t c = 0; c < table->columns().size(); ++c)
+        for (size_t c = 0; c < table->columns().size(); ++c) {
             EXPECT_EQ(table->columns()[c]->name(), (*expectedTable)["columns"][c]["name"]) << table->name();
+        }
     }
 }
 

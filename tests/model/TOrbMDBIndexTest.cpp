@@ -34,8 +34,9 @@ TEST(TOrbMDBIndex, KeysDirectionsAndPrimaryMarks)
         EXPECT_EQ(keysText(*descending), "Price (Descending)");
         EXPECT_EQ(std::get<std::string>(descending->getObjectValues().at("Primary key")), "NO");
 
-        for (const auto &column : lines->columns())
+        for (const auto &column : lines->columns()) {
             EXPECT_EQ(column->isPrimaryKey(), column->name() == "OrderID" || column->name() == "LineNo") << column->name();
+        }
 
         const TOrbMDBTable *items = file->tableNamed("Items");
         std::vector<std::string> itemIndexes;

@@ -91,8 +91,9 @@ TEST(TableStore, AdoptValidatesTheRawForm)
         blobs.push_back(std::make_unique<TOrbBlobData>(std::vector<std::uint8_t>{7}, "png"));
         TableStore store;
         EXPECT_EQ(store.adopt(2, std::move(blocks), c.rowStarts, std::move(blobs)), c.ok) << c.what;
-        if (!c.ok)
+        if (!c.ok) {
             EXPECT_EQ(store.rowCount(), 0u) << c.what;
+        }
     }
     TableStore store;
     std::vector<TableStore::Block> blocks;
