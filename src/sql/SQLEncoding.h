@@ -22,8 +22,8 @@ namespace SQLEncoding {
 /// is MySQL, nullopt for every other server type.
 std::optional<std::string> charsetForStringEncoding(std::uint64_t encoding, const SQLContext &context);
 
-/// UTF-8 text → bytes in the encoding. Characters the encoding lacks are dropped; an unknown
-/// encoding code leaves the text as it is.
+/// UTF-8 text → bytes in the encoding (a code of the encoding table). Characters the encoding
+/// lacks become "?"; an unknown encoding code leaves the text as it is.
 std::string bytesFromText(std::string_view utf8, std::uint64_t encoding);
 
 /// Bytes in the encoding → UTF-8 text; undecodable bytes are dropped.

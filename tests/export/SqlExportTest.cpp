@@ -7,6 +7,7 @@
 #include "export/ExportJob.h"
 #include "export/ExportRoutines.h"
 #include "model/TOrbMDBFile.h"
+#include "support/FileContents.h"
 #include "support/Fixtures.h"
 #include "support/TempDir.h"
 
@@ -15,7 +16,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 
 namespace vellum {
@@ -25,14 +25,6 @@ namespace fs = std::filesystem;
 
 const char *const kDialects[] = {"", "mysql", "postgresql", "oracle", "sqlite", "sqlserver"};
 
-std::string readFile(const std::string &path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream out;
-    out << in.rdbuf();
-    return out.str();
-}
-
 std::string goldenDir()
 {
     return std::string(VELLUM_TEST_DATA) + "/golden/sql";
@@ -41,14 +33,14 @@ std::string goldenDir()
 /// Compares a written script with its golden file (or rewrites the golden file on request).
 void expectGolden(const std::string &actualPath, const std::string &goldenPath)
 {
-    const std::string actual = readFile(actualPath);
+    const std::string actual = test::fileContents(actualPath);
     ASSERT_FALSE(actual.empty()) << actualPath;
     if (std::getenv("VELLUM_UPDATE_GOLDEN")) {
         fs::create_directories(fs::path(goldenPath).parent_path());
         std::ofstream(goldenPath, std::ios::binary) << actual;
     }
     ASSERT_TRUE(fs::exists(goldenPath)) << "missing golden file " << goldenPath;
-    const std::string expected = readFile(goldenPath);
+    const std::string expected = test::fileContents(goldenPath);
     if (actual == expected)
         return;
     std::size_t at = 0;

@@ -1,6 +1,7 @@
 #include "export/SqlScriptWriter.h"
 
 #include "export/ExportSink.h"
+#include "export/ExportTestTables.h"
 #include "model/TOrbMDBColumn.h"
 #include "model/TOrbMDBFile.h"
 #include "model/TOrbMDBForeignKey.h"
@@ -18,43 +19,29 @@
 namespace vellum {
 namespace {
 
-struct ColumnSpec {
+/// The properties of one column that the script writer reads beyond name and type.
+struct ColumnProps {
     const char *name;
-    const char *type;
     int size = 0;
     bool primaryKey = false;
     const char *allowZeroLength = nullptr;
     const char *description = nullptr;
 };
 
-TOrbMDBTable *addTable(TOrbMDBFile &file, const char *name, const std::vector<ColumnSpec> &columns,
-                       const std::vector<std::vector<const char *>> &rows)
+TOrbMDBTable *addTable(TOrbMDBFile &file, const char *name, const std::vector<std::pair<std::string, std::string>> &columns,
+                       const std::vector<std::vector<test::TestCell>> &rows, const std::vector<ColumnProps> &props)
 {
-    auto table = std::make_unique<TOrbMDBTable>();
-    table->setName(name);
-    for (const ColumnSpec &spec : columns) {
-        auto column = std::make_unique<TOrbMDBColumn>();
-        column->setName(spec.name);
-        column->setDataType(spec.type);
-        column->setFieldSize(spec.size);
-        column->setIsPrimaryKey(spec.primaryKey);
-        if (spec.allowZeroLength)
-            column->setAllowZeroLength(std::string(spec.allowZeroLength));
-        if (spec.description)
-            column->setDescription(std::string(spec.description));
-        table->addColumn(std::move(column));
+    TOrbMDBTable *table = file.addTable(test::makeTable(name, columns, rows));
+    for (const ColumnProps &p : props) {
+        TOrbMDBColumn *column = table->columnNamed(p.name);
+        column->setFieldSize(p.size);
+        column->setIsPrimaryKey(p.primaryKey);
+        if (p.allowZeroLength)
+            column->setAllowZeroLength(std::string(p.allowZeroLength));
+        if (p.description)
+            column->setDescription(std::string(p.description));
     }
-    TableStore &store = table->mutableStore();
-    for (const auto &row : rows) {
-        store.beginRow();
-        for (const char *cell : row)
-            if (cell)
-                store.appendText(cell, std::string_view(cell).size());
-            else
-                store.appendNull();
-        store.endRow();
-    }
-    return file.addTable(std::move(table));
+    return table;
 }
 
 void addIndex(TOrbMDBTable &table, const char *name, std::vector<IndexKey> keys, bool unique, bool primary = false)
@@ -89,19 +76,18 @@ std::unique_ptr<TOrbMDBFile> makeFile()
     auto file = std::make_unique<TOrbMDBFile>();
     file->setName("shop");
     TOrbMDBTable *orders = addTable(*file, "Orders",
-                                    {{"Shop", "Text", 10, true},
-                                     {"No", "Long Integer", 4, true},
-                                     {"Note", "Text", 50, false, "NO", "O'Neil\\x"},
-                                     {"Price", "Double"},
+                                    {{"Shop", "Text"}, {"No", "Long Integer"}, {"Note", "Text"}, {"Price", "Double"},
                                      {"When", "DateTime"}},
                                     {{"A", "1", "O'Neil\\x", "1.5", "03/04/2010 13:05:00"},
-                                     {"B", "2", nullptr, nullptr, nullptr}});
+                                     {"B", "2", std::nullopt, std::nullopt, std::nullopt}},
+                                    {{"Shop", 10, true}, {"No", 4, true}, {"Note", 50, false, "NO", "O'Neil\\x"}});
     addIndex(*orders, "PrimaryKey", {{"Shop", true}, {"No", true}}, true, true);
     addIndex(*orders, "ix", {{"Price", false}}, false);
-    TOrbMDBTable *lines = addTable(*file, "Lines", {{"Shop", "Text", 10}, {"No", "Long Integer", 4}}, {{"A", "1"}});
+    TOrbMDBTable *lines = addTable(*file, "Lines", {{"Shop", "Text"}, {"No", "Long Integer"}}, {{"A", "1"}},
+                                   {{"Shop", 10}, {"No", 4}});
     addIndex(*lines, "ix", {{"Shop", true}, {"No", true}}, true);
     addIndex(*lines, "orders", {{"No", true}}, false);
-    addTable(*file, "a]b", {{"Value", "Text", 20}}, {{"v"}});
+    addTable(*file, "a]b", {{"Value", "Text"}}, {{"v"}}, {{"Value", 20}});
     addRelationship(*file, "LinesOrders", "Lines", {"Shop", "No"}, "Orders", {"Shop", "No"}, true, false);
     return file;
 }

@@ -78,10 +78,10 @@ TEST(SQLiteEscapeMethods, LongTextUsesSeparateBufferAndKeepsReusableOne)
 TEST(SQLEscapeMethods, ConvertsThroughTheContextEncoding)
 {
     SQLContext context;
-    context.setEncoding(1); // ASCII: characters it lacks are dropped
+    context.setEncoding(1); // ASCII: characters it lacks become "?"
     auto methods = std::make_shared<SQLiteEscapeMethods>();
     context.setSqlEscapeMethods(methods);
-    EXPECT_EQ(methods->EscStr("Café 'x'"), "Caf ''x''");
+    EXPECT_EQ(methods->EscStr("Café 'x'"), "Caf? ''x''");
     context.setEncoding(5); // ISO Latin 1 round-trips é
     EXPECT_EQ(methods->EscStr("Café 'x'"), "Café ''x''");
 }
