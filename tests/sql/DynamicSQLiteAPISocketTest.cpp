@@ -206,12 +206,21 @@ TEST(DynamicSQLiteAPISocket, PasswordKeysTheDatabase)
         ASSERT_EQ(keyed.runQueryStr("INSERT INTO t VALUES ('hidden text')"), 0);
     }
     EXPECT_EQ(readFile(path).find("hidden text"), std::string::npos);
+    {
+        // Re-keying takes the password of the settings the socket holds now.
+        DynamicSQLiteAPISocket rekeyed;
+        rekeyed.setDestinationAddress(fileAddress(path, "s3cret"));
+        ASSERT_TRUE(rekeyed.connect());
+        ASSERT_EQ(rekeyed.runQueryStr("SELECT count(*) FROM t"), 0);
+        rekeyed.setDestinationAddress(fileAddress(path, "n3w"));
+        EXPECT_TRUE(rekeyed.setEncryptionPassword());
+    }
 
     struct Case {
         const char *password;
         bool readable;
     };
-    for (const Case &c : {Case{"s3cret", true}, Case{"", false}, Case{"wrong", false}}) {
+    for (const Case &c : {Case{"n3w", true}, Case{"s3cret", false}, Case{"", false}, Case{"wrong", false}}) {
         DynamicSQLiteAPISocket socket;
         socket.setDestinationAddress(fileAddress(path, c.password));
         ASSERT_TRUE(socket.connect());
