@@ -233,6 +233,43 @@ TEST(XlsWorkbook, SharedStringTableGoesOnInContinueRecords)
     }
 }
 
+TEST(XlsWorkbook, ExtSstPointsAtTheFirstTextOfEveryBucket)
+{
+    // 40,000 texts: more than the 128 buckets of 8 and more than the marks kept at first.
+    workbook book;
+    worksheet *sheet = book.sheet(u"S");
+    ASSERT_NE(sheet, nullptr);
+    std::vector<std::u16string> texts;
+    for (std::uint32_t i = 0; i < 40000; ++i) {
+        const std::string text = "text " + std::to_string(i) + std::string(i % 50, '.');
+        texts.emplace_back(text.begin(), text.end());
+        ASSERT_TRUE(sheet->label(i, i % 7, texts.back()));
+    }
+    std::string stream;
+    const auto records = streamRecords(book, &stream);
+    const auto sst = ofType(records, biff::kSst);
+    ASSERT_EQ(sst.size(), 1u);
+    EXPECT_EQ(u32At(sst[0].payload, 0), 40000u);
+    EXPECT_EQ(u32At(sst[0].payload, 4), 40000u);
+    const auto ext = ofType(records, biff::kExtSst);
+    ASSERT_EQ(ext.size(), 1u);
+    const std::uint32_t perBucket = u16At(ext[0].payload, 0);
+    const std::size_t buckets = (ext[0].payload.size() - 2) / 8;
+    EXPECT_LE(buckets, 128u);
+    EXPECT_EQ(buckets, (40000 + perBucket - 1) / perBucket);
+    for (std::size_t b = 0; b < buckets; ++b) {
+        const std::size_t at = u32At(ext[0].payload, 2 + 8 * b);
+        const std::u16string &text = texts[b * perBucket];
+        ASSERT_EQ(u16At(stream, at), text.size()) << "bucket " << b;
+        EXPECT_EQ(stream[at + 2], 0);
+        const std::size_t inRecord = u16At(ext[0].payload, 2 + 8 * b + 4);
+        const std::size_t recordStart = at - inRecord;
+        const std::size_t recordEnd = recordStart + 4 + u16At(stream, recordStart + 2);
+        const std::size_t shown = std::min(text.size(), recordEnd - at - 3);
+        EXPECT_EQ(stream.substr(at + 3, shown), std::string(text.begin(), text.begin() + shown)) << "bucket " << b;
+    }
+}
+
 TEST(XlsWorkbook, IndexDbCellAndBoundSheetPointAtTheirRecords)
 {
     workbook book;
@@ -297,20 +334,29 @@ TEST(XlsWorkbook, IndexDbCellAndBoundSheetPointAtTheirRecords)
     }
 }
 
-TEST(XlsWorkbook, RefusesCellsOutsideTheSheetAndAfterItClosed)
+TEST(XlsWorkbook, RefusesCellsOutsideTheSheetOrAlreadyWrittenOut)
 {
     workbook book;
     worksheet *sheet = book.sheet(u"S");
     ASSERT_NE(sheet, nullptr);
-    EXPECT_TRUE(sheet->number(65535, 255, 1));
-    EXPECT_FALSE(sheet->number(65536, 0, 1));
-    EXPECT_FALSE(sheet->blank(0, 256));
     EXPECT_TRUE(sheet->label(0, 0, std::u16string(32767, u'x')));
     EXPECT_FALSE(sheet->label(0, 1, std::u16string(32768, u'x')));
-    ASSERT_NE(book.sheet(u"T"), nullptr);
-    EXPECT_FALSE(sheet->number(1, 1, 1));
+    EXPECT_TRUE(sheet->number(31, 1, 1));  // rows 0-31 are one block
+    EXPECT_TRUE(sheet->number(1, 1, 1));
+    EXPECT_TRUE(sheet->number(40, 0, 1));  // the next block: rows 0-31 are written out
+    EXPECT_FALSE(sheet->number(31, 2, 1));
+    EXPECT_FALSE(sheet->label(2, 2, u"late"));
+    EXPECT_EQ(sheet->cellCount(), 1u);
+    EXPECT_TRUE(sheet->number(65535, 255, 1));
+    EXPECT_FALSE(sheet->number(65536, 0, 1));
+    EXPECT_FALSE(sheet->blank(65535, 256));
+    ASSERT_NE(book.sheet(u"T"), nullptr); // finishes S
+    EXPECT_FALSE(sheet->number(65535, 0, 1));
     EXPECT_EQ(book.GetSheet(0), sheet);
     EXPECT_EQ(book.GetSheet(2), nullptr);
+    StringSink saved;
+    ASSERT_TRUE(book.Dump(saved)) << book.lastError();
+    EXPECT_EQ(book.sheet(u"After"), nullptr);
 
     workbook empty;
     StringSink sink;

@@ -22,4 +22,11 @@ bool BiffStream::record(std::uint16_t type, std::string_view payload)
     return m_ok;
 }
 
+bool BiffStream::copy(SpillBuffer &spill, std::uint64_t offset, std::uint64_t length)
+{
+    m_ok = m_ok && spill.copyTo(m_sink, offset, length);
+    m_position += length;
+    return m_ok;
+}
+
 } // namespace vellum::xls

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "export/xls/LeBytes.h"
+#include "export/xls/SpillBuffer.h"
 
 #include <cstdint>
 #include <string_view>
@@ -81,6 +82,9 @@ public:
     /// Writes one record; false when the payload is too long or the sink failed.
     [[nodiscard]] bool record(std::uint16_t type, std::string_view payload);
     [[nodiscard]] bool record(std::uint16_t type, const LeBytes &payload) { return record(type, std::string_view(payload.data())); }
+
+    /// Copies records kept in temporary storage as they stand.
+    [[nodiscard]] bool copy(SpillBuffer &spill, std::uint64_t offset, std::uint64_t length);
 
     std::uint64_t position() const { return m_position; }
     /// False once any record could not be written.

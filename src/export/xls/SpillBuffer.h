@@ -22,6 +22,8 @@ public:
     std::uint64_t size() const { return m_size; }
     /// Copies a range that was written before to a sink.
     [[nodiscard]] bool copyTo(ExportSink &sink, std::uint64_t offset, std::uint64_t length);
+    /// True once a write failed; every later write fails too.
+    bool failed() const { return m_failed; }
     /// True while the bytes live in a temporary file (false: in memory).
     bool onDisk() const { return m_file != nullptr; }
 

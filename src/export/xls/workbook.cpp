@@ -63,6 +63,10 @@ worksheet *workbook::sheet(std::u16string_view proposed)
             return nullptr;
         }
     }
+    if (m_saved) {
+        m_lastError = "The workbook was saved; it takes no more sheets.";
+        return nullptr;
+    }
     if (m_sheets.size() >= 0xFFFF) {
         m_lastError = "The workbook has the most sheets it can hold.";
         return nullptr;
@@ -70,7 +74,7 @@ worksheet *workbook::sheet(std::u16string_view proposed)
     if (!closeOpenSheet())
         return nullptr;
     auto index = static_cast<std::uint16_t>(m_sheets.size());
-    m_sheets.push_back(std::unique_ptr<worksheet>(new worksheet(m_strings, std::move(name), index)));
+    m_sheets.push_back(std::unique_ptr<worksheet>(new worksheet(m_strings, m_bodies, std::move(name), index)));
     return m_sheets.back().get();
 }
 
@@ -83,7 +87,7 @@ bool workbook::closeOpenSheet()
 {
     if (m_broken)
         return false;
-    if (!m_sheets.empty() && !m_sheets.back()->isClosed() && !m_sheets.back()->close(m_spill)) {
+    if (!m_sheets.empty() && !m_sheets.back()->close()) {
         m_broken = true;
         m_lastError = "Unable to keep the finished sheet in temporary storage: " + std::string(std::strerror(errno));
         return false;
@@ -95,11 +99,11 @@ std::size_t workbook::memoryUsage() const
 {
     std::size_t bytes = m_strings.memoryUsage();
     for (const auto &s : m_sheets)
-        bytes += s->m_cells.capacity() * sizeof(worksheet::Cell) + s->m_dbCells.capacity() * 4;
+        bytes += s->m_cells.capacity() * sizeof(worksheet::Cell) + s->m_dbCells.capacity() * 4 + sizeof(worksheet);
     return bytes;
 }
 
-bool workbook::writeGlobals(BiffStream &out, const std::vector<std::uint64_t> &sheetStarts) const
+bool workbook::writeGlobals(BiffStream &out, const std::vector<std::uint64_t> &sheetStarts)
 {
     bool ok = out.record(biff::kBof, bofPayload(biff::kGlobalsSubstream)) &&
               out.record(biff::kInterfaceHdr, u16Payload(kCodepageUtf16)) && out.record(biff::kMms, u16Payload(0)) &&
@@ -147,11 +151,11 @@ bool workbook::writeWorkbookStream(ExportSink &sink, const StreamLayout &layout)
         starts.push_back(at);
         at += s->closedSize();
     }
-    BiffStream globals(sink);
-    if (!writeGlobals(globals, starts) || globals.position() != layout.globalsSize)
+    BiffStream out(sink);
+    if (!writeGlobals(out, starts) || out.position() != layout.globalsSize)
         return false;
     for (std::size_t i = 0; i < m_sheets.size(); ++i)
-        if (!m_sheets[i]->writeClosed(sink, starts[i], m_spill))
+        if (out.position() != starts[i] || !m_sheets[i]->writeClosed(out))
             return false;
     const std::string padding(layout.streamSize - at, '\0');
     return sink.write(padding);
@@ -161,6 +165,10 @@ bool workbook::layoutStream(StreamLayout &layout)
 {
     if (!closeOpenSheet())
         return false;
+    if (!m_strings.ok()) {
+        m_lastError = "Unable to keep the shared strings in temporary storage.";
+        return false;
+    }
     if (m_sheets.empty()) {
         m_lastError = "The workbook has no sheet.";
         return false;
@@ -209,6 +217,7 @@ bool workbook::Dump(ExportSink &sink)
         m_lastError = "Unable to write the workbook file.";
         return false;
     }
+    m_saved = true;
     return true;
 }
 

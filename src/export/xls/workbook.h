@@ -15,8 +15,10 @@ namespace vellum::xls {
 
 /// An Excel 97-2003 workbook (BIFF8 inside a compound file) built sheet by sheet and saved
 /// with `Dump`. Text is kept as UTF-16 (codepage 1200) in one shared string table; every cell
-/// uses the default format. Only the sheet being written stays in memory: adding a sheet
-/// writes the previous one out to temporary storage. Not thread-safe; one thread builds it.
+/// uses the default format. Records go to temporary storage as they are made (the shared
+/// strings as they come, a sheet's rows a block of 32 at a time), so memory holds one block of
+/// cells and a bounded set of recent texts whatever the size of the workbook; `Dump` then puts
+/// the parts together. Not thread-safe; one thread builds it.
 class workbook {
 public:
     workbook();
@@ -26,7 +28,8 @@ public:
 
     /// Adds a sheet after the others. The name goes through Excel's rules (`excelSheetName`);
     /// answers nullptr, with `lastError()` saying why, when it is empty or another sheet has
-    /// it already (Excel ignores case). The sheet belongs to the workbook.
+    /// it already (Excel ignores case), or the workbook was saved. The sheet belongs to the
+    /// workbook. Adding a sheet finishes the one before it.
     worksheet *sheet(std::u16string_view name);
     /// The sheet at a 0-based position, or nullptr.
     worksheet *GetSheet(std::uint16_t index) const;
@@ -42,12 +45,12 @@ public:
     [[nodiscard]] bool DumpStream(ExportSink &sink);
 
     const std::string &lastError() const { return m_lastError; }
-    /// Heap bytes held (shared strings and the open sheet's cells).
+    /// Heap bytes held (recent shared texts, the block of cells being filled).
     std::size_t memoryUsage() const;
 
 private:
     [[nodiscard]] bool closeOpenSheet();
-    [[nodiscard]] bool writeGlobals(BiffStream &out, const std::vector<std::uint64_t> &sheetStarts) const;
+    [[nodiscard]] bool writeGlobals(BiffStream &out, const std::vector<std::uint64_t> &sheetStarts);
     /// Sizes of the Workbook stream, known once every sheet is closed.
     struct StreamLayout {
         std::uint64_t globalsSize = 0;
@@ -58,10 +61,11 @@ private:
     [[nodiscard]] bool writeWorkbookStream(ExportSink &out, const StreamLayout &layout);
 
     SharedStringTable m_strings;
-    SpillBuffer m_spill;
+    SpillBuffer m_bodies; ///< the sheets' row blocks, one sheet after the other
     std::vector<std::unique_ptr<worksheet>> m_sheets;
     std::string m_lastError;
     bool m_broken = false;
+    bool m_saved = false;
 };
 
 /// The "\005SummaryInformation" property set the workbook carries: codepage and the name of the
