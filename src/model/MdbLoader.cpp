@@ -459,6 +459,8 @@ public:
     }
 
     // The owning thread only.
+    /// Tells the sink that a table this thread is loading has grown.
+    void tableGrowing(std::size_t position) { m_sink.tableGrowing(position, *m_plan[position].table); }
     /// Forwards started and finished tables and the row count to the sink and asks it whether
     /// to cancel; false when the load is to stop. The row count goes out at most every 20 ms
     /// unless `force`.
@@ -518,8 +520,9 @@ private:
 };
 
 /// Loads tables from the hub through one handle until none is left; false when a table could
-/// not be loaded or the load stopped.
-bool runWorker(MdbHandle *mdb, RowLoadHub &hub, const RowTicker &tick, bool owner)
+/// not be loaded or the load stopped. The owner (the thread of the sink) passes progress on as
+/// it goes; the other worker only counts rows and watches for a stop.
+bool runWorker(MdbHandle *mdb, RowLoadHub &hub, bool owner)
 {
     while (!hub.stopped()) {
         const auto position = hub.nextTable();
@@ -528,6 +531,15 @@ bool runWorker(MdbHandle *mdb, RowLoadHub &hub, const RowTicker &tick, bool owne
         hub.tableStarted(*position);
         if (owner && !hub.deliver(false))
             return false;
+        const RowTicker tick = [&hub, owner, position](std::uint64_t rows) {
+            hub.addRows(rows);
+            if (!owner)
+                return !hub.stopped();
+            if (!hub.deliver(false))
+                return false;
+            hub.tableGrowing(*position);
+            return true;
+        };
         if (!loadPlannedRows(mdb, hub.planned(*position), tick)) {
             hub.fail();
             return false;
@@ -568,31 +580,23 @@ bool loadRows(const std::string &path, MdbHandle *mdb, std::vector<PlannedTable>
     });
     const bool parallel = options.workers >= 2 && substantial >= 2;
     RowLoadHub hub(sink, plan, parallel);
-    const RowTicker ownerTick = [&](std::uint64_t rows) {
-        hub.addRows(rows);
-        return hub.deliver(false);
-    };
     std::thread second;
     WorkerGuard guard(hub, second);
     if (parallel) {
         const unsigned catalogSize = mdb->num_catalog;
         second = std::thread([&hub, path, catalogSize] {
-            const RowTicker tick = [&hub](std::uint64_t rows) {
-                hub.addRows(rows);
-                return !hub.stopped();
-            };
             try {
                 // A handle that cannot be opened the same way simply does not help.
                 HandlePtr own = openHandle(path);
                 if (own && mdb_read_catalog(own.get(), MDB_ANY) && own->num_catalog == catalogSize)
-                    runWorker(own.get(), hub, tick, false);
+                    runWorker(own.get(), hub, false);
             } catch (...) {
                 hub.fail();
             }
             hub.workerDone();
         });
     }
-    const bool ownerDone = runWorker(mdb, hub, ownerTick, true);
+    const bool ownerDone = runWorker(mdb, hub, true);
     if (!ownerDone)
         hub.stop();
     if (parallel) {

@@ -35,6 +35,14 @@ public:
     virtual void catalogRead(std::size_t count) = 0;
     /// The table at `position` is complete (columns, rows, indexes, name); the sink takes it.
     virtual void tableLoaded(std::size_t position, std::unique_ptr<TOrbMDBTable> table) = 0;
+    /// Rows were added to the table at `position`, which is loading on this thread; the sink
+    /// may read the part of its store that is finished (a store only ever appends). Tables
+    /// loaded by the second handle are not reported here.
+    virtual void tableGrowing(std::size_t position, const TOrbMDBTable &table)
+    {
+        (void)position;
+        (void)table;
+    }
 };
 
 /// Reads the database at `path` with libmdb: walks the catalog, reads the relationships into

@@ -53,9 +53,24 @@ void ModelStreamWriter::tableLoaded(std::size_t position, std::unique_ptr<TOrbMD
 {
     WireWriter message;
     message.putU64(position);
-    encodeTable(message, *table);
+    const auto sent = m_sent.find(position);
+    encodeTable(message, *table, sent != m_sent.end() ? sent->second : StoreParts{});
     send(LoaderMessage::Table, message);
+    if (sent != m_sent.end())
+        m_sent.erase(sent);
     // The table goes here, after its bytes left: the helper never holds sent tables.
+}
+
+void ModelStreamWriter::tableGrowing(std::size_t position, const TOrbMDBTable &table)
+{
+    StoreParts &sent = m_sent[position];
+    const std::size_t blocks = table.store().blocks().size();
+    if (blocks < sent.blocks + 2)
+        return; // no block finished since the last part
+    WireWriter message;
+    message.putU64(position);
+    encodeStorePart(message, table.store(), sent);
+    send(LoaderMessage::TablePart, message);
 }
 
 bool ModelStreamWriter::finish()

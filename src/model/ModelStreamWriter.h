@@ -4,6 +4,8 @@
 #include "model/WireWriter.h"
 #include "model/modelWire.h"
 
+#include <map>
+
 namespace vellum {
 
 /// The sending end of the loader's pipe format (modelWire.h): a load sink that writes the
@@ -26,6 +28,8 @@ public:
     bool shouldCancel() override { return !m_ok; }
     void catalogRead(std::size_t count) override;
     void tableLoaded(std::size_t position, std::unique_ptr<TOrbMDBTable> table) override;
+    /// Sends the blocks of the table that are finished, once there is a new one.
+    void tableGrowing(std::size_t position, const TOrbMDBTable &table) override;
 
 private:
     void send(LoaderMessage type, const WireWriter &message);
@@ -33,6 +37,7 @@ private:
     ByteOutput m_output;
     const TOrbMDBFile &m_relationships;
     std::size_t m_count = 0;
+    std::map<std::size_t, StoreParts> m_sent; ///< storage sent ahead, by table position
     bool m_ok = true;
 };
 

@@ -5,8 +5,10 @@
 #include "model/TOrbMDBForeignKey.h"
 #include "model/TOrbMDBTable.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
+#include <map>
 
 namespace vellum {
 
@@ -124,18 +126,24 @@ std::unique_ptr<TOrbMDBIndex> decodeIndex(WireReader &reader)
     return reader.ok() ? std::move(index) : nullptr;
 }
 
-void encodeStore(WireWriter &writer, const TableStore &store)
+/// Appends blocks [fromBlock, toBlock), the row starts and the blobs from the given counts on.
+void encodeStoreRange(WireWriter &writer, const TableStore &store, const StoreParts &from, std::size_t toBlock)
 {
-    writer.putU64(store.columnCount());
-    writer.putU64(store.blocks().size());
-    for (const TableStore::Block &block : store.blocks()) {
+    writer.putU64(from.blocks);
+    writer.putU64(toBlock - from.blocks);
+    for (std::size_t i = from.blocks; i < toBlock; ++i) {
+        const TableStore::Block &block = store.blocks()[i];
         writer.putU64(block.size);
         writer.putBorrowed(block.bytes.get(), block.size);
     }
-    writer.putU64(store.rowStarts().size());
-    writer.putBorrowed(store.rowStarts().data(), store.rowStarts().size() * sizeof(std::uint64_t));
-    writer.putU64(store.blobs().size());
-    for (const auto &blob : store.blobs()) {
+    const auto &rowStarts = store.rowStarts();
+    writer.putU64(from.rows);
+    writer.putU64(rowStarts.size() - from.rows);
+    writer.putBorrowed(rowStarts.data() + from.rows, (rowStarts.size() - from.rows) * sizeof(std::uint64_t));
+    writer.putU64(from.blobs);
+    writer.putU64(store.blobs().size() - from.blobs);
+    for (std::size_t i = from.blobs; i < store.blobs().size(); ++i) {
+        const TOrbBlobData *blob = store.blobs()[i].get();
         writer.putString(blob ? blob->fileExtension() : std::string());
         const std::size_t size = blob ? blob->data().size() : 0;
         writer.putU64(size);
@@ -144,43 +152,54 @@ void encodeStore(WireWriter &writer, const TableStore &store)
     }
 }
 
-bool decodeStore(WireReader &reader, TableStore &store, std::size_t columnCount)
+} // namespace
+
+void encodeStorePart(WireWriter &writer, const TableStore &store, StoreParts &sent)
 {
-    if (reader.getU64() != columnCount)
+    const std::size_t finished = store.blocks().empty() ? 0 : store.blocks().size() - 1;
+    const std::size_t toBlock = std::max(finished, sent.blocks);
+    encodeStoreRange(writer, store, sent, toBlock);
+    sent = StoreParts{toBlock, store.rowStarts().size(), store.blobs().size()};
+}
+
+bool decodeStorePart(WireReader &reader, PartialStore &parts)
+{
+    // Each part must continue exactly where the parts before it ended.
+    if (reader.getU64() != parts.blocks.size())
         return reader.fail();
     const std::uint64_t blockCount = reader.getU64();
     if (blockCount > reader.remaining() / 8)
         return reader.fail();
-    std::vector<TableStore::Block> blocks;
     for (std::uint64_t i = 0; i < blockCount && reader.ok(); ++i) {
         TableStore::Block block;
         block.size = block.capacity = reader.getU64();
         if (!reader.getBlock(block.bytes, block.size))
             return false;
-        blocks.push_back(std::move(block));
+        parts.blocks.push_back(std::move(block));
     }
+    if (reader.getU64() != parts.rowStarts.size())
+        return reader.fail();
     std::vector<std::uint64_t> rowStarts;
     if (!reader.getArray(rowStarts, reader.getU64()))
         return false;
+    if (parts.rowStarts.empty())
+        parts.rowStarts = std::move(rowStarts);
+    else
+        parts.rowStarts.insert(parts.rowStarts.end(), rowStarts.begin(), rowStarts.end());
+    if (reader.getU64() != parts.blobs.size())
+        return reader.fail();
     const std::uint64_t blobCount = reader.getU64();
     if (blobCount > reader.remaining() / 12) // an extension length and a payload length each
         return reader.fail();
-    std::vector<std::unique_ptr<TOrbBlobData>> blobs;
     for (std::uint64_t i = 0; i < blobCount && reader.ok(); ++i) {
         const std::string extension = reader.getString();
         std::vector<std::uint8_t> data;
         if (!reader.getArray(data, reader.getU64()))
             return false;
-        blobs.push_back(std::make_unique<TOrbBlobData>(std::move(data), extension.c_str()));
+        parts.blobs.push_back(std::make_unique<TOrbBlobData>(std::move(data), extension.c_str()));
     }
-    if (!reader.ok())
-        return false;
-    if (!store.adopt(columnCount, std::move(blocks), std::move(rowStarts), std::move(blobs)))
-        return reader.fail();
-    return true;
+    return reader.ok();
 }
-
-} // namespace
 
 void encodeForeignKey(WireWriter &writer, const TOrbMDBForeignKey &key)
 {
@@ -206,7 +225,7 @@ std::unique_ptr<TOrbMDBForeignKey> decodeForeignKey(WireReader &reader)
     return reader.ok() ? std::move(key) : nullptr;
 }
 
-void encodeTable(WireWriter &writer, const TOrbMDBTable &table)
+void encodeTable(WireWriter &writer, const TOrbMDBTable &table, const StoreParts &sent)
 {
     writer.putString(table.name());
     writer.putU64(table.columns().size());
@@ -215,10 +234,11 @@ void encodeTable(WireWriter &writer, const TOrbMDBTable &table)
     writer.putU64(table.indices().size());
     for (const auto &index : table.indices())
         encodeIndex(writer, *index);
-    encodeStore(writer, table.store());
+    writer.putU64(table.store().columnCount());
+    encodeStoreRange(writer, table.store(), sent, std::max(sent.blocks, table.store().blocks().size()));
 }
 
-std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader)
+std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader, PartialStore parts)
 {
     auto table = std::make_unique<TOrbMDBTable>();
     table->setName(reader.getString());
@@ -242,8 +262,16 @@ std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader)
             return nullptr;
         table->addIndex(std::move(index));
     }
-    if (!decodeStore(reader, table->mutableStore(), table->columns().size()))
+    // The storage repeats the column count: its rows must have exactly that many cells.
+    if (reader.getU64() != columnCount || !decodeStorePart(reader, parts)) {
+        reader.fail();
         return nullptr;
+    }
+    if (!table->mutableStore().adopt(table->columns().size(), std::move(parts.blocks), std::move(parts.rowStarts),
+                                     std::move(parts.blobs))) {
+        reader.fail();
+        return nullptr;
+    }
     return table;
 }
 
@@ -258,6 +286,7 @@ bool readModelStream(ByteSource &source, LoadObserver *observer, ReceivedModel &
 
     bool haveCatalog = false;
     std::size_t received = 0;
+    std::map<std::uint64_t, PartialStore> partial; // tables whose storage has begun to arrive
     for (;;) {
         std::uint8_t type = 0;
         if (!reader.beginMessage(type))
@@ -308,11 +337,23 @@ bool readModelStream(ByteSource &source, LoadObserver *observer, ReceivedModel &
             const std::uint64_t position = reader.getU64();
             if (!haveCatalog || position >= model.tables.size() || model.tables[position])
                 return false;
-            auto table = decodeTable(reader);
+            PartialStore parts;
+            if (const auto it = partial.find(position); it != partial.end()) {
+                parts = std::move(it->second);
+                partial.erase(it);
+            }
+            auto table = decodeTable(reader, std::move(parts));
             if (!table)
                 return false;
             model.tables[position] = std::move(table);
             ++received;
+            break;
+        }
+        case LoaderMessage::TablePart: {
+            const std::uint64_t position = reader.getU64();
+            if (!haveCatalog || position >= model.tables.size() || model.tables[position] ||
+                !decodeStorePart(reader, partial[position]))
+                return false;
             break;
         }
         case LoaderMessage::End: {

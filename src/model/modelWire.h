@@ -3,10 +3,14 @@
 // The loader's pipe format: how vellum-loader sends a loaded model to the process that opens
 // the file. A stream is the header (magic and version), then messages (type byte, 64-bit
 // length, content): one Catalog, any number of TableStarted and Rows, one Table per kept
-// table, and End.
+// table, and End. A large table may send the finished part of its row storage ahead in
+// TablePart messages while it is still loading, so that the transfer overlaps the loading; its
+// Table message then carries the rest.
 
 #include "model/WireReader.h"
 #include "model/WireWriter.h"
+
+#include "model/TableStore.h"
 
 #include <cstdint>
 #include <memory>
@@ -21,7 +25,7 @@ class TOrbMDBTable;
 /// The first bytes of every stream.
 inline constexpr char kLoaderStreamMagic[8] = {'V', 'L', 'M', 'L', 'O', 'A', 'D', 'R'};
 /// Raised whenever the layout of any message changes.
-constexpr std::uint32_t kLoaderStreamVersion = 1;
+constexpr std::uint32_t kLoaderStreamVersion = 2;
 
 enum class LoaderMessage : std::uint8_t {
     Catalog = 1,      ///< table count, then the relationships in the order read
@@ -29,6 +33,22 @@ enum class LoaderMessage : std::uint8_t {
     Rows = 3,         ///< rows loaded so far
     Table = 4,        ///< catalog position, then the whole table
     End = 5,          ///< table count again
+    TablePart = 6,    ///< catalog position, then finished row storage of a table still loading
+};
+
+/// How much of a table's row storage has gone out in TablePart messages: blocks, row starts
+/// and blobs, each counted from the first.
+struct StoreParts {
+    std::size_t blocks = 0;
+    std::size_t rows = 0;
+    std::size_t blobs = 0;
+};
+
+/// Row storage received in TablePart messages, waiting for the rest of its table.
+struct PartialStore {
+    std::vector<TableStore::Block> blocks;
+    std::vector<std::uint64_t> rowStarts;
+    std::vector<std::unique_ptr<TOrbBlobData>> blobs;
 };
 
 /// Appends a relationship.
@@ -36,12 +56,20 @@ void encodeForeignKey(WireWriter &writer, const TOrbMDBForeignKey &key);
 /// Reads a relationship; nullptr when the reader failed.
 std::unique_ptr<TOrbMDBForeignKey> decodeForeignKey(WireReader &reader);
 
+/// Appends what a table still loading has finished beyond `sent`: every block but the last
+/// (which may still grow), and the row starts and blobs so far; updates `sent`. Nothing is
+/// copied: the store must not change until the writer's `send` returned.
+void encodeStorePart(WireWriter &writer, const TableStore &store, StoreParts &sent);
+/// Reads a TablePart's storage and appends it; false when it does not continue `parts`.
+[[nodiscard]] bool decodeStorePart(WireReader &reader, PartialStore &parts);
+
 /// Appends a whole table: name, columns with every property, indexes in order, and the row
-/// storage in its raw form (text blocks and blob payloads are referenced, not copied: the
-/// table must outlive the writer's `send`).
-void encodeTable(WireWriter &writer, const TOrbMDBTable &table);
-/// Reads a table and checks its row storage; nullptr when anything does not fit.
-std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader);
+/// storage in its raw form beyond what `sent` says went ahead (text blocks and blob payloads
+/// are referenced, not copied: the table must outlive the writer's `send`).
+void encodeTable(WireWriter &writer, const TOrbMDBTable &table, const StoreParts &sent = {});
+/// Reads a table, joins its storage to the parts that came ahead and checks it; nullptr when
+/// anything does not fit.
+std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader, PartialStore parts = {});
 
 /// What a complete stream carries: the tables in catalog order and the relationships in the
 /// order read.
