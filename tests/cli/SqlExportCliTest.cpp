@@ -1,0 +1,111 @@
+// vellum-cli export --format sql: single script or one per table, the options and their refusals.
+
+#include "support/FileContents.h"
+#include "support/Fixtures.h"
+#include "support/RunProcess.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace vellum {
+namespace {
+
+namespace fs = std::filesystem;
+using test::fixturePath;
+using test::runTool;
+
+std::vector<std::string> exportArgs(const std::string &output, std::vector<std::string> options)
+{
+    std::vector<std::string> args = {"export", fixturePath("features.mdb"), output, "--format", "sql"};
+    args.insert(args.end(), options.begin(), options.end());
+    return args;
+}
+
+TEST(SqlExportCli, RefusesCombinationsThatWriteNothingOrDoNotApply)
+{
+    test::TempDir dir;
+    struct Case {
+        std::vector<std::string> options;
+        const char *message;
+    };
+    const Case cases[] = {
+        {{"--no-structure", "--no-data"}, "--no-structure and --no-data together leave nothing to export"},
+        {{"--dialect", "db2"}, "unknown dialect 'db2' (use mysql|postgresql|oracle|sqlite|sqlserver)"},
+        {{"--dialect", "sqlite", "--schema", "s"}, "--schema applies to the postgresql, oracle and sqlserver dialects only"},
+        {{"--schema", "s"}, "--schema applies to the postgresql, oracle and sqlserver dialects only"},
+    };
+    for (const Case &c : cases) {
+        const auto result = runTool("vellum-cli", exportArgs(dir.file("out.sql"), c.options));
+        EXPECT_EQ(result.exitStatus, 2) << c.message;
+        EXPECT_NE(result.err.find(c.message), std::string::npos) << result.err;
+        EXPECT_FALSE(fs::exists(dir.file("out.sql"))) << c.message;
+    }
+    // A script option with another format is refused too.
+    const auto csv = runTool("vellum-cli", {"export", fixturePath("features.mdb"), dir.file("csv"), "--format", "csv",
+                                            "--dialect", "mysql"});
+    EXPECT_EQ(csv.exitStatus, 2);
+    EXPECT_NE(csv.err.find("option --dialect does not apply to --format csv"), std::string::npos) << csv.err;
+}
+
+TEST(SqlExportCli, OneScriptForTheFileOneScriptPerChosenTable)
+{
+    test::TempDir dir;
+    // The whole file: one script, the golden one of its dialect.
+    const std::string script = dir.file("scripts/features.sql");
+    const auto whole = runTool("vellum-cli", exportArgs(script, {"--dialect", "postgresql"}));
+    ASSERT_EQ(whole.exitStatus, 0) << whole.err;
+    EXPECT_EQ(whole.out, "Export finished.\n14 tables exported successfully.\n");
+    EXPECT_EQ(test::fileContents(script), test::fileContents(fixturePath("golden/sql/postgresql.sql")));
+
+    // Chosen tables: one script each in the folder OUTPUT, unless --single-file.
+    const std::string folder = dir.file("tables");
+    const auto some = runTool("vellum-cli", exportArgs(folder, {"--dialect", "sqlserver", "--table", "a]b", "--table",
+                                                                "Orders"}));
+    ASSERT_EQ(some.exitStatus, 0) << some.err;
+    EXPECT_EQ(test::fileContents(folder + "/a]b.sql"), test::fileContents(fixturePath("golden/sql/sqlserver/a]b.sql")));
+    EXPECT_TRUE(fs::exists(folder + "/Orders.sql"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 2);
+
+    const std::string two = dir.file("two.sql");
+    ASSERT_EQ(runTool("vellum-cli", exportArgs(two, {"--table", "a]b", "--table", "table1", "--single-file"})).exitStatus, 0);
+    const std::string text = test::fileContents(two);
+    EXPECT_EQ(text.rfind("SET NAMES 'UTF8';", 0), 0u);
+    EXPECT_NE(text.find("CREATE TABLE `table1`"), std::string::npos);
+    EXPECT_EQ(text.find("CREATE TABLE `Orders`"), std::string::npos);
+
+    const std::string perTable = dir.file("per-table");
+    ASSERT_EQ(runTool("vellum-cli", exportArgs(perTable, {"--file-per-table", "--dialect", "oracle"})).exitStatus, 0);
+    EXPECT_EQ(std::distance(fs::directory_iterator(perTable), fs::directory_iterator()), 14);
+}
+
+TEST(SqlExportCli, OptionsReachTheScript)
+{
+    test::TempDir dir;
+    const std::string path = dir.file("props.sql");
+    const auto result =
+        runTool("vellum-cli", exportArgs(path, {"--dialect", "postgresql", "--table", "Props", "--single-file", "--schema",
+                                                "app", "--no-drop", "--no-indexes", "--decimal", ","}));
+    ASSERT_EQ(result.exitStatus, 0) << result.err;
+    const std::string text = test::fileContents(path);
+    EXPECT_EQ(text.rfind("CREATE TABLE \"app\".\"Props\" (", 0), 0u) << text.substr(0, 200);
+    EXPECT_NE(text.find("COMMENT ON COLUMN \"app\".\"Props\".\"DescCol\" IS 'O''Neil''s \"quoted\" column';"),
+              std::string::npos);
+    EXPECT_NE(text.find("INSERT INTO \"app\".\"Props\""), std::string::npos);
+    EXPECT_NE(text.find(", 0,0000, "), std::string::npos); // Currency with the decimal symbol ","
+    EXPECT_EQ(text.find("DROP TABLE"), std::string::npos);
+
+    const std::string dataOnly = dir.file("data.sql");
+    ASSERT_EQ(runTool("vellum-cli", exportArgs(dataOnly, {"--table", "table1", "--single-file", "--no-structure"})).exitStatus,
+              0);
+    EXPECT_EQ(test::fileContents(dataOnly), "SET NAMES 'UTF8';\nSET FOREIGN_KEY_CHECKS = 0;\n\n"
+                                             "INSERT INTO `table1` (`ID`, `Label`) VALUES (1, 'row one of table1');\n"
+                                             "INSERT INTO `table1` (`ID`, `Label`) VALUES (2, 'row two of table1');\n\n"
+                                             "SET FOREIGN_KEY_CHECKS = 1;\n");
+}
+
+} // namespace
+} // namespace vellum
