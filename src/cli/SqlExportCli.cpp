@@ -1,4 +1,5 @@
-// The SQL script format of `vellum-cli export` and its options.
+// The SQL script format of `vellum-cli export` and its options (--single-file and
+// --file-per-table are declared with the workbooks').
 
 #include "cli/ExportCliFormat.h"
 
@@ -13,18 +14,6 @@ bool applyDialect(ExportCliRequest &request, const std::string &value, std::stri
     return parseChoice("--dialect", value,
                        {{"mysql", 1}, {"postgresql", 2}, {"oracle", 3}, {"sqlite", 4}, {"sqlserver", 5}},
                        request.options.sqlFormat, error);
-}
-
-bool applySingleFile(ExportCliRequest &request, const std::string &, std::string &)
-{
-    request.options.exportSingleFile = true;
-    return true;
-}
-
-bool applyFilePerTable(ExportCliRequest &request, const std::string &, std::string &)
-{
-    request.options.exportSingleFile = false;
-    return true;
 }
 
 bool applySchema(ExportCliRequest &request, const std::string &value, std::string &)
@@ -93,10 +82,6 @@ const std::vector<ExportCliOption> &sqlExportCliOptions()
     static const std::vector<ExportCliOption> options = {
         {"--dialect", "mysql|postgresql|oracle|sqlite|sqlserver", "SQL dialect of the script (default mysql)", {kSql},
          applyDialect},
-        {"--single-file", nullptr,
-         "one script for all chosen tables, OUTPUT is its path (the default without --table)", {kSql}, applySingleFile},
-        {"--file-per-table", nullptr,
-         "one script per table, OUTPUT is a folder (the default with --table)", {kSql}, applyFilePerTable},
         {"--schema", "NAME", "schema put before the table names (postgresql, oracle, sqlserver)", {kSql}, applySchema},
         {"--no-structure", nullptr, "leave out DROP, CREATE TABLE, indexes, comments and relationships", {kSql},
          applyNoStructure},

@@ -1,4 +1,5 @@
-// The Excel workbook formats of `vellum-cli export` (.xls and .xlsx) and their options.
+// The Excel workbook formats of `vellum-cli export` (.xls and .xlsx) and their options; the
+// single-file switches also serve the SQL script format.
 
 #include "cli/ExportCliFormat.h"
 
@@ -8,6 +9,7 @@ namespace {
 
 constexpr ExportFileType kXls = ExportFileType::XLS;
 constexpr ExportFileType kXlsx = ExportFileType::XLSX;
+constexpr ExportFileType kSql = ExportFileType::SQL;
 
 bool applySingleFile(ExportCliRequest &request, const std::string &, std::string &)
 {
@@ -39,10 +41,11 @@ extern const ExportCliFormat kXlsxCliFormat = {
 const std::vector<ExportCliOption> &workbookExportCliOptions()
 {
     static const std::vector<ExportCliOption> options = {
-        {"--single-file", nullptr, "one workbook for all chosen tables, OUTPUT is its path (the default without --table)",
-         {kXls, kXlsx}, applySingleFile},
-        {"--file-per-table", nullptr, "one workbook per table, OUTPUT is a folder (the default with --table)",
-         {kXls, kXlsx}, applyFilePerTable},
+        {"--single-file", nullptr,
+         "one workbook or script for all chosen tables, OUTPUT is its path (the default without --table)",
+         {kXls, kXlsx, kSql}, applySingleFile},
+        {"--file-per-table", nullptr, "one workbook or script per table, OUTPUT is a folder (the default with --table)",
+         {kXls, kXlsx, kSql}, applyFilePerTable},
         {"--no-header", nullptr, "leave out the row of column names", {kXls, kXlsx}, applyNoHeader},
     };
     return options;
