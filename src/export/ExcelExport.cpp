@@ -6,24 +6,71 @@
 #include "export/xls/workbook.h"
 #include "util/logging.h"
 
+#include <atomic>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <thread>
 
 namespace vellum {
 
 namespace {
 
-std::mutex g_workbookLock;
-std::unique_ptr<xls::workbook> g_workbook; ///< the one open workbook of the program
+/// The one open workbook of the program and the thread that holds it.
+struct WorkbookSlot {
+    std::mutex lock;
+    std::condition_variable freed;
+    std::atomic<std::thread::id> owner{};
+    std::unique_ptr<xls::workbook> book;
+};
+
+WorkbookSlot &slot()
+{
+    static WorkbookSlot instance;
+    return instance;
+}
+
+/// The open workbook when the calling thread holds it, else nullptr.
+xls::workbook *ownWorkbook()
+{
+    WorkbookSlot &s = slot();
+    return s.owner.load(std::memory_order_acquire) == std::this_thread::get_id() ? s.book.get() : nullptr;
+}
+
+/// Waits until no other thread holds a workbook, then opens one for this thread.
+xls::workbook *openWorkbook()
+{
+    WorkbookSlot &s = slot();
+    std::unique_lock lock(s.lock);
+    s.freed.wait(lock, [&] { return s.owner.load() == std::thread::id(); });
+    s.book = std::make_unique<xls::workbook>();
+    s.owner.store(std::this_thread::get_id(), std::memory_order_release);
+    return s.book.get();
+}
+
+/// Destroys the calling thread's workbook and frees the slot.
+void closeWorkbook()
+{
+    WorkbookSlot &s = slot();
+    if (!ownWorkbook())
+        return;
+    {
+        std::lock_guard lock(s.lock);
+        s.book.reset();
+        s.owner.store(std::thread::id(), std::memory_order_release);
+    }
+    s.freed.notify_all();
+}
 
 /// The sheet being written, or nullptr after logging "Error when writing <what>: …".
 xls::worksheet *currentSheet(std::uint16_t index, const char *what)
 {
-    if (!g_workbook) {
+    xls::workbook *book = ownWorkbook();
+    if (!book) {
         C_LogError("Error when writing %s: No workbook available", what);
         return nullptr;
     }
-    xls::worksheet *sheet = g_workbook->GetSheet(index);
+    xls::worksheet *sheet = book->GetSheet(index);
     if (!sheet)
         C_LogError("Error when writing %s: No worksheet available", what);
     return sheet;
@@ -33,27 +80,22 @@ xls::worksheet *currentSheet(std::uint16_t index, const char *what)
 
 ExcelExport::~ExcelExport() { deleteWorkBook(); }
 
-bool ExcelExport::hasWorkbook()
-{
-    std::lock_guard lock(g_workbookLock);
-    return g_workbook != nullptr;
-}
+bool ExcelExport::hasWorkbook() { return ownWorkbook() != nullptr; }
 
 bool ExcelExport::addSheet(std::string_view name)
 {
     if (name.empty())
         return false;
-    std::lock_guard lock(g_workbookLock);
-    if (!g_workbook) {
-        g_workbook = std::make_unique<xls::workbook>();
+    xls::workbook *book = ownWorkbook();
+    if (!book) {
+        book = openWorkbook();
         m_indexOfLastSheet = 65535;
     }
     const auto utf16 = UTF8ToUTF16Converter(name.data(), name.size());
     if (!utf16)
         return true;
-    if (!g_workbook->sheet(*utf16)) {
-        C_LogError("Unable to add the sheet %.*s: %s", static_cast<int>(name.size()), name.data(),
-                   g_workbook->lastError().c_str());
+    if (!book->sheet(*utf16)) {
+        C_LogError("Unable to add the sheet %.*s: %s", static_cast<int>(name.size()), name.data(), book->lastError().c_str());
         return false;
     }
     ++m_indexOfLastSheet; // 65535 + 1 wraps to 0 for the first sheet
@@ -64,7 +106,6 @@ void ExcelExport::writeString(std::string_view text, std::uint32_t row, std::uin
 {
     if (text.empty())
         return;
-    std::lock_guard lock(g_workbookLock);
     xls::worksheet *sheet = currentSheet(m_indexOfLastSheet, "string");
     if (sheet && utf8ToUtf16(text, m_utf16))
         sheet->label(row, col, m_utf16);
@@ -72,37 +113,31 @@ void ExcelExport::writeString(std::string_view text, std::uint32_t row, std::uin
 
 void ExcelExport::writeNumber(double number, std::uint32_t row, std::uint32_t col)
 {
-    std::lock_guard lock(g_workbookLock);
     if (xls::worksheet *sheet = currentSheet(m_indexOfLastSheet, "number"))
         sheet->number(row, col, number);
 }
 
 void ExcelExport::setBlankForRow(std::uint32_t row, std::uint32_t col)
 {
-    std::lock_guard lock(g_workbookLock);
     if (xls::worksheet *sheet = currentSheet(m_indexOfLastSheet, "null"))
         sheet->blank(row % 65536, col);
 }
 
 bool ExcelExport::dumpToFile(const std::string &path)
 {
-    std::lock_guard lock(g_workbookLock);
-    if (!g_workbook) {
+    xls::workbook *book = ownWorkbook();
+    if (!book) {
         C_LogError("Error when dump file: No workbook available");
         return false;
     }
-    const bool saved = g_workbook->Dump(path);
+    const bool saved = book->Dump(path);
     if (!saved)
-        C_LogError("Error when dump file: %s", g_workbook->lastError().c_str());
-    g_workbook.reset();
+        C_LogError("Error when dump file: %s", book->lastError().c_str());
+    closeWorkbook();
     return saved;
 }
 
-void ExcelExport::deleteWorkBook()
-{
-    std::lock_guard lock(g_workbookLock);
-    g_workbook.reset();
-}
+void ExcelExport::deleteWorkBook() { closeWorkbook(); }
 
 void exportXLSThread(ExportJob &job)
 {

@@ -12,8 +12,10 @@ namespace vellum {
 /// sheets, writes cells into the last sheet added, converts text to UTF-16, saves.
 ///
 /// The workbook being built lives in one module-level slot, not in the object: only one
-/// workbook is open at a time in the whole program, whichever ExcelExport adds to it. Calls are
-/// serialized by a lock, so two objects on two threads never race (they share the workbook).
+/// workbook is open at a time in the whole program, and every ExcelExport on the thread that
+/// opened it writes into it. A thread that wants a workbook while another thread's is open
+/// waits in `addSheet` until that one is saved or deleted; cell calls from a thread that holds
+/// no workbook find none. So the per-cell calls need no lock.
 class ExcelExport final : public SpreadsheetWriter {
 public:
     ExcelExport() = default;
@@ -40,7 +42,7 @@ public:
 
     /// Index of the sheet being written; 65535 right after a workbook was opened.
     std::uint16_t indexOfLastSheet() const { return m_indexOfLastSheet; }
-    /// True while a workbook is open in the module-level slot.
+    /// True while the calling thread holds the open workbook.
     static bool hasWorkbook();
 
 private:

@@ -81,7 +81,7 @@ public:
 
     /// Writes one record; false when the payload is too long or the sink failed.
     [[nodiscard]] bool record(std::uint16_t type, std::string_view payload);
-    [[nodiscard]] bool record(std::uint16_t type, const LeBytes &payload) { return record(type, std::string_view(payload.data())); }
+    [[nodiscard]] bool record(std::uint16_t type, const LeBytes &payload) { return record(type, payload.data()); }
 
     /// Copies records kept in temporary storage as they stand.
     [[nodiscard]] bool copy(SpillBuffer &spill, std::uint64_t offset, std::uint64_t length);

@@ -1,52 +1,45 @@
 #include "export/xls/LeBytes.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace vellum::xls {
 
-LeBytes &LeBytes::u8(std::uint8_t v)
+void LeBytes::grow(std::size_t needed)
 {
-    m_data += static_cast<char>(v);
-    return *this;
-}
-
-LeBytes &LeBytes::u16(std::uint16_t v)
-{
-    char b[2] = {static_cast<char>(v & 0xFF), static_cast<char>(v >> 8)};
-    m_data.append(b, 2);
-    return *this;
-}
-
-LeBytes &LeBytes::u32(std::uint32_t v)
-{
-    for (int i = 0; i < 4; ++i)
-        m_data += static_cast<char>((v >> (8 * i)) & 0xFF);
-    return *this;
-}
-
-LeBytes &LeBytes::u64(std::uint64_t v)
-{
-    for (int i = 0; i < 8; ++i)
-        m_data += static_cast<char>((v >> (8 * i)) & 0xFF);
-    return *this;
-}
-
-LeBytes &LeBytes::f64(double v)
-{
-    std::uint64_t bits;
-    std::memcpy(&bits, &v, sizeof bits);
-    return u64(bits);
+    const std::size_t capacity = std::max<std::size_t>({needed, m_capacity * 2, 64});
+    auto data = std::make_unique<char[]>(capacity);
+    if (m_size)
+        std::memcpy(data.get(), m_data.get(), m_size);
+    m_data = std::move(data);
+    m_capacity = capacity;
 }
 
 LeBytes &LeBytes::bytes(const void *data, std::size_t size)
 {
-    m_data.append(static_cast<const char *>(data), size);
+    if (size)
+        std::memcpy(extend(size), data, size);
     return *this;
 }
 
 LeBytes &LeBytes::zeros(std::size_t count)
 {
-    m_data.append(count, '\0');
+    if (count)
+        std::memset(extend(count), 0, count);
+    return *this;
+}
+
+LeBytes &LeBytes::units(const char16_t *text, std::size_t count, bool wide)
+{
+    char *out = extend(count * (wide ? 2 : 1));
+    if (wide) {
+        for (std::size_t i = 0; i < count; ++i) {
+            *out++ = static_cast<char>(text[i] & 0xFF);
+            *out++ = static_cast<char>(text[i] >> 8);
+        }
+    } else {
+        for (std::size_t i = 0; i < count; ++i)
+            *out++ = static_cast<char>(text[i]);
+    }
     return *this;
 }
 

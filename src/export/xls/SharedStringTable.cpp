@@ -42,10 +42,16 @@ void SharedStringTable::mark()
 
 std::uint32_t SharedStringTable::add(std::u16string_view text)
 {
-    const bool shareable = text.size() <= kSharedTextUnits;
-    if (shareable) {
-        if (const auto found = m_recent.find(std::u16string(text)); found != m_recent.end())
-            return found->second;
+    RecentText *slot = nullptr;
+    if (text.size() <= kSharedTextUnits) {
+        if (!m_recent)
+            m_recent = std::make_unique<RecentText[]>(kRecentSlots);
+        std::uint32_t hash = 2166136261u; // FNV-1a over the units
+        for (char16_t u : text)
+            hash = (hash ^ u) * 16777619u;
+        slot = &m_recent[hash & (kRecentSlots - 1)];
+        if (slot->length == text.size() && std::equal(text.begin(), text.end(), slot->units.begin()))
+            return slot->index;
     }
 
     if (!m_hasFirst && m_current.size() == 0)
@@ -59,13 +65,9 @@ std::uint32_t SharedStringTable::add(std::u16string_view text)
     std::size_t done = 0;
     while (done < text.size()) {
         const std::size_t room = (biff::kMaxPayload - m_current.size()) / unit;
-        const std::size_t end = done + std::min(room, text.size() - done);
-        for (; done < end; ++done) {
-            if (wide)
-                m_current.u16(text[done]);
-            else
-                m_current.u8(static_cast<std::uint8_t>(text[done]));
-        }
+        const std::size_t count = std::min(room, text.size() - done);
+        m_current.units(text.data() + done, count, wide);
+        done += count;
         if (done < text.size()) {
             finishRecord();
             m_current.u8(wide ? 1 : 0);
@@ -73,10 +75,10 @@ std::uint32_t SharedStringTable::add(std::u16string_view text)
     }
 
     const std::uint32_t index = m_uniqueCount++;
-    if (shareable) {
-        if (m_recent.size() >= kRecentTexts)
-            m_recent.clear();
-        m_recent.emplace(text, index);
+    if (slot) {
+        slot->index = index;
+        slot->length = static_cast<std::uint16_t>(text.size());
+        std::copy(text.begin(), text.end(), slot->units.begin());
     }
     return index;
 }
@@ -114,10 +116,8 @@ bool SharedStringTable::write(BiffStream &out)
 
 std::size_t SharedStringTable::memoryUsage() const
 {
-    std::size_t bytes = m_first.size() + m_current.size() + m_marks.capacity() * sizeof(m_marks[0]);
-    for (const auto &[text, index] : m_recent)
-        bytes += sizeof(index) + 48 + (text.size() > 7 ? text.capacity() * 2 : 0);
-    return bytes;
+    return m_first.size() + m_current.size() + m_marks.capacity() * sizeof(m_marks[0]) +
+           (m_recent ? kRecentSlots * sizeof(RecentText) : 0);
 }
 
 } // namespace vellum::xls

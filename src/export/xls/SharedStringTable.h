@@ -6,7 +6,8 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <array>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -41,8 +42,8 @@ public:
 
     /// Texts up to this many units are looked up among the recent ones.
     static constexpr std::size_t kSharedTextUnits = 32;
-    /// Recent short texts remembered; the memory is forgotten when it is full.
-    static constexpr std::size_t kRecentTexts = 16384;
+    /// Slots of the cache of recent short texts (a power of two).
+    static constexpr std::size_t kRecentSlots = 4096;
 
 private:
     void finishRecord();
@@ -62,7 +63,12 @@ private:
     std::uint32_t m_markStride = 8;
     static constexpr std::size_t kMaxMarks = 4096;
 
-    std::unordered_map<std::u16string, std::uint32_t> m_recent;
+    struct RecentText {
+        std::uint32_t index = 0;
+        std::uint16_t length = 0xFFFF; ///< 0xFFFF: the slot is free
+        std::array<char16_t, kSharedTextUnits> units;
+    };
+    std::unique_ptr<RecentText[]> m_recent; ///< made on first use
 };
 
 } // namespace vellum::xls

@@ -256,7 +256,7 @@ std::string summaryInformationStream()
     LeBytes stream;
     stream.u16(0xFFFE).u16(0).u32(0x00020006).zeros(16).u32(1).bytes(fmtid, 16).u32(48);
     stream.bytes(section.data().data(), section.size());
-    return stream.data();
+    return std::string(stream.data());
 }
 
 } // namespace vellum::xls

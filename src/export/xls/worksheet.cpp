@@ -75,13 +75,19 @@ void worksheet::flushBlock()
 {
     if (m_cells.empty())
         return;
-    // Sorted by position; of cells written to one place, the last one counts.
-    std::stable_sort(m_cells.begin(), m_cells.end(), [](const Cell &a, const Cell &b) { return a.key < b.key; });
-    std::size_t kept = 0;
-    for (std::size_t i = 0; i < m_cells.size(); ++i)
-        if (i + 1 == m_cells.size() || m_cells[i + 1].key != m_cells[i].key)
-            m_cells[kept++] = m_cells[i];
-    m_cells.resize(kept);
+    // Sorted by position; of cells written to one place, the last one counts. Cells usually
+    // come in order, which needs neither.
+    const bool ordered = std::adjacent_find(m_cells.begin(), m_cells.end(), [](const Cell &a, const Cell &b) {
+                             return a.key >= b.key;
+                         }) == m_cells.end();
+    if (!ordered) {
+        std::stable_sort(m_cells.begin(), m_cells.end(), [](const Cell &a, const Cell &b) { return a.key < b.key; });
+        std::size_t kept = 0;
+        for (std::size_t i = 0; i < m_cells.size(); ++i)
+            if (i + 1 == m_cells.size() || m_cells[i + 1].key != m_cells[i].key)
+                m_cells[kept++] = m_cells[i];
+        m_cells.resize(kept);
+    }
 
     struct RowSpan {
         std::uint32_t row;
@@ -103,46 +109,45 @@ void worksheet::flushBlock()
     m_firstRow = std::min(m_firstRow, rows.front().row);
     m_rowsEnd = std::max(m_rowsEnd, rows.back().row + 1);
 
-    // Positions from the body's start: the DBCELL points back at the block's first ROW record
-    // and on from there to each row's first cell.
-    BiffStream out(m_body, m_body.size() - m_bodyOffset);
-    const std::uint64_t firstRowRecord = out.position();
-    LeBytes payload;
+    // The block's records, made in memory and stored at once. Offsets are from the body's
+    // start: the DBCELL points back at the block's first ROW record and on from there to each
+    // row's first cell.
+    const std::uint64_t firstRowRecord = m_body.size() - m_bodyOffset;
+    LeBytes &out = m_blockBytes;
+    out.clear();
     for (const RowSpan &span : rows) {
         const auto rowFirstCol = static_cast<std::uint16_t>(m_cells[span.begin].key & 0xFF);
         const auto rowColsEnd = static_cast<std::uint16_t>((m_cells[span.end - 1].key & 0xFF) + 1);
-        payload.clear();
-        payload.u16(static_cast<std::uint16_t>(span.row)).u16(rowFirstCol).u16(rowColsEnd).u16(255);
-        payload.u16(0).u16(0).u16(0x0100).u16(biff::kDefaultCellXf);
-        (void)out.record(biff::kRow, payload);
+        out.recordHeader(biff::kRow, 16).u16(static_cast<std::uint16_t>(span.row)).u16(rowFirstCol).u16(rowColsEnd).u16(255);
+        out.u16(0).u16(0).u16(0x0100).u16(biff::kDefaultCellXf);
     }
     LeBytes dbcell;
-    dbcell.u32(0); // patched below
-    std::uint64_t previousFirstCell = firstRowRecord + kRowRecordSize;
+    std::uint64_t previousFirstCell = kRowRecordSize;
     for (const RowSpan &span : rows) {
-        const std::uint64_t firstCell = out.position();
-        dbcell.u16(static_cast<std::uint16_t>(firstCell - previousFirstCell));
-        previousFirstCell = firstCell;
+        dbcell.u16(static_cast<std::uint16_t>(out.size() - previousFirstCell));
+        previousFirstCell = out.size();
         for (std::size_t i = span.begin; i < span.end; ++i) {
             const Cell &cell = m_cells[i];
-            payload.clear();
-            payload.u16(static_cast<std::uint16_t>(span.row)).u16(static_cast<std::uint16_t>(cell.key & 0xFF)).u16(biff::kDefaultCellXf);
+            const auto row = static_cast<std::uint16_t>(span.row);
+            const auto col = static_cast<std::uint16_t>(cell.key & 0xFF);
             switch (cell.kind) {
             case Kind::Label:
-                (void)out.record(biff::kLabelSst, payload.u32(cell.sst));
+                out.recordHeader(biff::kLabelSst, 10).u16(row).u16(col).u16(biff::kDefaultCellXf).u32(cell.sst);
                 break;
             case Kind::Number:
-                (void)out.record(biff::kNumber, payload.f64(cell.number));
+                out.recordHeader(biff::kNumber, 14).u16(row).u16(col).u16(biff::kDefaultCellXf).f64(cell.number);
                 break;
             case Kind::Blank:
-                (void)out.record(biff::kBlank, payload);
+                out.recordHeader(biff::kBlank, 6).u16(row).u16(col).u16(biff::kDefaultCellXf);
                 break;
             }
         }
     }
-    m_dbCells.push_back(static_cast<std::uint32_t>(out.position()));
-    dbcell.patchU32(0, static_cast<std::uint32_t>(out.position() - firstRowRecord));
-    (void)out.record(biff::kDbCell, dbcell); // a failure stays with the storage, checked on closing
+    const std::size_t dbcellAt = out.size();
+    m_dbCells.push_back(static_cast<std::uint32_t>(firstRowRecord + dbcellAt));
+    out.recordHeader(biff::kDbCell, static_cast<std::uint16_t>(4 + dbcell.size())).u32(static_cast<std::uint32_t>(dbcellAt));
+    out.bytes(dbcell.data().data(), dbcell.size());
+    (void)m_body.write(out.data()); // a failure stays with the storage, checked on closing
     m_cells.clear();
 }
 

@@ -78,6 +78,7 @@ private:
     bool m_closed = false;
 
     std::vector<Cell> m_cells;      ///< the block being filled
+    LeBytes m_blockBytes;           ///< its records, reused from block to block
     std::uint32_t m_block = 0;      ///< its number (row / 32)
     bool m_hasBlock = false;
     std::uint64_t m_bodyOffset;     ///< where this sheet's body starts in the body storage
