@@ -4,6 +4,8 @@
 #include "util/finderCompare.h"
 
 #include <algorithm>
+#include <array>
+#include <string>
 #include <cstring>
 #include <thread>
 
@@ -11,27 +13,38 @@ namespace vellum {
 
 namespace {
 
-/// Bytes of collation key kept per row. Longer keys are cut; rows whose cut keys are equal are
-/// compared on their full texts, which is rare at this length.
-constexpr std::size_t kKeyBytes = 58;
+/// Collation keys are made for every row up to a fixed number of bytes: 26 when a sample of the
+/// column shows that short prefixes tell rows apart (numbers, codes, GUIDs), else 58 (texts with
+/// long common beginnings). Rows whose prefixes still tie are told apart by the next parts of
+/// their keys (kChunkBytes at a time), made only for them.
+constexpr std::size_t kShortKeyBytes = 26;
+constexpr std::size_t kLongKeyBytes = 58;
+constexpr std::size_t kChunkBytes = 32;
+/// After this many further chunks the rows still tied are compared on their full texts.
+constexpr int kMaxChunks = 16;
+/// Rows looked at to choose the key length.
+constexpr std::size_t kSampleRows = 1024;
 
+template <std::size_t KeyBytes>
 struct SortEntry {
-    unsigned char key[kKeyBytes];
+    unsigned char key[KeyBytes];
     unsigned char length;
     std::uint32_t row;
 };
-static_assert(sizeof(SortEntry) == 64);
+static_assert(sizeof(SortEntry<kShortKeyBytes>) == 32);
+static_assert(sizeof(SortEntry<kLongKeyBytes>) == 64);
 
 /// Below this many rows the work stays on the calling thread.
 constexpr std::size_t kParallelThreshold = 32768;
 
 /// Runs `work(begin, end)` over [0, count) in one chunk per hardware thread (at most 4), the
-/// first chunk on the calling thread; returns when all are done.
+/// first chunk on the calling thread; returns when all are done. `weight` is the amount of
+/// work, which decides whether threads are worth starting.
 template <typename Work>
-void forChunks(std::size_t count, const Work &work)
+void forChunks(std::size_t count, const Work &work, std::size_t weight)
 {
     std::size_t chunks = std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, 4);
-    if (count < kParallelThreshold)
+    if (weight < kParallelThreshold || count < 2)
         chunks = 1;
     std::vector<std::thread> threads;
     const std::size_t step = (count + chunks - 1) / chunks;
@@ -45,64 +58,182 @@ void forChunks(std::size_t count, const Work &work)
         t.join();
 }
 
+template <typename Work>
+void forChunks(std::size_t count, const Work &work)
+{
+    forChunks(count, work, count);
+}
+
 std::string_view sortText(const TOrbMDBTable &table, std::uint32_t row, std::size_t column)
 {
     const CellValue value = table.cell(row, column);
     return value.isText() ? value.text : std::string_view();
 }
 
-} // namespace
+/// Key prefixes in ascending order; equal cut prefixes count as equal here.
+template <std::size_t KeyBytes>
+bool prefixLess(const SortEntry<KeyBytes> &a, const SortEntry<KeyBytes> &b)
+{
+    const int c = std::memcmp(a.key, b.key, std::min(a.length, b.length));
+    if (c != 0)
+        return c < 0;
+    return a.length < b.length;
+}
 
-std::vector<std::uint32_t> sortedRows(const TOrbMDBTable &table, std::size_t column, std::int64_t direction)
+template <std::size_t KeyBytes>
+bool prefixTied(const SortEntry<KeyBytes> &a, const SortEntry<KeyBytes> &b)
+{
+    return a.length == KeyBytes && b.length == KeyBytes && std::memcmp(a.key, b.key, KeyBytes) == 0;
+}
+
+/// The prefix length that tells the rows apart: the short one when, in a sample of the column,
+/// every two neighbouring keys differ well within it.
+std::size_t chooseKeyBytes(const TOrbMDBTable &table, std::size_t column)
 {
     const std::size_t count = table.rowCount();
-    std::vector<SortEntry> entries(count);
+    const std::size_t samples = std::min(count, kSampleRows);
+    if (samples < 2)
+        return kShortKeyBytes;
+    std::vector<std::string> keys(samples);
+    for (std::size_t i = 0; i < samples; ++i) {
+        unsigned char buffer[kLongKeyBytes];
+        const std::size_t length =
+            finderSortKeyPart(sortText(table, static_cast<std::uint32_t>(i * count / samples), column), buffer, kLongKeyBytes);
+        keys[i].assign(reinterpret_cast<const char *>(buffer), length);
+    }
+    std::sort(keys.begin(), keys.end());
+    std::size_t decisive = 0;
+    for (std::size_t i = 1; i < samples; ++i) {
+        const std::string &a = keys[i - 1];
+        const std::string &b = keys[i];
+        if (a == b)
+            continue;
+        std::size_t d = 0;
+        while (d < a.size() && d < b.size() && a[d] == b[d])
+            ++d;
+        decisive = std::max(decisive, d + 1);
+    }
+    // The whole column has more neighbours, closer together, than the sample: keep room.
+    return decisive + 10 <= kShortKeyBytes ? kShortKeyBytes : kLongKeyBytes;
+}
+
+/// Orders a run of rows whose keys agreed so far, by the next parts of their keys.
+class TieBreaker {
+public:
+    TieBreaker(const TOrbMDBTable &table, std::size_t column, std::vector<std::array<std::uint32_t, 2>> &states)
+        : m_table(table), m_column(column), m_states(states)
+    {
+    }
+
+    void order(std::uint32_t *first, std::uint32_t *last, int depth)
+    {
+        const std::size_t n = static_cast<std::size_t>(last - first);
+        if (depth >= kMaxChunks) {
+            std::stable_sort(first, last, [&](std::uint32_t a, std::uint32_t b) {
+                const std::string_view ta = sortText(m_table, a, m_column);
+                const std::string_view tb = sortText(m_table, b, m_column);
+                return ta != tb && finderCompare(ta, tb) < 0;
+            });
+            return;
+        }
+        struct Part {
+            unsigned char bytes[kChunkBytes];
+            unsigned char length;
+            std::uint32_t row;
+        };
+        std::vector<Part> parts(n);
+        for (std::size_t i = 0; i < n; ++i) {
+            Part &part = parts[i];
+            part.row = first[i];
+            part.length = static_cast<unsigned char>(finderSortKeyNext(
+                sortText(m_table, part.row, m_column), m_states[part.row].data(), part.bytes, kChunkBytes));
+        }
+        std::stable_sort(parts.begin(), parts.end(), [](const Part &a, const Part &b) {
+            const int c = std::memcmp(a.bytes, b.bytes, std::min(a.length, b.length));
+            return c != 0 ? c < 0 : a.length < b.length;
+        });
+        for (std::size_t i = 0; i < n; ++i)
+            first[i] = parts[i].row;
+        for (std::size_t i = 0; i < n;) {
+            std::size_t j = i + 1;
+            while (j < n && parts[i].length == kChunkBytes && parts[j].length == kChunkBytes &&
+                   std::memcmp(parts[i].bytes, parts[j].bytes, kChunkBytes) == 0)
+                ++j;
+            if (j - i > 1)
+                order(first + i, first + j, depth + 1);
+            i = j;
+        }
+    }
+
+private:
+    const TOrbMDBTable &m_table;
+    std::size_t m_column;
+    std::vector<std::array<std::uint32_t, 2>> &m_states;
+};
+
+template <std::size_t KeyBytes>
+std::vector<std::uint32_t> sortedRowsWithKeys(const TOrbMDBTable &table, std::size_t column, std::int64_t direction)
+{
+    const std::size_t count = table.rowCount();
+    std::vector<SortEntry<KeyBytes>> entries(count);
+    std::vector<std::array<std::uint32_t, 2>> states(count, {0, 0});
     forChunks(count, [&](std::size_t begin, std::size_t end) {
         for (std::size_t i = begin; i < end; ++i) {
-            SortEntry &entry = entries[i];
+            SortEntry<KeyBytes> &entry = entries[i];
             entry.row = static_cast<std::uint32_t>(i);
             entry.length = static_cast<unsigned char>(
-                finderSortKeyPart(sortText(table, entry.row, column), entry.key, kKeyBytes));
+                finderSortKeyNext(sortText(table, entry.row, column), states[i].data(), entry.key, KeyBytes));
         }
     });
-    // a < b in the ascending order.
-    const auto ascending = [&](const SortEntry &a, const SortEntry &b) {
-        const std::size_t common = std::min(a.length, b.length);
-        const int c = std::memcmp(a.key, b.key, common);
-        if (c != 0)
-            return c < 0;
-        if (a.length == kKeyBytes && b.length == kKeyBytes) {
-            // Cut keys that tie: equal texts are equal without asking the collator.
-            const std::string_view textA = sortText(table, a.row, column);
-            const std::string_view textB = sortText(table, b.row, column);
-            return textA != textB && finderCompare(textA, textB) < 0;
-        }
-        return a.length < b.length;
-    };
-    const auto descending = [&](const SortEntry &a, const SortEntry &b) { return ascending(b, a); };
     // Both halves are sorted at once, then merged; a stable merge of stable sorts is stable.
-    const auto sortRange = [&](auto first, auto last) {
-        if (direction == 1)
-            std::stable_sort(first, last, ascending);
-        else
-            std::stable_sort(first, last, descending);
-    };
     if (count >= kParallelThreshold && std::thread::hardware_concurrency() > 1) {
         const auto middle = entries.begin() + static_cast<std::ptrdiff_t>(count / 2);
-        std::thread second([&] { sortRange(middle, entries.end()); });
-        sortRange(entries.begin(), middle);
+        std::thread second([&] { std::stable_sort(middle, entries.end(), prefixLess<KeyBytes>); });
+        std::stable_sort(entries.begin(), middle, prefixLess<KeyBytes>);
         second.join();
-        if (direction == 1)
-            std::inplace_merge(entries.begin(), middle, entries.end(), ascending);
-        else
-            std::inplace_merge(entries.begin(), middle, entries.end(), descending);
+        std::inplace_merge(entries.begin(), middle, entries.end(), prefixLess<KeyBytes>);
     } else {
-        sortRange(entries.begin(), entries.end());
+        std::stable_sort(entries.begin(), entries.end(), prefixLess<KeyBytes>);
     }
     std::vector<std::uint32_t> out(count);
     for (std::size_t i = 0; i < count; ++i)
         out[i] = entries[i].row;
+
+    // Runs of rows whose first key bytes tie are ordered by the rest of their keys.
+    std::vector<std::pair<std::size_t, std::size_t>> runs;
+    std::size_t tiedRows = 0;
+    for (std::size_t i = 0; i < count;) {
+        std::size_t j = i + 1;
+        while (j < count && prefixTied<KeyBytes>(entries[i], entries[j]))
+            ++j;
+        if (j - i > 1) {
+            runs.emplace_back(i, j);
+            tiedRows += j - i;
+        }
+        i = j;
+    }
+    entries = {};
+    forChunks(
+        runs.size(),
+        [&](std::size_t begin, std::size_t end) {
+            TieBreaker breaker(table, column, states);
+            for (std::size_t r = begin; r < end; ++r)
+                breaker.order(out.data() + runs[r].first, out.data() + runs[r].second, 0);
+        },
+        tiedRows);
+
+    if (direction != 1)
+        std::reverse(out.begin(), out.end());
     return out;
+}
+
+} // namespace
+
+std::vector<std::uint32_t> sortedRows(const TOrbMDBTable &table, std::size_t column, std::int64_t direction)
+{
+    if (chooseKeyBytes(table, column) == kShortKeyBytes)
+        return sortedRowsWithKeys<kShortKeyBytes>(table, column, direction);
+    return sortedRowsWithKeys<kLongKeyBytes>(table, column, direction);
 }
 
 std::int64_t nextSortOrder(std::int64_t current)

@@ -43,7 +43,7 @@ private:
 
 /// The rows of a table in the order of the text sort on one column: values compared with
 /// finderCompare, null and blob cells as empty text, `direction` 1 ascending and any other
-/// value descending. Stable for equal values.
+/// value descending. Equal values keep their storage order ascending (reversed descending).
 std::vector<std::uint32_t> sortedRows(const TOrbMDBTable &table, std::size_t column, std::int64_t direction);
 
 /// The header-click cycle of a column's sort state: 0 → 1 → -1 → 0; any other state → 0.

@@ -48,12 +48,17 @@ int finderCompare(std::string_view a, std::string_view b)
 
 std::size_t finderSortKeyPart(std::string_view text, unsigned char *dest, std::size_t capacity)
 {
+    std::uint32_t state[2] = {0, 0};
+    return finderSortKeyNext(text, state, dest, capacity);
+}
+
+std::size_t finderSortKeyNext(std::string_view text, std::uint32_t state[2], unsigned char *dest, std::size_t capacity)
+{
     icu::Collator *collator = threadCollator();
     if (!collator || capacity == 0)
         return 0;
     UCharIterator iter;
     uiter_setUTF8(&iter, text.data(), static_cast<int32_t>(text.size()));
-    uint32_t state[2] = {0, 0};
     UErrorCode status = U_ZERO_ERROR;
     const int32_t written = ucol_nextSortKeyPart(collator->toUCollator(), &iter, state, dest,
                                                  static_cast<int32_t>(capacity), &status);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace vellum {
@@ -16,5 +17,10 @@ int finderCompare(std::string_view a, std::string_view b);
 /// compare with memcmp in finderCompare's order; a key that fills the whole capacity may be cut
 /// (two such keys that are equal decide nothing: compare the texts then). Thread-safe.
 std::size_t finderSortKeyPart(std::string_view text, unsigned char *dest, std::size_t capacity);
+
+/// Continues a key: writes its next `capacity` bytes after those already made for the same text
+/// with the same `state` (two zeros before the first call; updated here). Fewer bytes than
+/// asked mean the key is complete. Joined, the parts are the key finderSortKeyPart starts.
+std::size_t finderSortKeyNext(std::string_view text, std::uint32_t state[2], unsigned char *dest, std::size_t capacity);
 
 } // namespace vellum

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 namespace vellum {
@@ -87,16 +88,18 @@ TEST(RowSet, HeaderClickCyclesOneColumn)
     EXPECT_FALSE(sortColumnOf(*table));
 }
 
-// Sort keys are cut after a few bytes; rows whose cut keys tie are compared on their texts.
-// The order must equal a plain sort with finderCompare, also for long shared prefixes.
+// Sort keys are made a few bytes at a time, further bytes only for rows that still tie, and rows
+// that tie after many bytes are compared on their texts. The order must equal a plain sort with
+// finderCompare, also for long shared prefixes, both ways.
 TEST(RowSet, SortMatchesFinderCompareOnLongAndMixedTexts)
 {
     std::mt19937 random(7);
     const std::vector<std::string> pieces = {"a", "A", "b", "é", "E", "1", "2", "10", "09", " ", "-", "Zebra", "ß", "日本"};
     std::vector<test::TestCell> cells;
     const std::string longPrefix(40, 'x');
+    const std::string veryLongPrefix(700, 'y');
     for (int i = 0; i < 400; ++i) {
-        std::string text = (i % 3 == 0) ? longPrefix : std::string();
+        std::string text = (i % 3 == 0) ? longPrefix : (i % 5 == 0 ? veryLongPrefix : std::string());
         const int parts = 1 + static_cast<int>(random() % 4);
         for (int p = 0; p < parts; ++p)
             text += pieces[random() % pieces.size()];
@@ -104,14 +107,20 @@ TEST(RowSet, SortMatchesFinderCompareOnLongAndMixedTexts)
     }
     auto file = test::makeTestFile("f");
     TOrbMDBTable *table = test::addColumnTable(*file, "T", cells);
-    const std::vector<std::uint32_t> order = sortedRows(*table, 0, 1);
-    ASSERT_EQ(order.size(), cells.size());
-    for (std::size_t i = 1; i < order.size(); ++i) {
-        const CellValue a = table->cell(order[i - 1], 0);
-        const CellValue b = table->cell(order[i], 0);
-        EXPECT_LE(finderCompare(a.isText() ? a.text : "", b.isText() ? b.text : ""), 0)
-            << "position " << i << ": " << (a.isText() ? a.text : "<null>") << " before "
-            << (b.isText() ? b.text : "<null>");
+    for (const int direction : {1, -1}) {
+        const std::vector<std::uint32_t> order = sortedRows(*table, 0, direction);
+        ASSERT_EQ(order.size(), cells.size());
+        std::vector<bool> seen(cells.size());
+        for (const std::uint32_t row : order)
+            seen[row] = true;
+        EXPECT_EQ(std::count(seen.begin(), seen.end(), true), static_cast<long>(cells.size()));
+        for (std::size_t i = 1; i < order.size(); ++i) {
+            const CellValue a = table->cell(order[i - 1], 0);
+            const CellValue b = table->cell(order[i], 0);
+            EXPECT_LE(direction * finderCompare(a.isText() ? a.text : "", b.isText() ? b.text : ""), 0)
+                << "direction " << direction << " position " << i << ": " << (a.isText() ? a.text : "<null>")
+                << " before " << (b.isText() ? b.text : "<null>");
+        }
     }
 }
 

@@ -8,6 +8,7 @@ namespace {
 constexpr const char *kExportFilePath = "exportFilePath";
 constexpr const char *kToolbarState = "VellumToolbar";
 constexpr const char *kWindowGeometry = "mainWindowGeometry";
+constexpr const char *kHiddenToolbarItems = "VellumToolbarHiddenItems";
 } // namespace
 
 const char *SettingsStore::key(PaneFlag flag)
@@ -60,6 +61,16 @@ QByteArray SettingsStore::toolbarState()
 void SettingsStore::setToolbarState(const QByteArray &state)
 {
     QSettings().setValue(kToolbarState, state);
+}
+
+QStringList SettingsStore::hiddenToolbarItems()
+{
+    return QSettings().value(kHiddenToolbarItems).toStringList();
+}
+
+void SettingsStore::setHiddenToolbarItems(const QStringList &identifiers)
+{
+    QSettings().setValue(kHiddenToolbarItems, identifiers);
 }
 
 QByteArray SettingsStore::windowGeometry()

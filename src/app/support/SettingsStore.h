@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 namespace vellum {
 
@@ -29,6 +30,9 @@ public:
     /// The toolbar's layout, saved under its identifier "VellumToolbar".
     static QByteArray toolbarState();
     static void setToolbarState(const QByteArray &state);
+    /// The toolbar items the user took off the toolbar (identifiers); none by default.
+    static QStringList hiddenToolbarItems();
+    static void setHiddenToolbarItems(const QStringList &identifiers);
     static QByteArray windowGeometry();
     static void setWindowGeometry(const QByteArray &geometry);
 

@@ -60,6 +60,18 @@ DataView::DataView(bool textViewShown, QWidget *parent)
     displayTextViewContent(std::nullopt);
 }
 
+void DataView::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (!m_sized) {
+        // The bottom pane starts at its own height; the grid takes the rest.
+        m_sized = true;
+        const int total = m_splitter->height();
+        if (total > m_bottomHeight * 2)
+            m_splitter->setSizes({total - m_bottomHeight, m_bottomHeight});
+    }
+}
+
 void DataView::updateDataTableToShowMDBTable(const TOrbMDBTable *table)
 {
     m_grid->leaveCellCursor();

@@ -60,6 +60,9 @@ signals:
     /// The user clicked in the grid or changed the row selection.
     void recordSelectionChanged();
 
+protected:
+    void showEvent(QShowEvent *event) override;
+
 private:
     void onHeaderClicked(int column);
     void applySortIndicator();
@@ -75,6 +78,7 @@ private:
     std::function<RowFilter()> m_filterProvider;
     bool m_textViewShown;
     int m_bottomHeight = 140;
+    bool m_sized = false;
 };
 
 } // namespace vellum

@@ -44,6 +44,14 @@ public:
         if (index.column() == 0)
             option->palette.setColor(QPalette::Text, option->palette.color(QPalette::Disabled, QPalette::Text));
     }
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        // Values are drawn by their editors only (else the text shows twice).
+        if (index.column() != 0)
+            return;
+        QStyledItemDelegate::paint(painter, option, index);
+    }
+
     // The line edit sits in a plain container so that the view does not select its whole text
     // when it opens (values start unselected; the user selects what to copy).
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &) const override
@@ -55,7 +63,9 @@ public:
         line->setReadOnly(true);
         line->setFrame(false);
         line->setFont(smallFont());
-        line->setStyleSheet(QStringLiteral("QLineEdit { background: transparent; }"));
+        QPalette palette = line->palette();
+        palette.setColor(QPalette::Base, Qt::transparent);
+        line->setPalette(palette);
         layout->addWidget(line);
         return container;
     }

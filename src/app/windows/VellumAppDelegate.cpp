@@ -271,6 +271,33 @@ void VellumAppDelegate::SetupToolbar()
     searchItem->setText(localizedQ("Search"));
     connect(m_dataSearchField, &QLineEdit::textChanged, this, &VellumAppDelegate::dataSearchTextChanged);
     updateExportAvailability();
+
+    // Customising: a right click on the toolbar lists its items to show or hide; the choice is
+    // kept with the toolbar's other settings.
+    const QStringList hidden = SettingsStore::hiddenToolbarItems();
+    for (QAction *action : m_toolbar->actions())
+        if (!action->objectName().isEmpty() && hidden.contains(action->objectName()))
+            action->setVisible(false);
+    m_toolbar->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_toolbar, &QWidget::customContextMenuRequested, this, [this](const QPoint &pos) {
+        QMenu menu(this);
+        for (QAction *action : m_toolbar->actions()) {
+            if (action->objectName().isEmpty())
+                continue;
+            QAction *toggle = menu.addAction(action->text().isEmpty() ? action->objectName() : action->text());
+            toggle->setCheckable(true);
+            toggle->setChecked(action->isVisible());
+            connect(toggle, &QAction::toggled, this, [this, action](bool shown) {
+                action->setVisible(shown);
+                QStringList hiddenItems;
+                for (QAction *item : m_toolbar->actions())
+                    if (!item->objectName().isEmpty() && !item->isVisible())
+                        hiddenItems << item->objectName();
+                SettingsStore::setHiddenToolbarItems(hiddenItems);
+            });
+        }
+        menu.exec(m_toolbar->mapToGlobal(pos));
+    });
 }
 
 void VellumAppDelegate::buildSearchMenu()
@@ -485,8 +512,12 @@ void VellumAppDelegate::ToggleFullScreen()
     else
         showNormal();
     m_fullScreenAction->setText(localizedQ(entering ? "Exit Full Screen" : "Enter Full Screen"));
-    if (m_childWinManager)
+    if (m_childWinManager) {
         m_childWinManager->AllAlwaysOnTop(entering);
+        // Back from full screen the main window goes behind the first child window.
+        if (!entering && !m_childWinManager->childWins().empty())
+            m_childWinManager->childWins().front()->raise();
+    }
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -1,0 +1,89 @@
+// Opening a file off the main thread: the window's event loop keeps running, the progress
+// dialog with Cancel shows after half a second, and Cancel stops the open.
+
+#include "guiTestSupport.h"
+
+#include "app/support/FileLoader.h"
+#include "model/MdbLoader.h"
+#include "model/TOrbMDBFile.h"
+
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTimer>
+
+using namespace vellum;
+
+class FileLoaderTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void opensSmallFilesWithoutADialog()
+    {
+        QTemporaryDir dir;
+        QWidget window;
+        window.show();
+        FileLoader loader(&window);
+        auto file = TOrbMDBFile::fromPath(test::copyFixture("features.mdb", dir.path()).toStdString());
+        std::optional<LoadResult> result;
+        QVERIFY(loader.open(file.get(), [&](LoadResult r) { result = r; }));
+        QVERIFY(loader.isLoading(file.get()));
+        QVERIFY(!loader.open(file.get(), [](LoadResult) {})); // one open at a time
+        QTRY_VERIFY(result.has_value());
+        QCOMPARE(*result, LoadResult::Opened);
+        QVERIFY(file->active());
+        QVERIFY(!loader.isBusy());
+        QVERIFY(!window.findChild<QProgressDialog *>());
+
+        auto broken = TOrbMDBFile::fromPath((dir.path() + "/missing.mdb").toStdString());
+        result.reset();
+        QVERIFY(loader.open(broken.get(), [&](LoadResult r) { result = r; }));
+        QTRY_VERIFY(result.has_value());
+        QCOMPARE(*result, LoadResult::Failed);
+    }
+
+    void bigFileShowsProgressAndCancels()
+    {
+        const QString big = QStringLiteral(VELLUM_SHARED_DIR) + "/testdata/big.mdb";
+        if (!QFileInfo::exists(big))
+            QSKIP("../shared/testdata/big.mdb is not there: the slow open cannot be tried");
+        // The window opens files the way the application does by default (isolated when the
+        // helper is there).
+        TOrbMDBFile::setDefaultLoadMode(isolatedLoaderAvailable() ? LoadMode::Isolated : LoadMode::InProcess);
+        QWidget window;
+        window.show();
+        FileLoader loader(&window);
+        auto file = TOrbMDBFile::fromPath(big.toStdString());
+        std::optional<LoadResult> result;
+        int ticks = 0;
+        QTimer ticker;
+        connect(&ticker, &QTimer::timeout, [&] { ++ticks; });
+        ticker.start(50);
+        QElapsedTimer clock;
+        clock.start();
+        QVERIFY(loader.open(file.get(), [&](LoadResult r) { result = r; }));
+        QTRY_VERIFY_WITH_TIMEOUT(window.findChild<QProgressDialog *>() || result.has_value(), 20000);
+        if (result.has_value()) {
+            QCOMPARE(*result, LoadResult::Opened);
+            QSKIP("the file opened before the progress dialog was due");
+        }
+        QVERIFY(clock.elapsed() >= FileLoader::kDialogDelayMs);
+        QVERIFY(ticks >= 5); // the event loop ran meanwhile
+        QProgressDialog *dialog = window.findChild<QProgressDialog *>();
+        QVERIFY(dialog->isVisible());
+        QPushButton *cancel = dialog->findChild<QPushButton *>();
+        QVERIFY(cancel);
+        QCOMPARE(cancel->text(), QString("Cancel"));
+        cancel->click();
+        QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), 20000);
+        QCOMPARE(*result, LoadResult::Cancelled);
+        QVERIFY(!file->active());
+        QVERIFY(file->tables().empty());
+        TOrbMDBFile::setDefaultLoadMode(LoadMode::InProcess);
+    }
+};
+
+VELLUM_GUI_TEST_MAIN(FileLoaderTest)
+#include "FileLoaderTest.moc"
