@@ -47,30 +47,6 @@ bool WireReader::endMessage()
     return m_ok;
 }
 
-std::uint8_t WireReader::getU8()
-{
-    std::uint8_t value = 0;
-    return take(&value, sizeof value) ? value : 0;
-}
-
-std::uint32_t WireReader::getU32()
-{
-    std::uint32_t value = 0;
-    return take(&value, sizeof value) ? value : 0;
-}
-
-std::uint64_t WireReader::getU64()
-{
-    std::uint64_t value = 0;
-    return take(&value, sizeof value) ? value : 0;
-}
-
-std::int64_t WireReader::getI64()
-{
-    std::int64_t value = 0;
-    return take(&value, sizeof value) ? value : 0;
-}
-
 bool WireReader::getBool()
 {
     const std::uint8_t value = getU8();

@@ -31,10 +31,10 @@ public:
     /// True when the current message was read exactly to its end without failure.
     [[nodiscard]] bool endMessage();
 
-    std::uint8_t getU8();
-    std::uint32_t getU32();
-    std::uint64_t getU64();
-    std::int64_t getI64();
+    std::uint8_t getU8() { return getValue<std::uint8_t>(); }
+    std::uint32_t getU32() { return getValue<std::uint32_t>(); }
+    std::uint64_t getU64() { return getValue<std::uint64_t>(); }
+    std::int64_t getI64() { return getValue<std::int64_t>(); }
     /// A byte that must be 0 or 1.
     bool getBool();
     /// A 32-bit length and that many bytes.
@@ -79,6 +79,12 @@ private:
     static constexpr std::uint64_t kChunkBytes = 16u << 20;
 
     bool take(void *data, std::size_t length);
+    /// A value in the machine's byte order; zero once the stream failed.
+    template <class T> T getValue()
+    {
+        T value = 0;
+        return take(&value, sizeof value) ? value : 0;
+    }
 
     ByteSource &m_source;
     std::uint64_t m_remaining = 0;

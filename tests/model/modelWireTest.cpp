@@ -36,17 +36,21 @@ private:
     std::size_t m_position = 0;
 };
 
+/// An output that collects the stream in memory.
+ByteOutput appendingTo(std::string &bytes)
+{
+    return [&bytes](const void *data, std::size_t length) {
+        bytes.append(static_cast<const char *>(data), length);
+        return true;
+    };
+}
+
 /// The stream vellum-loader would send for a fixture.
 std::string encodeFixture(const std::string &path, const LoadOptions &options = {})
 {
     std::string bytes;
     TOrbMDBFile relationships;
-    ModelStreamWriter writer(
-        [&bytes](const void *data, std::size_t length) {
-            bytes.append(static_cast<const char *>(data), length);
-            return true;
-        },
-        relationships);
+    ModelStreamWriter writer(appendingTo(bytes), relationships);
     EXPECT_TRUE(writer.begin());
     EXPECT_TRUE(loadDatabase(path, relationships, writer, options));
     EXPECT_TRUE(writer.finish());
@@ -232,12 +236,7 @@ std::string encodeInParts()
 {
     std::string bytes;
     TOrbMDBFile relationships;
-    ModelStreamWriter writer(
-        [&bytes](const void *data, std::size_t length) {
-            bytes.append(static_cast<const char *>(data), length);
-            return true;
-        },
-        relationships);
+    ModelStreamWriter writer(appendingTo(bytes), relationships);
     EXPECT_TRUE(writer.begin());
     writer.catalogRead(1);
     // The table grows while its finished blocks go out, as during a load.
