@@ -128,6 +128,10 @@ public:
     void order(std::uint32_t *first, std::uint32_t *last, int depth)
     {
         const std::size_t n = static_cast<std::size_t>(last - first);
+        // Copies of one text (common in real columns) are equal: nothing to order.
+        const std::string_view head = sortText(m_table, *first, m_column);
+        if (std::all_of(first + 1, last, [&](std::uint32_t row) { return sortText(m_table, row, m_column) == head; }))
+            return;
         if (depth >= kMaxChunks) {
             std::stable_sort(first, last, [&](std::uint32_t a, std::uint32_t b) {
                 const std::string_view ta = sortText(m_table, a, m_column);
@@ -267,6 +271,8 @@ void RowSet::clear()
     m_rows.clear();
     m_sorted.clear();
     m_sortedValid = false;
+    m_ascending.clear();
+    m_ascendingColumn.reset();
 }
 
 void RowSet::reload(const TOrbMDBTable *table, const RowFilter &filter)
@@ -283,7 +289,15 @@ void RowSet::reload(const TOrbMDBTable *table, const RowFilter &filter)
     if (!m_sortedValid || column != m_sortColumn || direction != m_sortDirection ||
         m_sorted.size() != table->rowCount()) {
         if (column) {
-            m_sorted = sortedRows(*table, *column, direction);
+            // Descending is ascending read backwards, so the second click of a header reuses
+            // the first one's work.
+            if (m_ascendingColumn != column || m_ascending.size() != table->rowCount()) {
+                m_ascending = sortedRows(*table, *column, 1);
+                m_ascendingColumn = column;
+            }
+            m_sorted = m_ascending;
+            if (direction != 1)
+                std::reverse(m_sorted.begin(), m_sorted.end());
         } else {
             m_sorted.resize(table->rowCount());
             for (std::size_t i = 0; i < m_sorted.size(); ++i)

@@ -17,7 +17,9 @@ class RowSet {
 public:
     /// Rebuilds the set for a table (or none): sort, then filter. The sorted order of the
     /// table shown is kept between reloads as long as neither the table nor its sort changes,
-    /// so typing in the search field does not sort again. Runs on the calling thread.
+    /// so typing in the search field does not sort again, and a column sorted one way is
+    /// sorted the other way by reading it backwards. Runs on the calling thread (the work is
+    /// shared with helper threads for large tables).
     void reload(const TOrbMDBTable *table, const RowFilter &filter);
     /// Empties the set and forgets the table.
     void clear();
@@ -39,6 +41,9 @@ private:
     std::optional<std::size_t> m_sortColumn;
     std::int64_t m_sortDirection = 0;
     bool m_sortedValid = false;
+    // The ascending order of the last sorted column of m_table.
+    std::vector<std::uint32_t> m_ascending;
+    std::optional<std::size_t> m_ascendingColumn;
 };
 
 /// The rows of a table in the order of the text sort on one column: values compared with

@@ -7,6 +7,8 @@
 #include <QBuffer>
 #include <QIcon>
 #include <QImageReader>
+#include <QPainter>
+#include <QWidget>
 
 #include <clocale>
 
@@ -70,6 +72,17 @@ void setUpApplication()
     configureProcessLocale();
     installLocalizer();
     installImageProbe();
+}
+
+void paintBarBackground(QWidget *bar, const QColor &top, const QColor &bottom)
+{
+    QPainter painter(bar);
+    QLinearGradient gradient(0, 0, 0, bar->height());
+    gradient.setColorAt(0, top);
+    gradient.setColorAt(1, bottom);
+    painter.fillRect(bar->rect(), gradient);
+    painter.setPen(QColor(0xb4, 0xb4, 0xb4));
+    painter.drawLine(0, bar->height() - 1, bar->width(), bar->height() - 1);
 }
 
 QIcon namedIcon(const char *name)

@@ -1,6 +1,8 @@
 #pragma once
 
+class QColor;
 class QIcon;
+class QWidget;
 class QString;
 
 namespace vellum {
@@ -20,6 +22,10 @@ void installImageProbe();
 /// Everything above plus the application's names (QSettings) and window icon; `main` and the
 /// GUI tests call it once after making the QApplication.
 void setUpApplication();
+
+/// Paints the background of a bar (jump bar, button strip): a light vertical gradient from
+/// `top` to `bottom` and a grey line along the lower edge.
+void paintBarBackground(QWidget *bar, const QColor &top, const QColor &bottom);
 
 /// One of the application's own icons by its image name ("back_32x32", "FileList_Table" …).
 QIcon namedIcon(const char *name);

@@ -7,6 +7,10 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDesktopServices>
+#include <QDrag>
+#include <QWidget>
+#include <QMimeData>
+#include <QPixmap>
 #include <QFileIconProvider>
 #include <QFileInfo>
 #include <QHash>
@@ -48,6 +52,20 @@ QIcon fileIconForExtension(const QString &extension)
         icon = QFileIconProvider().icon(QFileIconProvider::File);
     cache.insert(extension, icon);
     return icon;
+}
+
+void dragBlobFile(QWidget *source, const TOrbBlobData &blob, const QPixmap &pixmap)
+{
+    const QString path = toQString(blob.createTempFile());
+    if (path.isEmpty())
+        return;
+    auto *mime = new QMimeData;
+    mime->setUrls({QUrl::fromLocalFile(path)});
+    auto *drag = new QDrag(source);
+    drag->setMimeData(mime);
+    if (!pixmap.isNull())
+        drag->setPixmap(pixmap);
+    drag->exec(Qt::CopyAction);
 }
 
 bool openBlobIfSafe(const TOrbBlobData &blob)

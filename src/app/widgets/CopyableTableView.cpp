@@ -11,15 +11,12 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QDrag>
 #include <QHeaderView>
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMimeData>
 #include <QPainter>
-#include <QUrl>
 
 namespace vellum {
 
@@ -279,15 +276,7 @@ void CopyableTableView::mouseMoveEvent(QMouseEvent *event)
         (event->position().toPoint() - m_dragStart).manhattanLength() >= QApplication::startDragDistance()) {
         const TOrbBlobData *blob = m_dragBlob;
         m_dragBlob = nullptr;
-        const QString path = toQString(blob->createTempFile());
-        if (path.isEmpty())
-            return;
-        auto *mime = new QMimeData;
-        mime->setUrls({QUrl::fromLocalFile(path)});
-        auto *drag = new QDrag(this);
-        drag->setMimeData(mime);
-        drag->setPixmap(fileIconForExtension(toQString(blob->fileExtension())).pixmap(32, 32));
-        drag->exec(Qt::CopyAction);
+        dragBlobFile(this, *blob, fileIconForExtension(toQString(blob->fileExtension())).pixmap(32, 32));
         return;
     }
     if (m_dragBlob)

@@ -7,7 +7,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
-#include <QPainter>
 #include <QPointer>
 
 namespace vellum {
@@ -163,13 +162,7 @@ void GCJumpBar::resizeEvent(QResizeEvent *event)
 
 void GCJumpBar::paintEvent(QPaintEvent *)
 {
-    QPainter painter(this);
-    QLinearGradient gradient(0, 0, 0, height());
-    gradient.setColorAt(0, QColor(0xfa, 0xfa, 0xfa));
-    gradient.setColorAt(1, QColor(0xe4, 0xe4, 0xe4));
-    painter.fillRect(rect(), gradient);
-    painter.setPen(QColor(0xb8, 0xb8, 0xb8));
-    painter.drawLine(0, height() - 1, width(), height() - 1);
+    paintBarBackground(this, QColor(0xfa, 0xfa, 0xfa), QColor(0xe4, 0xe4, 0xe4));
 }
 
 QMenu *GCJumpBar::menuForLevel(int level, QWidget *parent)

@@ -4,7 +4,6 @@
 #include "app/support/qtStrings.h"
 
 #include <QHBoxLayout>
-#include <QPainter>
 #include <QToolButton>
 
 namespace vellum {
@@ -69,13 +68,7 @@ bool InformationTopBar::isHiddenForType(int type) const
 
 void InformationTopBar::paintEvent(QPaintEvent *)
 {
-    QPainter painter(this);
-    QLinearGradient gradient(0, 0, 0, height());
-    gradient.setColorAt(0, QColor(0xf6, 0xf6, 0xf6));
-    gradient.setColorAt(1, QColor(0xde, 0xde, 0xde));
-    painter.fillRect(rect(), gradient);
-    painter.setPen(QColor(0xb0, 0xb0, 0xb0));
-    painter.drawLine(0, height() - 1, width(), height() - 1);
+    paintBarBackground(this, QColor(0xf6, 0xf6, 0xf6), QColor(0xde, 0xde, 0xde));
 }
 
 } // namespace vellum

@@ -1,14 +1,11 @@
 #include "app/widgets/MdbImageView.h"
 
-#include "app/support/qtStrings.h"
+#include "app/support/desktopServices.h"
 #include "model/TOrbBlobData.h"
 
 #include <QApplication>
-#include <QDrag>
-#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QUrl>
 
 #include <algorithm>
 
@@ -61,16 +58,9 @@ void MdbImageView::mouseMoveEvent(QMouseEvent *event)
     if (!m_blob || !(event->buttons() & Qt::LeftButton) ||
         (event->position().toPoint() - m_pressAt).manhattanLength() < QApplication::startDragDistance())
         return;
-    const QString path = toQString(m_blob->createTempFile());
-    if (path.isEmpty())
-        return;
-    auto *mime = new QMimeData;
-    mime->setUrls({QUrl::fromLocalFile(path)});
-    auto *drag = new QDrag(this);
-    drag->setMimeData(mime);
-    if (!m_image.isNull())
-        drag->setPixmap(QPixmap::fromImage(m_image.scaled(64, 64, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
-    drag->exec(Qt::CopyAction);
+    dragBlobFile(this, *m_blob,
+                 m_image.isNull() ? QPixmap()
+                                  : QPixmap::fromImage(m_image.scaled(64, 64, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
 }
 
 void MdbImageView::mouseDoubleClickEvent(QMouseEvent *event)

@@ -775,18 +775,21 @@ void VellumAppDelegate::childWillShowSubmenu(const IndexPath &path)
     });
 }
 
+bool VellumAppDelegate::showHistoryTarget(TOrbMDBTable *target)
+{
+    m_controller.setSelectedTable(target);
+    m_performBackForward = true;
+    updateJumpBarSelection();
+    m_performBackForward = false;
+    const JumpBarItem *shown = m_dataView->jumpBar()->selectedMenuItem();
+    return shown && shown->object.table == target;
+}
+
 void VellumAppDelegate::PreviousSelectedTable()
 {
     if (!m_controller.history().backEnabled())
         return;
-    m_controller.history().goBack([this](TOrbMDBTable *target) {
-        m_controller.setSelectedTable(target);
-        m_performBackForward = true;
-        updateJumpBarSelection();
-        m_performBackForward = false;
-        const JumpBarItem *shown = m_dataView->jumpBar()->selectedMenuItem();
-        return shown && shown->object.table == target;
-    });
+    m_controller.history().goBack([this](TOrbMDBTable *target) { return showHistoryTarget(target); });
     updateHistoryButtons();
 }
 
@@ -794,14 +797,7 @@ void VellumAppDelegate::NextSelectedTable()
 {
     if (!m_controller.history().nextEnabled())
         return;
-    m_controller.history().goNext([this](TOrbMDBTable *target) {
-        m_controller.setSelectedTable(target);
-        m_performBackForward = true;
-        updateJumpBarSelection();
-        m_performBackForward = false;
-        const JumpBarItem *shown = m_dataView->jumpBar()->selectedMenuItem();
-        return shown && shown->object.table == target;
-    });
+    m_controller.history().goNext([this](TOrbMDBTable *target) { return showHistoryTarget(target); });
     updateHistoryButtons();
 }
 

@@ -159,6 +159,9 @@ private:
     void OnDoubleClickFileTree(const QModelIndex &index);
     /// Enables Back and Next (toolbar and menu) as the history says.
     void updateHistoryButtons();
+    /// Back/Next's selection step: shows the target through the jump bar (not recorded as a
+    /// visit) and answers whether the bar now represents it.
+    bool showHistoryTarget(TOrbMDBTable *target);
     void onFileTreeContextMenu(const QPoint &pos);
     void fileSearchTextChanged(const QString &text);
     void dataSearchTextChanged(const QString &text);
