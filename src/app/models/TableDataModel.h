@@ -18,8 +18,7 @@ class TOrbMDBTable;
 class TableDataModel : public QAbstractTableModel {
     Q_OBJECT
 public:
-    /// The cell as the core holds it (a CellValue in a QVariant is not offered; use cellValue).
-    /// True for a cell whose value is a blob.
+    /// True for a cell whose value is a blob (the value itself: cellValue).
     static constexpr int IsBlobRole = Qt::UserRole + 1;
 
     explicit TableDataModel(QObject *parent = nullptr);

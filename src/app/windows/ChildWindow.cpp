@@ -15,7 +15,7 @@
 namespace vellum {
 
 ChildWindow::ChildWindow(ChildWindowManager &manager, TOrbMDBTable *table)
-    : m_manager(manager), m_dataView(new DataView(true, this))
+    : m_manager(&manager), m_dataView(new DataView(true, this))
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setCentralWidget(m_dataView);
@@ -31,7 +31,8 @@ ChildWindow::ChildWindow(ChildWindowManager &manager, TOrbMDBTable *table)
 
 ChildWindow::~ChildWindow()
 {
-    m_manager.removeChild(this);
+    if (m_manager)
+        m_manager->removeChild(this);
 }
 
 void ChildWindow::buildEditMenu()
@@ -94,7 +95,9 @@ void ChildWindow::jumpBarDidSelectItemAtIndexPath(GCJumpBar *bar, const IndexPat
     if (TOrbMDBFile *file = item->object.file) {
         QPointer<ChildWindow> self(this);
         const std::string title = formatObjects("@%@", {file->name()});
-        m_manager.delegate().openFileForChild(file, [self, title](bool opened) {
+        if (!m_manager)
+            return;
+        m_manager->delegate().openFileForChild(file, [self, title](bool opened) {
             if (!self || !opened)
                 return;
             self->showTable(nullptr);
@@ -111,13 +114,15 @@ void ChildWindow::jumpBarDidSelectItemAtIndexPath(GCJumpBar *bar, const IndexPat
 
 void ChildWindow::jumpBarWillShowSubmenuAtIndexPath(GCJumpBar *, const IndexPath &path)
 {
-    m_manager.delegate().childWillShowSubmenu(path);
+    if (m_manager)
+        m_manager->delegate().childWillShowSubmenu(path);
 }
 
 void ChildWindow::closeEvent(QCloseEvent *event)
 {
     m_dataView->jumpBar()->setMenu(nullptr);
-    m_manager.removeChild(this);
+    if (m_manager)
+        m_manager->removeChild(this);
     QMainWindow::closeEvent(event);
 }
 

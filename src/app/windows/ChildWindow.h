@@ -2,11 +2,13 @@
 
 #include "app/widgets/GCJumpBar.h"
 
+#include "app/windows/ChildWindowManager.h"
+
 #include <QMainWindow>
+#include <QPointer>
 
 namespace vellum {
 
-class ChildWindowManager;
 class DataView;
 class TOrbMDBTable;
 
@@ -35,7 +37,8 @@ private:
     void jumpBarWillShowSubmenuAtIndexPath(GCJumpBar *bar, const IndexPath &path) override;
     void buildEditMenu();
 
-    ChildWindowManager &m_manager;
+    /// The manager may go away first (it belongs to the main window).
+    QPointer<ChildWindowManager> m_manager;
     TOrbMDBTable *m_tableToShow = nullptr;
     DataView *m_dataView;
     bool m_jumpBarMenuRefresh = false;
