@@ -20,6 +20,8 @@
 
 #include <QClipboard>
 #include <QHeaderView>
+#include <QInputDialog>
+#include <QTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -217,6 +219,27 @@ private slots:
         QCOMPARE(m_window->dataView()->bottomTextView()->toPlainText(), QString("No fields selected"));
         QTest::keyClick(view, Qt::Key_Left);
         QCOMPARE(view->cursorCell().column(), 5);
+
+        // Jump to row: 3 selects the third row alone; 0 and 4 change nothing.
+        const auto answerJump = [](const QString &text) {
+            QTimer::singleShot(0, [text] {
+                auto *dialog = qobject_cast<QInputDialog *>(QApplication::activeModalWidget());
+                QVERIFY(dialog);
+                QCOMPARE(dialog->windowTitle(), QString("Jump to row"));
+                QCOMPARE(dialog->labelText(), QString("Row:"));
+                dialog->setTextValue(text);
+                dialog->accept();
+            });
+        };
+        answerJump("3");
+        view->jumpToRow();
+        QCOMPARE(view->selectionModel()->selectedRows().size(), 1);
+        QCOMPARE(view->selectionModel()->selectedRows().first().row(), 2);
+        for (const QString &outOfRange : {QString("0"), QString("4"), QString("x")}) {
+            answerJump(outOfRange);
+            view->jumpToRow();
+            QCOMPARE(view->selectionModel()->selectedRows().first().row(), 2);
+        }
     }
 
     void historyJumpBarAndFileSearch()
