@@ -120,5 +120,6 @@ int main(int argc, char **argv)
         return kExitFailure;
     if (!loadDatabase(path, relationships, writer, options))
         return kExitFailure;
-    return writer.finish() ? kExitOk : kExitFailure;
+    // The stream is complete: end at once and leave the freeing of the model to the system.
+    _exit(writer.finish() ? kExitOk : kExitFailure);
 }

@@ -58,7 +58,9 @@ void ModelStreamWriter::tableLoaded(std::size_t position, std::unique_ptr<TOrbMD
     send(LoaderMessage::Table, message);
     if (sent != m_sent.end())
         m_sent.erase(sent);
-    // The table goes here, after its bytes left: the helper never holds sent tables.
+    // Sent tables are freed as the next one arrives, so the helper holds one at most; the last
+    // one stays until the writer goes, so that freeing it does not hold up the end of the stream.
+    m_lastSent = std::move(table);
 }
 
 void ModelStreamWriter::tableGrowing(std::size_t position, const TOrbMDBTable &table)

@@ -5,6 +5,7 @@
 #include "model/modelWire.h"
 
 #include <map>
+#include <memory>
 
 namespace vellum {
 
@@ -38,6 +39,7 @@ private:
     const TOrbMDBFile &m_relationships;
     std::size_t m_count = 0;
     std::map<std::size_t, StoreParts> m_sent; ///< storage sent ahead, by table position
+    std::unique_ptr<TOrbMDBTable> m_lastSent;
     bool m_ok = true;
 };
 
