@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
 
 namespace vellum {
 namespace {
@@ -24,25 +22,10 @@ class BrowserControllerTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        char pattern[] = "/tmp/vellum-browser-XXXXXX";
-        ASSERT_TRUE(mkdtemp(pattern));
-        folder = pattern;
-        const char *old = std::getenv("XDG_DATA_HOME");
-        hadOld = old != nullptr;
-        if (old)
-            saved = old;
-        setenv("XDG_DATA_HOME", folder.c_str(), 1);
+        ASSERT_FALSE(dataHome.folder().empty());
+        folder = dataHome.folder();
         controller = std::make_unique<BrowserController>(recent);
         controller->setListener(&listener);
-    }
-    void TearDown() override
-    {
-        controller.reset();
-        if (hadOld)
-            setenv("XDG_DATA_HOME", saved.c_str(), 1);
-        else
-            unsetenv("XDG_DATA_HOME");
-        std::filesystem::remove_all(folder);
     }
 
     std::vector<std::string> listedNames() const
@@ -54,8 +37,8 @@ protected:
     }
     std::string path(const std::string &name) const { return folder + "/" + name; }
 
-    std::string folder, saved;
-    bool hadOld = false;
+    test::ScopedDataHome dataHome;
+    std::string folder;
     RecentDocuments recent;
     RecordingListener listener;
     std::unique_ptr<BrowserController> controller;

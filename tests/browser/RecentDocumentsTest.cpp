@@ -1,41 +1,21 @@
 #include "browser/RecentDocuments.h"
 
+#include "browserTestSupport.h"
+
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 
 namespace vellum {
 namespace {
 
-/// Points XDG_DATA_HOME at a fresh temporary folder for one test.
+/// XDG_DATA_HOME in a fresh temporary folder for each test.
 class RecentDocumentsTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        char pattern[] = "/tmp/vellum-recent-XXXXXX";
-        ASSERT_TRUE(mkdtemp(pattern));
-        folder = pattern;
-        const char *old = std::getenv("XDG_DATA_HOME");
-        if (old)
-            saved = old;
-        hadOld = old != nullptr;
-        setenv("XDG_DATA_HOME", folder.c_str(), 1);
-    }
-    void TearDown() override
-    {
-        if (hadOld)
-            setenv("XDG_DATA_HOME", saved.c_str(), 1);
-        else
-            unsetenv("XDG_DATA_HOME");
-        std::filesystem::remove_all(folder);
-    }
-
-    std::string folder;
-    std::string saved;
-    bool hadOld = false;
+    void SetUp() override { ASSERT_FALSE(dataHome.folder().empty()); }
+    test::ScopedDataHome dataHome;
+    const std::string &folder = dataHome.folder();
 };
 
 TEST_F(RecentDocumentsTest, MostRecentFirstAndOnlyOurs)

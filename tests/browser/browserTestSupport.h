@@ -5,6 +5,8 @@
 #include "model/TOrbMDBFile.h"
 #include "model/TOrbMDBTable.h"
 
+#include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -66,5 +68,37 @@ inline TOrbMDBTable *addColumnTable(TOrbMDBFile &file, const std::string &name, 
         rows.push_back({cell});
     return addTestTable(file, name, {{"value"}}, rows);
 }
+
+/// A fresh temporary folder as XDG_DATA_HOME (where the recent-documents list lives) for the
+/// lifetime of the object; the previous value comes back afterwards.
+class ScopedDataHome {
+public:
+    ScopedDataHome()
+    {
+        char pattern[] = "/tmp/vellum-data-XXXXXX";
+        if (mkdtemp(pattern))
+            m_folder = pattern;
+        if (const char *old = std::getenv("XDG_DATA_HOME"))
+            m_saved = old;
+        setenv("XDG_DATA_HOME", m_folder.c_str(), 1);
+    }
+    ~ScopedDataHome()
+    {
+        if (m_saved)
+            setenv("XDG_DATA_HOME", m_saved->c_str(), 1);
+        else
+            unsetenv("XDG_DATA_HOME");
+        if (!m_folder.empty())
+            std::filesystem::remove_all(m_folder);
+    }
+    ScopedDataHome(const ScopedDataHome &) = delete;
+    ScopedDataHome &operator=(const ScopedDataHome &) = delete;
+    /// The folder ("" when it could not be made).
+    const std::string &folder() const { return m_folder; }
+
+private:
+    std::string m_folder;
+    std::optional<std::string> m_saved;
+};
 
 } // namespace vellum::test
