@@ -13,7 +13,7 @@ namespace vellum {
 
 namespace {
 
-/// Collation keys are made for every row up to a fixed number of bytes: 26 when a sample of the
+/// Sort keys are made for every row up to a fixed number of bytes: 26 when a sample of the
 /// column shows that short prefixes tell rows apart (numbers, codes, GUIDs), else 58 (texts with
 /// long common beginnings). Rows whose prefixes still tie are told apart by the next parts of
 /// their keys (kChunkBytes at a time), made only for them.
@@ -86,21 +86,30 @@ bool prefixTied(const SortEntry<KeyBytes> &a, const SortEntry<KeyBytes> &b)
     return a.length == KeyBytes && b.length == KeyBytes && std::memcmp(a.key, b.key, KeyBytes) == 0;
 }
 
+/// The key of a text in a column's chosen kind of key (the collator's, or the fast ASCII key).
+std::string columnKey(std::string_view text, bool ascii)
+{
+    std::string key;
+    if (ascii) {
+        finderAsciiSortKey(text, key);
+    } else {
+        unsigned char buffer[kLongKeyBytes];
+        key.assign(reinterpret_cast<const char *>(buffer), finderSortKeyPart(text, buffer, kLongKeyBytes));
+    }
+    return key;
+}
+
 /// The prefix length that tells the rows apart: the short one when, in a sample of the column,
 /// every two neighbouring keys differ well within it.
-std::size_t chooseKeyBytes(const TOrbMDBTable &table, std::size_t column)
+std::size_t chooseKeyBytes(const TOrbMDBTable &table, std::size_t column, bool ascii)
 {
     const std::size_t count = table.rowCount();
     const std::size_t samples = std::min(count, kSampleRows);
     if (samples < 2)
         return kShortKeyBytes;
     std::vector<std::string> keys(samples);
-    for (std::size_t i = 0; i < samples; ++i) {
-        unsigned char buffer[kLongKeyBytes];
-        const std::size_t length =
-            finderSortKeyPart(sortText(table, static_cast<std::uint32_t>(i * count / samples), column), buffer, kLongKeyBytes);
-        keys[i].assign(reinterpret_cast<const char *>(buffer), length);
-    }
+    for (std::size_t i = 0; i < samples; ++i)
+        keys[i] = columnKey(sortText(table, static_cast<std::uint32_t>(i * count / samples), column), ascii);
     std::sort(keys.begin(), keys.end());
     std::size_t decisive = 0;
     for (std::size_t i = 1; i < samples; ++i) {
@@ -115,6 +124,20 @@ std::size_t chooseKeyBytes(const TOrbMDBTable &table, std::size_t column)
     }
     // The whole column has more neighbours, closer together, than the sample: keep room.
     return decisive + 10 <= kShortKeyBytes ? kShortKeyBytes : kLongKeyBytes;
+}
+
+/// Whether every text of a column is ASCII (then the fast keys serve).
+bool columnIsAscii(const TOrbMDBTable &table, std::size_t column)
+{
+    const std::size_t count = table.rowCount();
+    for (std::size_t row = 0; row < count; ++row) {
+        unsigned char bits = 0;
+        for (const char c : sortText(table, static_cast<std::uint32_t>(row), column))
+            bits |= static_cast<unsigned char>(c);
+        if (bits >= 0x80)
+            return false;
+    }
+    return true;
 }
 
 /// Orders a run of rows whose keys agreed so far, by the next parts of their keys.
@@ -175,18 +198,30 @@ private:
     std::vector<std::array<std::uint32_t, 2>> &m_states;
 };
 
-template <std::size_t KeyBytes>
-std::vector<std::uint32_t> sortedRowsWithKeys(const TOrbMDBTable &table, std::size_t column, std::int64_t direction)
+/// The rows in ascending order: key prefixes of KeyBytes for every row (the fast ASCII keys or
+/// the collator's), then the rows whose prefixes tie ordered by their whole keys.
+template <std::size_t KeyBytes, bool Ascii>
+std::vector<std::uint32_t> sortedRowsWithKeys(const TOrbMDBTable &table, std::size_t column)
 {
     const std::size_t count = table.rowCount();
     std::vector<SortEntry<KeyBytes>> entries(count);
-    std::vector<std::array<std::uint32_t, 2>> states(count, {0, 0});
+    // The collator's keys go on from where they stopped, for rows that tie.
+    std::vector<std::array<std::uint32_t, 2>> states(Ascii ? 0 : count, {0, 0});
     forChunks(count, [&](std::size_t begin, std::size_t end) {
+        std::string key;
         for (std::size_t i = begin; i < end; ++i) {
             SortEntry<KeyBytes> &entry = entries[i];
             entry.row = static_cast<std::uint32_t>(i);
-            entry.length = static_cast<unsigned char>(
-                finderSortKeyNext(sortText(table, entry.row, column), states[i].data(), entry.key, KeyBytes));
+            const std::string_view text = sortText(table, entry.row, column);
+            if constexpr (Ascii) {
+                finderAsciiSortKey(text, key);
+                const std::size_t length = std::min(key.size(), KeyBytes);
+                std::memcpy(entry.key, key.data(), length);
+                entry.length = static_cast<unsigned char>(length);
+            } else {
+                entry.length =
+                    static_cast<unsigned char>(finderSortKeyNext(text, states[i].data(), entry.key, KeyBytes));
+            }
         }
     });
     // Both halves are sorted at once, then merged; a stable merge of stable sorts is stable.
@@ -220,14 +255,29 @@ std::vector<std::uint32_t> sortedRowsWithKeys(const TOrbMDBTable &table, std::si
     forChunks(
         runs.size(),
         [&](std::size_t begin, std::size_t end) {
-            TieBreaker breaker(table, column, states);
-            for (std::size_t r = begin; r < end; ++r)
-                breaker.order(out.data() + runs[r].first, out.data() + runs[r].second, 0);
+            if constexpr (Ascii) {
+                for (std::size_t r = begin; r < end; ++r) {
+                    // Copies of one text need no ordering.
+                    const std::string_view head = sortText(table, out[runs[r].first], column);
+                    if (std::all_of(out.begin() + static_cast<std::ptrdiff_t>(runs[r].first) + 1,
+                                    out.begin() + static_cast<std::ptrdiff_t>(runs[r].second),
+                                    [&](std::uint32_t row) { return sortText(table, row, column) == head; }))
+                        continue;
+                    std::vector<std::pair<std::string, std::uint32_t>> keyed;
+                    for (std::size_t i = runs[r].first; i < runs[r].second; ++i)
+                        keyed.emplace_back(columnKey(sortText(table, out[i], column), true), out[i]);
+                    std::stable_sort(keyed.begin(), keyed.end(),
+                                     [](const auto &a, const auto &b) { return a.first < b.first; });
+                    for (std::size_t i = 0; i < keyed.size(); ++i)
+                        out[runs[r].first + i] = keyed[i].second;
+                }
+            } else {
+                TieBreaker breaker(table, column, states);
+                for (std::size_t r = begin; r < end; ++r)
+                    breaker.order(out.data() + runs[r].first, out.data() + runs[r].second, 0);
+            }
         },
         tiedRows);
-
-    if (direction != 1)
-        std::reverse(out.begin(), out.end());
     return out;
 }
 
@@ -235,9 +285,20 @@ std::vector<std::uint32_t> sortedRowsWithKeys(const TOrbMDBTable &table, std::si
 
 std::vector<std::uint32_t> sortedRows(const TOrbMDBTable &table, std::size_t column, std::int64_t direction)
 {
-    if (chooseKeyBytes(table, column) == kShortKeyBytes)
-        return sortedRowsWithKeys<kShortKeyBytes>(table, column, direction);
-    return sortedRowsWithKeys<kLongKeyBytes>(table, column, direction);
+    // A column of plain ASCII texts (most) is sorted with the fast keys; anything else with the
+    // collator's. Both order exactly as finderCompare does.
+    const bool ascii = columnIsAscii(table, column);
+    const bool shortKeys = chooseKeyBytes(table, column, ascii) == kShortKeyBytes;
+    std::vector<std::uint32_t> out;
+    if (ascii)
+        out = shortKeys ? sortedRowsWithKeys<kShortKeyBytes, true>(table, column)
+                        : sortedRowsWithKeys<kLongKeyBytes, true>(table, column);
+    else
+        out = shortKeys ? sortedRowsWithKeys<kShortKeyBytes, false>(table, column)
+                        : sortedRowsWithKeys<kLongKeyBytes, false>(table, column);
+    if (direction != 1)
+        std::reverse(out.begin(), out.end());
+    return out;
 }
 
 std::int64_t nextSortOrder(std::int64_t current)

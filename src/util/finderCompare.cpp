@@ -6,7 +6,10 @@
 #include <unicode/ucol.h>
 #include <unicode/uiter.h>
 
+#include <algorithm>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace vellum {
 namespace {
@@ -65,6 +68,107 @@ std::size_t finderSortKeyNext(std::string_view text, std::uint32_t state[2], uns
     if (U_FAILURE(status) || written < 0)
         return 0;
     return static_cast<std::size_t>(written);
+}
+
+namespace {
+
+/// The collation's view of each ASCII character, read from the collator once: its primary rank
+/// (0 for a character the collation ignores, one rank for all digits, which are compared as
+/// numbers) and whether it is an upper-case letter (the only tertiary difference within ASCII).
+struct AsciiCollation {
+    unsigned char rank[128] = {};
+    bool upper[128] = {};
+    unsigned char digitRank = 0;
+    bool valid = false;
+};
+
+const AsciiCollation &asciiCollation()
+{
+    static const AsciiCollation table = [] {
+        AsciiCollation t;
+        // The primary part of a key is everything before its first level separator (0x01).
+        std::string primaries[128];
+        std::string tertiaries[128];
+        for (int c = 1; c < 128; ++c) {
+            const char text[1] = {static_cast<char>(c)};
+            unsigned char key[64];
+            const std::size_t length = finderSortKeyPart(std::string_view(text, 1), key, sizeof key);
+            if (length == 0 || length == sizeof key)
+                return t; // no collator: the fast path stays off
+            const std::string whole(reinterpret_cast<const char *>(key), length);
+            const std::size_t first = whole.find('\x01');
+            const std::size_t second = first == std::string::npos ? first : whole.find('\x01', first + 1);
+            primaries[c] = whole.substr(0, first);
+            tertiaries[c] = second == std::string::npos ? std::string() : whole.substr(second + 1);
+        }
+        std::vector<std::string> distinct;
+        for (int c = 1; c < 128; ++c)
+            if (!primaries[c].empty() && !(c >= '1' && c <= '9'))
+                distinct.push_back(primaries[c]); // '0' stands for every number
+        std::sort(distinct.begin(), distinct.end());
+        distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
+        if (distinct.size() > 250)
+            return t;
+        for (int c = 1; c < 128; ++c) {
+            if (primaries[c].empty())
+                continue;
+            const std::string &primary = (c >= '1' && c <= '9') ? primaries['0'] : primaries[c];
+            t.rank[c] = static_cast<unsigned char>(
+                2 + (std::lower_bound(distinct.begin(), distinct.end(), primary) - distinct.begin()));
+            // Upper case is the tertiary weight above that of its lower-case letter.
+            t.upper[c] = c >= 'A' && c <= 'Z' && tertiaries[c] > tertiaries[c - 'A' + 'a'];
+        }
+        t.digitRank = t.rank['0'];
+        t.valid = true;
+        return t;
+    }();
+    return table;
+}
+
+/// The longest number the collation takes as one; longer runs of digits are several numbers.
+constexpr std::size_t kMaxNumberDigits = 254;
+
+} // namespace
+
+bool finderAsciiSortKey(std::string_view text, std::string &out)
+{
+    const AsciiCollation &table = asciiCollation();
+    if (!table.valid)
+        return false;
+    for (const char c : text)
+        if (static_cast<unsigned char>(c) >= 0x80)
+            return false;
+    // Primary level: one rank byte per character; a number is the digit rank, the count of its
+    // digits without leading zeros, and those digits. Then a separator and one case byte per
+    // element (1 for an upper-case letter, 0 otherwise, both above the separator).
+    out.clear();
+    std::string tertiary;
+    std::size_t i = 0;
+    while (i < text.size()) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        if (c >= '0' && c <= '9') {
+            std::size_t end = i;
+            while (end < text.size() && text[end] >= '0' && text[end] <= '9' && end - i < kMaxNumberDigits)
+                ++end;
+            std::size_t start = i;
+            while (start + 1 < end && text[start] == '0')
+                ++start;
+            out.push_back(static_cast<char>(table.digitRank));
+            out.push_back(static_cast<char>(end - start));
+            out.append(text.substr(start, end - start));
+            tertiary.push_back('\x02');
+            i = end;
+            continue;
+        }
+        if (table.rank[c] != 0) {
+            out.push_back(static_cast<char>(table.rank[c]));
+            tertiary.push_back(table.upper[c] ? '\x03' : '\x02');
+        }
+        ++i;
+    }
+    out.push_back('\x01');
+    out += tertiary;
+    return true;
 }
 
 } // namespace vellum
