@@ -9,16 +9,55 @@ ModelStreamWriter::ModelStreamWriter(ByteOutput output, const TOrbMDBFile &relat
 {
 }
 
-void ModelStreamWriter::send(LoaderMessage type, const WireWriter &message)
+ModelStreamWriter::~ModelStreamWriter()
 {
-    if (m_ok)
-        m_ok = message.send(static_cast<std::uint8_t>(type), m_output);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_stop = true;
+    }
+    m_changed.notify_all();
+    if (m_thread.joinable())
+        m_thread.join();
+}
+
+void ModelStreamWriter::send(LoaderMessage type, WireWriter message, std::unique_ptr<TOrbMDBTable> keepAlive)
+{
+    if (!m_ok.load(std::memory_order_relaxed))
+        return;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_queue.push_back(Outgoing{type, std::move(message), std::move(keepAlive)});
+    }
+    m_changed.notify_one();
+}
+
+void ModelStreamWriter::sendLoop()
+{
+    std::unique_lock lock(m_mutex);
+    for (;;) {
+        m_changed.wait(lock, [this] { return m_stop || m_closing || !m_queue.empty(); });
+        if (m_stop || m_queue.empty())
+            return;
+        Outgoing next = std::move(m_queue.front());
+        m_queue.pop_front();
+        lock.unlock();
+        if (m_ok.load(std::memory_order_relaxed) &&
+            !next.message.send(static_cast<std::uint8_t>(next.type), m_output))
+            m_ok = false;
+        // A sent table is freed here, off the loading thread, when the next one has gone out;
+        // the last one stays with the writer, so that freeing it never holds up the end.
+        if (next.keepAlive)
+            m_lastSent = std::move(next.keepAlive);
+        lock.lock();
+    }
 }
 
 bool ModelStreamWriter::begin()
 {
     const std::uint32_t version = kLoaderStreamVersion;
     m_ok = m_output(kLoaderStreamMagic, sizeof kLoaderStreamMagic) && m_output(&version, sizeof version);
+    if (m_ok)
+        m_thread = std::thread([this] { sendLoop(); });
     return m_ok;
 }
 
@@ -28,14 +67,14 @@ void ModelStreamWriter::tableStarted(const std::string &name, std::size_t index,
     message.putU64(index);
     message.putU64(count);
     message.putString(name);
-    send(LoaderMessage::TableStarted, message);
+    send(LoaderMessage::TableStarted, std::move(message));
 }
 
 void ModelStreamWriter::rowsLoaded(std::uint64_t totalRows)
 {
     WireWriter message;
     message.putU64(totalRows);
-    send(LoaderMessage::Rows, message);
+    send(LoaderMessage::Rows, std::move(message));
 }
 
 void ModelStreamWriter::catalogRead(std::size_t count)
@@ -46,7 +85,7 @@ void ModelStreamWriter::catalogRead(std::size_t count)
     message.putU64(m_relationships.allForeignKeys().size());
     for (const auto &key : m_relationships.allForeignKeys())
         encodeForeignKey(message, *key);
-    send(LoaderMessage::Catalog, message);
+    send(LoaderMessage::Catalog, std::move(message));
 }
 
 void ModelStreamWriter::tableLoaded(std::size_t position, std::unique_ptr<TOrbMDBTable> table)
@@ -55,12 +94,9 @@ void ModelStreamWriter::tableLoaded(std::size_t position, std::unique_ptr<TOrbMD
     message.putU64(position);
     const auto sent = m_sent.find(position);
     encodeTable(message, *table, sent != m_sent.end() ? sent->second : StoreParts{});
-    send(LoaderMessage::Table, message);
     if (sent != m_sent.end())
         m_sent.erase(sent);
-    // Sent tables are freed as the next one arrives, so the helper holds one at most; the last
-    // one stays until the writer goes, so that freeing it does not hold up the end of the stream.
-    m_lastSent = std::move(table);
+    send(LoaderMessage::Table, std::move(message), std::move(table));
 }
 
 void ModelStreamWriter::tableGrowing(std::size_t position, const TOrbMDBTable &table)
@@ -72,14 +108,21 @@ void ModelStreamWriter::tableGrowing(std::size_t position, const TOrbMDBTable &t
     WireWriter message;
     message.putU64(position);
     encodeStorePart(message, table.store(), sent);
-    send(LoaderMessage::TablePart, message);
+    send(LoaderMessage::TablePart, std::move(message));
 }
 
 bool ModelStreamWriter::finish()
 {
     WireWriter message;
     message.putU64(m_count);
-    send(LoaderMessage::End, message);
+    send(LoaderMessage::End, std::move(message));
+    {
+        const std::lock_guard lock(m_mutex);
+        m_closing = true;
+    }
+    m_changed.notify_all();
+    if (m_thread.joinable())
+        m_thread.join();
     return m_ok;
 }
 

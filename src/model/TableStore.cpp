@@ -177,38 +177,76 @@ std::size_t TableStore::memoryUsage() const
     return total;
 }
 
-bool TableStore::rowIsValid(const unsigned char *row, std::size_t room, std::size_t blobCount) const
+namespace {
+
+/// Checks one row's header and cells against the `room` bytes from its start: every cell
+/// inside, blob cells four bytes long with an index below `blobCount`. Two passes over the
+/// header, so that checking allocates nothing.
+bool rowIsValid(std::size_t columnCount, const unsigned char *row, std::size_t room, std::size_t blobCount)
 {
     const unsigned char *end = row + room;
     const unsigned char *p = row;
-    std::vector<std::uint64_t> entries(m_columnCount);
     std::uint64_t total = 0;
-    for (std::size_t c = 0; c < m_columnCount; ++c) {
-        p = readVarint(p, end, entries[c]);
+    bool hasBlob = false;
+    for (std::size_t c = 0; c < columnCount; ++c) {
+        std::uint64_t entry = 0;
+        p = readVarint(p, end, entry);
         if (!p)
             return false;
-        total += entries[c] >> 1;
-        if ((entries[c] & 1) && (entries[c] >> 1) != sizeof(std::uint32_t))
-            return false;
+        if (entry & 1) {
+            if ((entry >> 1) != sizeof(std::uint32_t))
+                return false;
+            hasBlob = true;
+        }
+        total += entry >> 1;
         if (total > room)
             return false;
     }
     if (total > static_cast<std::uint64_t>(end - p))
         return false;
-    for (std::size_t c = 0; c < m_columnCount; ++c) {
-        if (entries[c] & 1) {
+    if (!hasBlob)
+        return true;
+    const unsigned char *header = row;
+    const unsigned char *cell = p;
+    for (std::size_t c = 0; c < columnCount; ++c) {
+        std::uint64_t entry = 0;
+        header = readVarint(header, end, entry);
+        if (entry & 1) {
             std::uint32_t index;
-            std::memcpy(&index, p, sizeof index);
+            std::memcpy(&index, cell, sizeof index);
             if (index >= blobCount)
                 return false;
         }
-        p += entries[c] >> 1;
+        cell += entry >> 1;
     }
     return true;
 }
 
+} // namespace
+
+TableStore::RawCheck TableStore::checkRawRows(std::size_t columnCount, const std::vector<Block> &blocks,
+                                              const std::vector<std::uint64_t> &rowStarts, std::size_t from,
+                                              std::size_t blobCount)
+{
+    RawCheck result{from, true};
+    for (; result.checked < rowStarts.size(); ++result.checked) {
+        const std::uint64_t blockIndex = rowStarts[result.checked] >> 32;
+        const std::uint64_t offset = rowStarts[result.checked] & 0xFFFFFFFFu;
+        if (blockIndex >= blocks.size())
+            return result; // not arrived yet
+        const Block &block = blocks[blockIndex];
+        if (offset >= block.size + (columnCount == 0 ? 1 : 0) || (block.size && !block.bytes) ||
+            !rowIsValid(columnCount, reinterpret_cast<const unsigned char *>(block.bytes.get()) + offset,
+                        block.size - offset, blobCount)) {
+            result.valid = false;
+            return result;
+        }
+    }
+    return result;
+}
+
 bool TableStore::adopt(std::size_t columnCount, std::vector<Block> blocks, std::vector<std::uint64_t> rowStarts,
-                       std::vector<std::unique_ptr<TOrbBlobData>> blobs)
+                       std::vector<std::unique_ptr<TOrbBlobData>> blobs, std::size_t checkedRows)
 {
     clear();
     for (const auto &blob : blobs)
@@ -217,21 +255,11 @@ bool TableStore::adopt(std::size_t columnCount, std::vector<Block> blocks, std::
     for (const Block &block : blocks)
         if (block.size > block.capacity || (block.size && !block.bytes))
             return false;
-    const std::size_t savedColumns = m_columnCount;
+    const RawCheck check =
+        checkRawRows(columnCount, blocks, rowStarts, std::min(checkedRows, rowStarts.size()), blobs.size());
+    if (!check.valid || check.checked != rowStarts.size())
+        return false;
     m_columnCount = columnCount;
-    for (std::size_t row = 0; row < rowStarts.size(); ++row) {
-        const std::uint64_t blockIndex = rowStarts[row] >> 32;
-        const std::uint64_t offset = rowStarts[row] & 0xFFFFFFFFu;
-        if (blockIndex >= blocks.size() || offset >= blocks[blockIndex].size + (columnCount == 0 ? 1 : 0)) {
-            m_columnCount = savedColumns;
-            return false;
-        }
-        const auto *bytes = reinterpret_cast<const unsigned char *>(blocks[blockIndex].bytes.get());
-        if (!rowIsValid(bytes + offset, blocks[blockIndex].size - offset, blobs.size())) {
-            m_columnCount = savedColumns;
-            return false;
-        }
-    }
     m_blocks = std::move(blocks);
     m_rowStarts = std::move(rowStarts);
     m_blobs = std::move(blobs);

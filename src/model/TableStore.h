@@ -53,17 +53,27 @@ public:
     const std::vector<std::unique_ptr<TOrbBlobData>> &blobs() const { return m_blobs; }
     /// Rebuilds a store from its raw form; answers false (and stays empty) when the parts do
     /// not fit together (a row or cell past its block, a bad header, a blob index out of range).
+    /// The first `checkedRows` rows are taken as already checked by `checkRawRows` against the
+    /// same leading blocks, so a form that arrived in pieces is not checked twice.
     [[nodiscard]] bool adopt(std::size_t columnCount, std::vector<Block> blocks, std::vector<std::uint64_t> rowStarts,
-                             std::vector<std::unique_ptr<TOrbBlobData>> blobs);
+                             std::vector<std::unique_ptr<TOrbBlobData>> blobs, std::size_t checkedRows = 0);
+
+    /// Result of checking part of a raw form.
+    struct RawCheck {
+        std::size_t checked = 0; ///< rows known good from the first row on
+        bool valid = true;       ///< false when a row in a present block is bad
+    };
+    /// Checks the rows of a raw form from `from` on, stopping at the first row whose block has
+    /// not arrived yet (rows only ever point forward). Rows in present blocks are complete, so
+    /// a row found good stays good as more blocks and blobs arrive.
+    static RawCheck checkRawRows(std::size_t columnCount, const std::vector<Block> &blocks,
+                                 const std::vector<std::uint64_t> &rowStarts, std::size_t from, std::size_t blobCount);
 
     /// Reserves room for a number of rows (a hint; rows past it still fit).
     void reserveRows(std::size_t rows);
 
 private:
     const unsigned char *rowBytes(std::size_t row) const;
-    /// Checks one row's header and cells against the bytes that follow it.
-    bool rowIsValid(const unsigned char *row, std::size_t room, std::size_t blobCount) const;
-
     std::size_t m_columnCount;
     std::vector<Block> m_blocks;
     std::vector<std::uint64_t> m_rowStarts;

@@ -29,6 +29,8 @@ public:
     void putOptionalString(const std::optional<std::string> &text);
     /// Appends a byte range without copying it.
     void putBorrowed(const void *data, std::size_t length);
+    /// Appends a copy of a byte range.
+    void putCopied(const void *data, std::size_t length);
 
     /// Bytes of content so far.
     std::uint64_t size() const { return m_size; }
@@ -36,8 +38,6 @@ public:
     [[nodiscard]] bool send(std::uint8_t type, const ByteOutput &output) const;
 
 private:
-    void putCopied(const void *data, std::size_t length);
-
     struct Piece {
         std::string copied;
         const void *borrowed = nullptr;

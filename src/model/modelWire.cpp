@@ -127,8 +127,12 @@ std::unique_ptr<TOrbMDBIndex> decodeIndex(WireReader &reader)
 }
 
 /// Appends blocks [fromBlock, toBlock), the row starts and the blobs from the given counts on.
-void encodeStoreRange(WireWriter &writer, const TableStore &store, const StoreParts &from, std::size_t toBlock)
+/// Blocks and blob payloads are referenced (they never move); the row starts are copied when
+/// `copyRowStarts` says the store may still grow, since their vector then moves.
+void encodeStoreRange(WireWriter &writer, const TableStore &store, const StoreParts &from, std::size_t toBlock,
+                      bool copyRowStarts)
 {
+    writer.putU64(store.columnCount());
     writer.putU64(from.blocks);
     writer.putU64(toBlock - from.blocks);
     for (std::size_t i = from.blocks; i < toBlock; ++i) {
@@ -139,7 +143,11 @@ void encodeStoreRange(WireWriter &writer, const TableStore &store, const StorePa
     const auto &rowStarts = store.rowStarts();
     writer.putU64(from.rows);
     writer.putU64(rowStarts.size() - from.rows);
-    writer.putBorrowed(rowStarts.data() + from.rows, (rowStarts.size() - from.rows) * sizeof(std::uint64_t));
+    const std::size_t rowBytes = (rowStarts.size() - from.rows) * sizeof(std::uint64_t);
+    if (copyRowStarts)
+        writer.putCopied(rowStarts.data() + from.rows, rowBytes);
+    else
+        writer.putBorrowed(rowStarts.data() + from.rows, rowBytes);
     writer.putU64(from.blobs);
     writer.putU64(store.blobs().size() - from.blobs);
     for (std::size_t i = from.blobs; i < store.blobs().size(); ++i) {
@@ -158,13 +166,18 @@ void encodeStorePart(WireWriter &writer, const TableStore &store, StoreParts &se
 {
     const std::size_t finished = store.blocks().empty() ? 0 : store.blocks().size() - 1;
     const std::size_t toBlock = std::max(finished, sent.blocks);
-    encodeStoreRange(writer, store, sent, toBlock);
+    encodeStoreRange(writer, store, sent, toBlock, true);
     sent = StoreParts{toBlock, store.rowStarts().size(), store.blobs().size()};
 }
 
 bool decodeStorePart(WireReader &reader, PartialStore &parts)
 {
-    // Each part must continue exactly where the parts before it ended.
+    // Each part must continue exactly where the parts before it ended, with rows as wide.
+    const std::uint64_t columnCount = reader.getU64();
+    if (columnCount > kMaxColumns || (parts.started && columnCount != parts.columnCount))
+        return reader.fail();
+    parts.started = true;
+    parts.columnCount = columnCount;
     if (reader.getU64() != parts.blocks.size())
         return reader.fail();
     const std::uint64_t blockCount = reader.getU64();
@@ -198,7 +211,15 @@ bool decodeStorePart(WireReader &reader, PartialStore &parts)
             return false;
         parts.blobs.push_back(std::make_unique<TOrbBlobData>(std::move(data), extension.c_str()));
     }
-    return reader.ok();
+    if (!reader.ok())
+        return false;
+    // Check the rows whose blocks are here now, while the loader goes on with the next ones.
+    const auto check = TableStore::checkRawRows(static_cast<std::size_t>(parts.columnCount), parts.blocks,
+                                                parts.rowStarts, parts.checkedRows, parts.blobs.size());
+    if (!check.valid)
+        return reader.fail();
+    parts.checkedRows = check.checked;
+    return true;
 }
 
 void encodeForeignKey(WireWriter &writer, const TOrbMDBForeignKey &key)
@@ -234,8 +255,7 @@ void encodeTable(WireWriter &writer, const TOrbMDBTable &table, const StoreParts
     writer.putU64(table.indices().size());
     for (const auto &index : table.indices())
         encodeIndex(writer, *index);
-    writer.putU64(table.store().columnCount());
-    encodeStoreRange(writer, table.store(), sent, std::max(sent.blocks, table.store().blocks().size()));
+    encodeStoreRange(writer, table.store(), sent, std::max(sent.blocks, table.store().blocks().size()), false);
 }
 
 std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader, PartialStore parts)
@@ -263,12 +283,12 @@ std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader, PartialStore parts
         table->addIndex(std::move(index));
     }
     // The storage repeats the column count: its rows must have exactly that many cells.
-    if (reader.getU64() != columnCount || !decodeStorePart(reader, parts)) {
+    if (!decodeStorePart(reader, parts) || parts.columnCount != columnCount) {
         reader.fail();
         return nullptr;
     }
     if (!table->mutableStore().adopt(table->columns().size(), std::move(parts.blocks), std::move(parts.rowStarts),
-                                     std::move(parts.blobs))) {
+                                     std::move(parts.blobs), parts.checkedRows)) {
         reader.fail();
         return nullptr;
     }

@@ -25,7 +25,7 @@ class TOrbMDBTable;
 /// The first bytes of every stream.
 inline constexpr char kLoaderStreamMagic[8] = {'V', 'L', 'M', 'L', 'O', 'A', 'D', 'R'};
 /// Raised whenever the layout of any message changes.
-constexpr std::uint32_t kLoaderStreamVersion = 2;
+constexpr std::uint32_t kLoaderStreamVersion = 3;
 
 enum class LoaderMessage : std::uint8_t {
     Catalog = 1,      ///< table count, then the relationships in the order read
@@ -46,6 +46,9 @@ struct StoreParts {
 
 /// Row storage received in TablePart messages, waiting for the rest of its table.
 struct PartialStore {
+    bool started = false;          ///< a part has arrived
+    std::uint64_t columnCount = 0; ///< cells per row, as the first part said
+    std::size_t checkedRows = 0;   ///< rows already checked as their blocks arrived
     std::vector<TableStore::Block> blocks;
     std::vector<std::uint64_t> rowStarts;
     std::vector<std::unique_ptr<TOrbBlobData>> blobs;
@@ -57,8 +60,9 @@ void encodeForeignKey(WireWriter &writer, const TOrbMDBForeignKey &key);
 std::unique_ptr<TOrbMDBForeignKey> decodeForeignKey(WireReader &reader);
 
 /// Appends what a table still loading has finished beyond `sent`: every block but the last
-/// (which may still grow), and the row starts and blobs so far; updates `sent`. Nothing is
-/// copied: the store must not change until the writer's `send` returned.
+/// (which may still grow), and the row starts and blobs so far; updates `sent`. Blocks and
+/// blob payloads are referenced, the row starts copied: the store may go on growing before the
+/// message is sent, but must live until then.
 void encodeStorePart(WireWriter &writer, const TableStore &store, StoreParts &sent);
 /// Reads a TablePart's storage and appends it; false when it does not continue `parts`.
 [[nodiscard]] bool decodeStorePart(WireReader &reader, PartialStore &parts);

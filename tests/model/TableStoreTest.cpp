@@ -105,6 +105,36 @@ TEST(TableStore, AdoptValidatesTheRawForm)
     EXPECT_EQ(store.cell(1, 1).text, "d");
 }
 
+TEST(TableStore, RawFormArrivingInPiecesIsCheckedAsBlocksArrive)
+{
+    // Block 0 holds two good rows, block 1 one row whose blob index is 1.
+    std::vector<TableStore::Block> blocks;
+    blocks.push_back(makeBlock(std::string("\x02\x04" "abc" "\x00\x02" "d", 8)));
+    const std::vector<std::uint64_t> rowStarts = {0, 5, 1ull << 32};
+    auto check = TableStore::checkRawRows(2, blocks, rowStarts, 0, 0);
+    EXPECT_TRUE(check.valid);
+    EXPECT_EQ(check.checked, 2u); // the third row waits for its block
+
+    blocks.push_back(makeBlock(std::string("\x00\x09\x01\x00\x00\x00", 6)));
+    check = TableStore::checkRawRows(2, blocks, rowStarts, check.checked, 1);
+    EXPECT_FALSE(check.valid); // only one blob so far: index 1 is out of range
+    EXPECT_EQ(check.checked, 2u);
+    check = TableStore::checkRawRows(2, blocks, rowStarts, 2, 2);
+    EXPECT_TRUE(check.valid);
+    EXPECT_EQ(check.checked, 3u);
+
+    // adopt() checks only the rows past those already checked, but still all of those.
+    std::vector<std::unique_ptr<TOrbBlobData>> blobs;
+    for (int i = 0; i < 2; ++i)
+        blobs.push_back(std::make_unique<TOrbBlobData>(std::vector<std::uint8_t>{7}, "png"));
+    std::vector<TableStore::Block> broken;
+    broken.push_back(makeBlock(std::string("\x02\x04" "abc" "\x00\x02" "d", 8)));
+    broken.push_back(makeBlock(std::string("\x00\x09\x05\x00\x00\x00", 6)));
+    TableStore store;
+    EXPECT_FALSE(store.adopt(2, std::move(broken), rowStarts, std::move(blobs), 2));
+    EXPECT_EQ(store.rowCount(), 0u);
+}
+
 TEST(TableStore, RawFormRoundTrips)
 {
     TableStore source(3);

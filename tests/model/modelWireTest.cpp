@@ -303,10 +303,32 @@ TEST(ModelWire, SendsTheFinishedBlocksOfALargeTableAhead)
     std::string late = bytes; // a part after its table
     late.insert(offsets.back(), messageAt(parts[0]));
     broken.push_back(late);
+    std::string narrower = bytes; // a later part with rows of another width
+    const std::size_t widthAt = offsets[parts[1]] + 9 + sizeof(std::uint64_t);
+    narrower[widthAt] = static_cast<char>(narrower[widthAt] - 1);
+    broken.push_back(narrower);
     for (std::size_t i = 0; i < broken.size(); ++i) {
         TOrbMDBFile file;
         EXPECT_FALSE(decodeInto(broken[i], file)) << "case " << i;
     }
+
+    // A part's rows are checked as it arrives: a bad row header fails that very part.
+    std::string part = messageAt(parts[0]);
+    const auto decodePart = [](const std::string &message, PartialStore &into) {
+        MemorySource source(message);
+        WireReader reader(source);
+        std::uint8_t type = 0;
+        return reader.beginMessage(type) && reader.getU64() == 0 && decodeStorePart(reader, into);
+    };
+    PartialStore good;
+    ASSERT_TRUE(decodePart(part, good));
+    EXPECT_GT(good.checkedRows, 0u);
+    EXPECT_LE(good.checkedRows, good.rowStarts.size());
+    // Frame, position, width, first block, block count and block size come before the bytes.
+    const std::size_t firstRowAt = 9 + 5 * sizeof(std::uint64_t);
+    part[firstRowAt] = static_cast<char>(0xFF); // the first row's first header byte
+    PartialStore bad;
+    EXPECT_FALSE(decodePart(part, bad));
 }
 
 TEST(ModelWire, ReadsFlippedBytesSafely)
