@@ -2,7 +2,9 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <string>
 
 namespace vellum::cli {
 
@@ -26,19 +28,31 @@ void LoadProgress::rowsLoaded(std::uint64_t totalRows)
     draw();
 }
 
+void LoadProgress::rowsExpected(std::uint64_t totalRows)
+{
+    m_expected = totalRows;
+}
+
 void LoadProgress::draw()
 {
     if (!m_enabled)
         return;
-    if (m_count > 0) {
-        const int width = 30;
-        const int filled = static_cast<int>(width * m_index / m_count);
-        std::fprintf(stderr, "\r[%.*s%*s] table %zu of %zu, %llu rows\033[K", filled,
-                     "##############################", width - filled, "", m_index + 1, m_count,
+    // The bar follows the rows when the definitions gave a total, the tables otherwise.
+    constexpr int kWidth = 30;
+    int filled = 0;
+    if (m_expected > 0)
+        filled = static_cast<int>(kWidth * std::min(m_rows, m_expected) / m_expected);
+    else if (m_count > 0)
+        filled = static_cast<int>(kWidth * m_index / m_count);
+    const std::string bar = std::string(static_cast<std::size_t>(filled), '#') + std::string(kWidth - filled, ' ');
+    if (m_count > 0 && m_expected > 0)
+        std::fprintf(stderr, "\r[%s] table %zu of %zu, %llu of %llu rows\033[K", bar.c_str(), m_index + 1, m_count,
+                     static_cast<unsigned long long>(m_rows), static_cast<unsigned long long>(m_expected));
+    else if (m_count > 0)
+        std::fprintf(stderr, "\r[%s] table %zu of %zu, %llu rows\033[K", bar.c_str(), m_index + 1, m_count,
                      static_cast<unsigned long long>(m_rows));
-    } else {
+    else
         std::fprintf(stderr, "\rOpening: %s, %llu rows\033[K", m_table.c_str(), static_cast<unsigned long long>(m_rows));
-    }
     std::fflush(stderr);
     m_drawn = true;
 }

@@ -18,6 +18,7 @@ public:
 
     void tableStarted(const std::string &name, std::size_t index, std::size_t count) override;
     void rowsLoaded(std::uint64_t totalRows) override;
+    void rowsExpected(std::uint64_t totalRows) override;
     bool shouldCancel() override { return false; }
 
 private:
@@ -28,6 +29,7 @@ private:
     std::size_t m_index = 0;
     std::size_t m_count = 0;
     std::uint64_t m_rows = 0;
+    std::uint64_t m_expected = 0;
 };
 
 } // namespace vellum::cli

@@ -315,6 +315,7 @@ struct PlannedTable {
     unsigned catalogIndex = 0;
     std::string objectName; ///< the catalog entry's name, to find the same entry through another handle
     std::unique_ptr<TOrbMDBTable> table;
+    std::uint64_t rows = 0; ///< as the table definition says
     std::uint64_t cost = 0; ///< estimated cells
 };
 
@@ -372,7 +373,7 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
         table->setName(workingName);
         const std::uint64_t rows = tdef->num_rows > 0 ? static_cast<std::uint64_t>(tdef->num_rows) : 0;
         const std::uint64_t cost = rows * std::max<std::uint64_t>(1, table->columns().size());
-        plan.push_back(PlannedTable{i, entry->object_name, std::move(table), cost});
+        plan.push_back(PlannedTable{i, entry->object_name, std::move(table), rows, cost});
     }
     return true;
 }
@@ -622,7 +623,12 @@ public:
             m_observer->rowsLoaded(totalRows);
     }
     bool shouldCancel() override { return m_observer && m_observer->shouldCancel(); }
-    void catalogRead(std::size_t count) override { m_tables.resize(count); }
+    void catalogRead(std::size_t count, std::uint64_t expectedRows) override
+    {
+        m_tables.resize(count);
+        if (m_observer)
+            m_observer->rowsExpected(expectedRows);
+    }
     void tableLoaded(std::size_t position, std::unique_ptr<TOrbMDBTable> table) override
     {
         if (position < m_tables.size())
@@ -656,7 +662,10 @@ bool loadDatabase(const std::string &path, TOrbMDBFile &relationships, LoadSink 
         std::vector<PlannedTable> plan;
         if (mdb_read_catalog(mdb.get(), MDB_ANY) && !walkCatalog(mdb.get(), relationships, sink, plan))
             return false;
-        sink.catalogRead(plan.size());
+        std::uint64_t expectedRows = 0;
+        for (const PlannedTable &planned : plan)
+            expectedRows += planned.rows;
+        sink.catalogRead(plan.size(), expectedRows);
         return loadRows(path, mdb.get(), plan, sink, options);
     } catch (const std::exception &) {
         return false; // out of memory, or no thread could be started

@@ -31,8 +31,9 @@ struct LoadOptions {
 class LoadSink : public LoadObserver {
 public:
     /// The catalog walk is done: `count` tables follow, at positions 0 to count - 1 in catalog
-    /// order, and the relationships are complete.
-    virtual void catalogRead(std::size_t count) = 0;
+    /// order, with `expectedRows` rows between them as their definitions say, and the
+    /// relationships are complete.
+    virtual void catalogRead(std::size_t count, std::uint64_t expectedRows) = 0;
     /// The table at `position` is complete (columns, rows, indexes, name); the sink takes it.
     virtual void tableLoaded(std::size_t position, std::unique_ptr<TOrbMDBTable> table) = 0;
     /// Rows were added to the table at `position`, which is loading on this thread; the sink

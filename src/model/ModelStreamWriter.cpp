@@ -77,11 +77,12 @@ void ModelStreamWriter::rowsLoaded(std::uint64_t totalRows)
     send(LoaderMessage::Rows, std::move(message));
 }
 
-void ModelStreamWriter::catalogRead(std::size_t count)
+void ModelStreamWriter::catalogRead(std::size_t count, std::uint64_t expectedRows)
 {
     m_count = count;
     WireWriter message;
     message.putU64(count);
+    message.putU64(expectedRows);
     message.putU64(m_relationships.allForeignKeys().size());
     for (const auto &key : m_relationships.allForeignKeys())
         encodeForeignKey(message, *key);

@@ -36,7 +36,7 @@ public:
     void rowsLoaded(std::uint64_t totalRows) override;
     /// Asks the load to stop once the pipe failed.
     bool shouldCancel() override { return !m_ok.load(std::memory_order_relaxed); }
-    void catalogRead(std::size_t count) override;
+    void catalogRead(std::size_t count, std::uint64_t expectedRows) override;
     void tableLoaded(std::size_t position, std::unique_ptr<TOrbMDBTable> table) override;
     /// Sends the blocks of the table that are finished, once there is a new one.
     void tableGrowing(std::size_t position, const TOrbMDBTable &table) override;

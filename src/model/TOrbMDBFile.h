@@ -22,6 +22,9 @@ public:
     virtual void tableStarted(const std::string &name, std::size_t index, std::size_t count) = 0;
     /// Rows loaded so far in the whole file.
     virtual void rowsLoaded(std::uint64_t totalRows) = 0;
+    /// The row count the kept tables' definitions give, once the catalog is read: what
+    /// `rowsLoaded` should reach (a damaged file may give more or fewer).
+    virtual void rowsExpected(std::uint64_t totalRows) { (void)totalRows; }
     /// Polled often; answering true stops the open, which then fails.
     virtual bool shouldCancel() = 0;
 };

@@ -320,6 +320,9 @@ bool readModelStream(ByteSource &source, LoadObserver *observer, ReceivedModel &
             if (count > kMaxTables)
                 return false;
             model.tables.resize(static_cast<std::size_t>(count));
+            const std::uint64_t expectedRows = reader.getU64();
+            if (reader.ok() && observer)
+                observer->rowsExpected(expectedRows);
             const std::uint64_t keys = reader.getU64();
             if (keys > reader.remaining() / 8)
                 return false;

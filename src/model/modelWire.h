@@ -28,7 +28,7 @@ inline constexpr char kLoaderStreamMagic[8] = {'V', 'L', 'M', 'L', 'O', 'A', 'D'
 constexpr std::uint32_t kLoaderStreamVersion = 3;
 
 enum class LoaderMessage : std::uint8_t {
-    Catalog = 1,      ///< table count, then the relationships in the order read
+    Catalog = 1,      ///< table count, expected rows, then the relationships in the order read
     TableStarted = 2, ///< ordinal, count, name
     Rows = 3,         ///< rows loaded so far
     Table = 4,        ///< catalog position, then the whole table

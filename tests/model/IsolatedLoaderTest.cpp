@@ -50,6 +50,11 @@ public:
             rowsWentBack = true;
         lastRows = totalRows;
     }
+    void rowsExpected(std::uint64_t totalRows) override
+    {
+        expectedRows = totalRows;
+        expectedBeforeRows = lastRows == 0;
+    }
     bool shouldCancel() override
     {
         ++polls;
@@ -60,6 +65,8 @@ public:
     std::vector<std::size_t> ordinals;
     std::set<std::size_t> counts;
     std::uint64_t lastRows = 0;
+    std::uint64_t expectedRows = 0;
+    bool expectedBeforeRows = false;
     bool rowsWentBack = false;
     int polls = 0;
 
@@ -157,6 +164,8 @@ TEST_F(IsolatedLoader, ReportsEveryTableAndTheRowTotal)
             EXPECT_EQ(observer.ordinals[i], i);
         EXPECT_EQ(observer.counts, std::set<std::size_t>{file->tables().size()});
         EXPECT_EQ(observer.lastRows, rows);
+        EXPECT_EQ(observer.expectedRows, rows); // an undamaged file's definitions are right
+        EXPECT_TRUE(observer.expectedBeforeRows);
         EXPECT_FALSE(observer.rowsWentBack);
         EXPECT_GT(observer.polls, 0);
     }

@@ -238,7 +238,7 @@ std::string encodeInParts()
     TOrbMDBFile relationships;
     ModelStreamWriter writer(appendingTo(bytes), relationships);
     EXPECT_TRUE(writer.begin());
-    writer.catalogRead(1);
+    writer.catalogRead(1, 100000);
     // The table grows while its finished blocks go out, as during a load.
     auto growing = std::make_unique<TOrbMDBTable>();
     auto complete = largeTable();

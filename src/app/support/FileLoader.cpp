@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <algorithm>
 #include <mutex>
 
 namespace vellum {
@@ -26,15 +27,18 @@ public:
         m_count = count;
     }
     void rowsLoaded(std::uint64_t totalRows) override { m_rows.store(totalRows); }
+    void rowsExpected(std::uint64_t totalRows) override { m_expected.store(totalRows); }
     bool shouldCancel() override { return m_cancel.load(); }
 
-    void snapshot(std::string &table, std::size_t &index, std::size_t &count, std::uint64_t &rows)
+    void snapshot(std::string &table, std::size_t &index, std::size_t &count, std::uint64_t &rows,
+                  std::uint64_t &expected)
     {
         std::lock_guard lock(m_mutex);
         table = m_table;
         index = m_index;
         count = m_count;
         rows = m_rows.load();
+        expected = m_expected.load();
     }
 
 private:
@@ -44,6 +48,7 @@ private:
     std::size_t m_index = 0;
     std::size_t m_count = 0;
     std::atomic<std::uint64_t> m_rows{0};
+    std::atomic<std::uint64_t> m_expected{0};
 };
 
 FileLoader::FileLoader(QWidget *parent) : QObject(parent), m_parent(parent), m_delay(new QTimer(this)), m_refresh(new QTimer(this))
@@ -141,9 +146,14 @@ void FileLoader::updateProgress()
         return;
     std::string table;
     std::size_t index = 0, count = 0;
-    std::uint64_t rows = 0;
-    m_observer->snapshot(table, index, count, rows);
-    if (count > 0) {
+    std::uint64_t rows = 0, expected = 0;
+    m_observer->snapshot(table, index, count, rows, expected);
+    // The bar follows the rows when the table definitions gave a total, the tables otherwise.
+    if (expected > 0) {
+        constexpr int kSteps = 1000;
+        m_dialog->setRange(0, kSteps);
+        m_dialog->setValue(static_cast<int>(kSteps * std::min(rows, expected) / expected));
+    } else if (count > 0) {
         m_dialog->setRange(0, static_cast<int>(count));
         m_dialog->setValue(static_cast<int>(index));
     }
