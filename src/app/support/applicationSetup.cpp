@@ -1,5 +1,7 @@
 #include "app/support/applicationSetup.h"
 
+#include "app/support/loadLibraryErrorWindow.h"
+
 #include "model/TOrbBlobData.h"
 #include "util/localized.h"
 
@@ -72,6 +74,7 @@ void setUpApplication()
     configureProcessLocale();
     installLocalizer();
     installImageProbe();
+    installLoadLibraryErrorWindow();
 }
 
 void paintBarBackground(QWidget *bar, const QColor &top, const QColor &bottom)

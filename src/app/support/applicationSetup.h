@@ -19,7 +19,7 @@ void installLocalizer();
 /// when Qt's image readers decode it. Call before files are opened.
 void installImageProbe();
 
-/// Everything above plus the application's names (QSettings) and window icon; `main` and the
+/// Everything above, the "Load Library Error" window of the SQLite loader, plus the application's names (QSettings) and window icon; `main` and the
 /// GUI tests call it once after making the QApplication.
 void setUpApplication();
 

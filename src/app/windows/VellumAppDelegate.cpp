@@ -45,7 +45,7 @@ constexpr int kTagModesStart = 101;
 /// The tag copied into both context menus of the file list (the export submenu).
 constexpr int kTagExportSubmenu = 10101;
 
-struct ToolbarItemSpec {
+struct ToolbarItemDefinition {
     const char *identifier;
     const char *image;
     const char *label;
@@ -53,7 +53,7 @@ struct ToolbarItemSpec {
     int kind; ///< export kind, -1 for none
 };
 
-const ToolbarItemSpec kToolbarItems[] = {
+const ToolbarItemDefinition kToolbarItems[] = {
     {"navigationBack", "back_32x32", "Back", "Show the previous table", -1},
     {"navigationNext", "forward_32x32", "Next", "Show the next table", -1},
     {"open", "open_folder_32x32", "Open", "Open MDB files", -1},
@@ -232,12 +232,12 @@ void VellumAppDelegate::SetupToolbar()
     m_toolbar->setMovable(false);
     addToolBar(Qt::TopToolBarArea, m_toolbar);
 
-    for (const ToolbarItemSpec &spec : kToolbarItems) {
-        QAction *action = m_toolbar->addAction(namedIcon(spec.image), localizedQ(spec.label));
-        action->setObjectName(spec.identifier);
-        action->setToolTip(localizedQ(spec.tooltip));
-        action->setIconText(localizedQ(spec.label));
-        const QString identifier = spec.identifier;
+    for (const ToolbarItemDefinition &entry : kToolbarItems) {
+        QAction *action = m_toolbar->addAction(namedIcon(entry.image), localizedQ(entry.label));
+        action->setObjectName(entry.identifier);
+        action->setToolTip(localizedQ(entry.tooltip));
+        action->setIconText(localizedQ(entry.label));
+        const QString identifier = entry.identifier;
         if (identifier == "navigationBack") {
             action->setEnabled(false);
             connect(action, &QAction::triggered, this, &VellumAppDelegate::PreviousSelectedTable);
@@ -249,7 +249,7 @@ void VellumAppDelegate::SetupToolbar()
             connect(action, &QAction::triggered, this, &VellumAppDelegate::OpenFile);
         } else {
             action->setCheckable(true);
-            const auto kind = static_cast<ExportFileType>(spec.kind);
+            const auto kind = static_cast<ExportFileType>(entry.kind);
             connect(action, &QAction::triggered, this, [this, kind] { Export(kind); });
         }
     }
@@ -423,10 +423,10 @@ QAction *VellumAppDelegate::toolbarAction(const QString &identifier) const
 
 void VellumAppDelegate::updateExportAvailability()
 {
-    for (const ToolbarItemSpec &spec : kToolbarItems)
-        if (spec.kind >= 0)
-            if (QAction *action = toolbarAction(spec.identifier))
-                action->setEnabled(isExportFileTypeAvailable(static_cast<ExportFileType>(spec.kind)));
+    for (const ToolbarItemDefinition &entry : kToolbarItems)
+        if (entry.kind >= 0)
+            if (QAction *action = toolbarAction(entry.identifier))
+                action->setEnabled(isExportFileTypeAvailable(static_cast<ExportFileType>(entry.kind)));
     for (QAction *item : m_exportMenuItems)
         if (item)
             item->setEnabled(isExportFileTypeAvailable(static_cast<ExportFileType>(item->data().toInt() - 1)));
