@@ -91,7 +91,7 @@ int main(int argc, char **argv)
             continue;
         }
         warm(path);
-        const int rounds = fs::file_size(path) > (8u << 20) ? 3 : 7;
+        const int rounds = fs::file_size(path) > (8u << 20) ? 5 : 7;
         const auto inProcess = [&](unsigned workers) {
             return best(rounds, [&] {
                 return openWith(path,
