@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -60,6 +61,18 @@ inline long long fileBytes(const std::string &path)
 {
     struct stat info;
     return stat(path.c_str(), &info) == 0 ? static_cast<long long>(info.st_size) : -1;
+}
+
+/// A new folder under /tmp for a benchmark's files; "" (with the reason printed) when none
+/// can be made.
+inline std::string makeWorkFolder()
+{
+    char pattern[] = "/tmp/vellum-bench-XXXXXX";
+    if (!mkdtemp(pattern)) {
+        std::perror("mkdtemp");
+        return {};
+    }
+    return pattern;
 }
 
 } // namespace vellum::bench

@@ -8,6 +8,8 @@
 //
 //   bench_browserSortFilterBench [SHARED_TESTDATA_DIR]
 
+#include "benchCommon.h"
+
 #include "browser/RowSet.h"
 #include "model/TOrbMDBFile.h"
 
@@ -20,13 +22,9 @@
 #include <string>
 
 using namespace vellum;
+using vellum::bench::since;
 
 namespace {
-
-double since(std::chrono::steady_clock::time_point start)
-{
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 double processCpu()
 {

@@ -6,11 +6,11 @@
 //
 //   bench_exportCsvBench [SHARED_TESTDATA_DIR] [RUNS]
 
+#include "benchCommon.h"
+
 #include "export/ExportJob.h"
 #include "model/TOrbMDBFile.h"
 
-#include <sys/resource.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -21,53 +21,9 @@
 #include <string>
 
 using namespace vellum;
+using namespace vellum::bench;
 
 namespace {
-
-double since(std::chrono::steady_clock::time_point start)
-{
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-std::string quoted(const std::string &text)
-{
-    std::string out = "'";
-    for (const char c : text)
-        out += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return out + "'";
-}
-
-struct Timing {
-    double wall = -1; ///< negative when the command failed
-    double cpu = 0;   ///< user + system time of the command and everything it waited for
-};
-
-double cpuSeconds(int who)
-{
-    struct rusage usage {};
-    getrusage(who, &usage);
-    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
-           static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
-}
-
-/// Wall and processor time of a shell command. On a busy machine the processor time is the
-/// steadier figure: the wall time also holds the time spent waiting for a core.
-Timing timeCommand(const std::string &command)
-{
-    const double cpuBefore = cpuSeconds(RUSAGE_CHILDREN);
-    const auto start = std::chrono::steady_clock::now();
-    const int rc = std::system(command.c_str());
-    Timing timing;
-    timing.wall = rc == 0 ? since(start) : -1;
-    timing.cpu = cpuSeconds(RUSAGE_CHILDREN) - cpuBefore;
-    return timing;
-}
-
-long long fileSize(const std::string &path)
-{
-    struct stat info;
-    return stat(path.c_str(), &info) == 0 ? static_cast<long long>(info.st_size) : -1;
-}
 
 /// Opening and writing measured apart, in this process, with the mode the command line uses.
 void splitVellum(const std::string &path, const std::string &folder, double &openSeconds, double &writeSeconds,
@@ -102,12 +58,9 @@ int main(int argc, char **argv)
     const std::string dir = argc > 1 ? argv[1] : std::string(VELLUM_SHARED_DIR) + "/testdata";
     const int runs = argc > 2 ? std::max(1, std::atoi(argv[2])) : 3;
     const std::string cli = std::string(VELLUM_BIN_DIR) + "/vellum-cli";
-    char pattern[] = "/tmp/vellum-bench-XXXXXX";
-    if (!mkdtemp(pattern)) {
-        std::perror("mkdtemp");
+    const std::string work = makeWorkFolder();
+    if (work.empty())
         return 1;
-    }
-    const std::string work = pattern;
     bool allMet = true;
     for (const char *name : {"big.mdb", "big.accdb"}) {
         const std::string path = dir + "/" + name;
@@ -118,12 +71,12 @@ int main(int argc, char **argv)
         const std::string out = work + "/vellum";
         const std::string peerFile = work + "/peer.csv";
         const std::string vellumCommand =
-            quoted(cli) + " export " + quoted(path) + " " + quoted(out) + " --format csv --table Big > /dev/null";
-        const std::string peerCommand = "mdb-export " + quoted(path) + " Big > " + quoted(peerFile);
-        Timing vellumBest{1e9, 1e9}, peerBest{1e9, 1e9};
+            shellQuoted(cli) + " export " + shellQuoted(path) + " " + shellQuoted(out) + " --format csv --table Big > /dev/null";
+        const std::string peerCommand = "mdb-export " + shellQuoted(path) + " Big > " + shellQuoted(peerFile);
+        CommandTime vellumBest{1e9, 1e9}, peerBest{1e9, 1e9};
         for (int i = 0; i < runs; ++i) {
-            const Timing peer = timeCommand(peerCommand);
-            const Timing ours = timeCommand(vellumCommand);
+            const CommandTime peer = timeShellCommand(peerCommand);
+            const CommandTime ours = timeShellCommand(vellumCommand);
             if (peer.wall < 0 || ours.wall < 0) {
                 std::printf("%s: a command failed (%s)\n", name, peer.wall < 0 ? "mdb-export" : "vellum-cli");
                 return 1;
@@ -137,7 +90,7 @@ int main(int argc, char **argv)
         const double cpuRatio = vellumBest.cpu / peerBest.cpu;
         allMet = allMet && ratio <= 1.2;
         std::printf("%s: vellum-cli %.3f s (%lld bytes), mdb-export %.3f s (%lld bytes), ratio %.2f (target <= 1.20: %s)\n",
-                    name, vellumBest.wall, fileSize(out + "/Big.csv"), peerBest.wall, fileSize(peerFile), ratio,
+                    name, vellumBest.wall, fileBytes(out + "/Big.csv"), peerBest.wall, fileBytes(peerFile), ratio,
                     ratio <= 1.2 ? "met" : "NOT met");
         std::printf("%s:   processor time: vellum-cli %.3f s, mdb-export %.3f s, ratio %.2f\n", name, vellumBest.cpu,
                     peerBest.cpu, cpuRatio);

@@ -146,12 +146,9 @@ int main(int argc, char **argv)
         names.emplace_back(argv[i]);
     if (names.empty())
         names = {"big.mdb"};
-    char pattern[] = "/tmp/vellum-bench-XXXXXX";
-    if (!mkdtemp(pattern)) {
-        std::perror("mkdtemp");
+    const std::string work = makeWorkFolder();
+    if (work.empty())
         return 1;
-    }
-    const std::string work = pattern;
     bool allMet = true;
     for (const std::string &name : names) {
         const std::string path = dir + "/" + name;

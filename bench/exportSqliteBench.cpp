@@ -106,12 +106,9 @@ int main(int argc, char **argv)
         std::printf("big.mdb: not found in %s, skipped\n", dir.c_str());
         return 0;
     }
-    char pattern[] = "/tmp/vellum-bench-XXXXXX";
-    if (!mkdtemp(pattern)) {
-        std::perror("mkdtemp");
+    const std::string work = makeWorkFolder();
+    if (work.empty())
         return 1;
-    }
-    const std::string work = pattern;
     const std::string ours = work + "/vellum.sqlite";
     const std::string peer = work + "/peer.db";
     const std::string vellumCommand = shellQuoted(cli) + " export " + shellQuoted(path) + " " + shellQuoted(ours) +

@@ -5,6 +5,8 @@
 //
 //   bench_isolatedLoadBench [SHARED_DIR]
 
+#include "benchCommon.h"
+
 #include "model/MdbLoader.h"
 #include "model/TOrbMDBFile.h"
 
@@ -18,6 +20,7 @@
 #include <vector>
 
 using namespace vellum;
+using vellum::bench::shellQuoted;
 namespace fs = std::filesystem;
 
 namespace {
@@ -43,14 +46,6 @@ bool openWith(const std::string &path, const std::function<bool(TOrbMDBFile &)> 
         return false;
     file->sortLoadedLists();
     return !file->tables().empty();
-}
-
-std::string quoted(const std::string &text)
-{
-    std::string out = "'";
-    for (const char c : text)
-        out += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return out + "'";
 }
 
 /// Reads the file once so that every contender starts from the page cache.
@@ -111,8 +106,8 @@ int main(int argc, char **argv)
         const double in2 = inProcess(2);
         const double iso1 = isolated(1);
         const double iso2 = isolated(2);
-        const std::string exportAll = "for t in $(mdb-tables -1 " + quoted(path) +
-                                      " | tr ' ' '\\001'); do mdb-export " + quoted(path) +
+        const std::string exportAll = "for t in $(mdb-tables -1 " + shellQuoted(path) +
+                                      " | tr ' ' '\\001'); do mdb-export " + shellQuoted(path) +
                                       " \"$(echo \"$t\" | tr '\\001' ' ')\" > /dev/null || exit 1; done";
         const double exported = best(rounds, [&] { return std::system(exportAll.c_str()) == 0; });
         if (old < 0 || in2 < 0 || iso1 < 0 || iso2 < 0) {

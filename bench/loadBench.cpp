@@ -5,6 +5,8 @@
 //
 //   bench_loadBench [SHARED_TESTDATA_DIR]
 
+#include "benchCommon.h"
+
 #include "model/TOrbMDBFile.h"
 
 #include <sys/resource.h>
@@ -17,6 +19,7 @@
 #include <string>
 
 using namespace vellum;
+using namespace vellum::bench;
 
 namespace {
 
@@ -25,11 +28,6 @@ struct Measure {
     long peakKiB = 0;
     bool ok = false;
 };
-
-double since(std::chrono::steady_clock::time_point start)
-{
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 /// Loads the file in a forked child; the child reports its time through a pipe.
 Measure measureLoad(const std::string &path, LoadMode mode)
@@ -69,25 +67,6 @@ Measure measureLoad(const std::string &path, LoadMode mode)
     return m;
 }
 
-/// Runs a shell command and answers its wall time.
-double timeCommand(const std::string &command)
-{
-    const auto start = std::chrono::steady_clock::now();
-    const int rc = std::system(command.c_str());
-    const double seconds = since(start);
-    return rc == 0 ? seconds : -1;
-}
-
-long fileSize(const std::string &path)
-{
-    FILE *f = std::fopen(path.c_str(), "rb");
-    if (!f)
-        return -1;
-    std::fseek(f, 0, SEEK_END);
-    const long size = std::ftell(f);
-    std::fclose(f);
-    return size;
-}
 
 } // namespace
 
@@ -99,17 +78,17 @@ int main(int argc, char **argv)
     int failures = 0;
     for (const char *name : {"big.mdb", "big.accdb"}) {
         const std::string path = dir + "/" + name;
-        if (fileSize(path) < 0) {
+        if (fileBytes(path) < 0) {
             std::printf("%s: not found in %s, skipped\n", name, dir.c_str());
             continue;
         }
         const std::string csv = "/tmp/vellum-bench-big.csv";
-        if (timeCommand("mdb-export '" + path + "' Big > " + csv) < 0) {
+        if (timeShellCommand("mdb-export " + shellQuoted(path) + " Big > " + csv).wall < 0) {
             std::printf("%s: mdb-export failed\n", name);
             ++failures;
             continue;
         }
-        const double csvMiB = fileSize(csv) / 1048576.0;
+        const double csvMiB = static_cast<double>(fileBytes(csv)) / 1048576.0;
         std::remove(csv.c_str());
         // Best of three for both sides: the machine is shared.
         double best = 1e9, bestExport = 1e9;
@@ -123,7 +102,7 @@ int main(int argc, char **argv)
             }
             best = std::min(best, m.seconds);
             peak = m.peakKiB;
-            bestExport = std::min(bestExport, timeCommand("mdb-export '" + path + "' Big > /dev/null"));
+            bestExport = std::min(bestExport, timeShellCommand("mdb-export " + shellQuoted(path) + " Big > /dev/null").wall);
         }
         const double peakMiB = peak / 1024.0;
         std::printf("%-11s %9.3f %9.3f %7.2f %10.1f %10.1f %7.2f\n", name, best, bestExport, best / bestExport,
