@@ -22,16 +22,6 @@ constexpr int kSQLServer = 5;
 
 constexpr std::size_t kFlushBytes = 1 << 20;
 
-std::string lowercased(std::string_view text)
-{
-    std::string out(text);
-    // ASCII only, as SQLite folds the case of names; other bytes of UTF-8 stay as they are.
-    for (char &c : out)
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c - 'A' + 'a');
-    return out;
-}
-
 /// `text` with every single quote doubled.
 std::string doubledSingleQuotes(std::string_view text)
 {
@@ -69,7 +59,7 @@ SqlScriptSettings SqlScriptSettings::fromOptions(const ExportOptions &options)
 
 SqlScriptWriter::SqlScriptWriter(const TOrbMDBFile &file, const SqlScriptSettings &settings,
                                  const std::atomic<bool> &stop)
-    : m_file(file), m_settings(settings), m_stop(stop)
+    : m_file(file), m_settings(settings), m_stop(stop), m_indexNames(settings.dialect == kSQLite)
 {
     switch (m_settings.dialect) {
     case kMySQL:
@@ -279,13 +269,7 @@ void SqlScriptWriter::appendCreateTable(const TOrbMDBTable &table, const std::st
 
 std::string SqlScriptWriter::registeredIndexName(const std::string &name)
 {
-    const std::string key = m_settings.dialect == kSQLite ? lowercased(name) : name;
-    const auto found = m_nameRegister.find(key);
-    if (found == m_nameRegister.end()) {
-        m_nameRegister.emplace(key, 1);
-        return name;
-    }
-    return name + formatString("_%d", found->second++);
+    return m_indexNames.uniqueIndexName(name);
 }
 
 void SqlScriptWriter::appendSeparateIndexes(const TOrbMDBTable &table, const std::string &quotedTable)
@@ -387,7 +371,7 @@ bool SqlScriptWriter::writeTable(const TOrbMDBTable &table, ExportSink &sink,
     const int d = m_settings.dialect;
     const std::string quotedTable = quoteName(table.name());
     if (d == kSQLite)
-        m_nameRegister[lowercased(table.name())] = 1;
+        m_indexNames.recordTable(table.name());
     if (m_settings.exportStructure) {
         if (m_settings.includeDropTable)
             appendDropTable(quotedTable);

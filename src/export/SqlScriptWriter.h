@@ -1,6 +1,7 @@
 #pragma once
 
 #include "export/ExportSink.h"
+#include "export/IndexNameRegister.h"
 
 #include <atomic>
 #include <cstddef>
@@ -87,7 +88,7 @@ private:
     char m_close;
     std::string m_schemaPrefix;     ///< quoted schema and "." or empty
     std::string m_sqlServerSchema;  ///< single-quoted schema text for SQL Server comments
-    std::unordered_map<std::string, int> m_nameRegister;
+    IndexNameRegister m_indexNames;
     std::string m_out;
     bool m_failed = false;
 };

@@ -1,6 +1,7 @@
 #include "export/SqliteExport.h"
 
 #include "export/ExportRoutines.h"
+#include "export/IndexNameRegister.h"
 #include "export/SqlTypeMapping.h"
 #include "model/TOrbBlobData.h"
 #include "model/TOrbMDBFile.h"
@@ -11,9 +12,6 @@
 #include "util/format.h"
 #include "util/localized.h"
 #include "util/logging.h"
-
-#include <unicode/locid.h>
-#include <unicode/unistr.h>
 
 #include <filesystem>
 #include <system_error>
@@ -69,16 +67,6 @@ bool forbidsZeroLength(const TOrbMDBColumn &column)
     return column.allowZeroLength() && *column.allowZeroLength() == "NO";
 }
 
-/// The Unicode lower-case form of a name.
-std::string lowercased(std::string_view name)
-{
-    std::string out;
-    icu::UnicodeString::fromUTF8(icu::StringPiece(name.data(), static_cast<int32_t>(name.size())))
-        .toLower(icu::Locale::getRoot())
-        .toUTF8String(out);
-    return out;
-}
-
 /// Appends the quoted form of each name, separated by ", ".
 void appendQuotedNames(std::string &out, const std::vector<std::string> &names)
 {
@@ -111,7 +99,7 @@ private:
     ExportJob &m_job;
     const ExportOptions &m_options;
     SQLConnection m_connection{ServerTypeSQLite};
-    SqliteNameCounts m_names;
+    IndexNameRegister m_names{true};
     std::string m_query;
 };
 
@@ -352,19 +340,6 @@ std::string sqliteCreateIndexStatement(const TOrbMDBIndex &index, std::string_vi
     }
     sql += "\n);";
     return sql;
-}
-
-void SqliteNameCounts::recordTable(std::string_view name)
-{
-    m_counts[lowercased(name)] = 1;
-}
-
-std::string SqliteNameCounts::uniqueIndexName(const std::string &name)
-{
-    const auto [entry, added] = m_counts.try_emplace(lowercased(name), 1);
-    if (added)
-        return name;
-    return name + formatString("_%d", entry->second++);
 }
 
 void exportSQLiteThread(ExportJob &job)

@@ -47,18 +47,4 @@ void buildSqliteInsertStatement(std::string &out, std::string_view insertHead, c
 std::string sqliteCreateIndexStatement(const TOrbMDBIndex &index, std::string_view name,
                                        std::string_view quotedTable);
 
-/// The register that keeps index names unique in one database: table names and index names,
-/// lower-cased, with a count each. SQLite compares names without regard to letter case.
-class SqliteNameCounts {
-public:
-    /// Records an exported table's name.
-    void recordTable(std::string_view name);
-    /// The name an index gets: itself when no table or earlier index has it (in any letter
-    /// case), else the name with "_n" added, n counting up per name from 1.
-    std::string uniqueIndexName(const std::string &name);
-
-private:
-    std::unordered_map<std::string, std::int32_t> m_counts;
-};
-
 } // namespace vellum

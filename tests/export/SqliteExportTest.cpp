@@ -4,6 +4,7 @@
 
 #include "export/ExportJob.h"
 #include "export/ExportTestTables.h"
+#include "export/IndexNameRegister.h"
 #include "export/SqliteExport.h"
 #include "model/TOrbMDBForeignKey.h"
 #include "model/TOrbMDBIndex.h"
@@ -149,7 +150,7 @@ TEST(SqliteExport, IndexStatementsAndUniqueNames)
     index.setKeys({{"A", true}});
     EXPECT_EQ(sqliteCreateIndexStatement(index, "i", "\"t\""), "CREATE INDEX \"i\" ON \"t\" (\n\t\"A\" ASC\n);");
 
-    SqliteNameCounts names;
+    IndexNameRegister names(true);
     names.recordTable("Orders");
     names.recordTable("Ünïcode 表");
     const std::pair<const char *, const char *> cases[] = {
@@ -158,6 +159,13 @@ TEST(SqliteExport, IndexStatementsAndUniqueNames)
     };
     for (const auto &[name, expected] : cases)
         EXPECT_EQ(names.uniqueIndexName(name), expected) << name;
+
+    // The other dialects of the script writer compare index names as they stand.
+    IndexNameRegister exact(false);
+    EXPECT_EQ(exact.uniqueIndexName("ix"), "ix");
+    EXPECT_EQ(exact.uniqueIndexName("IX"), "IX");
+    EXPECT_EQ(exact.uniqueIndexName("ix"), "ix_1");
+    EXPECT_EQ(exact.uniqueIndexName("ix"), "ix_2");
 }
 
 // ---- whole exports ----
