@@ -57,6 +57,7 @@ void writeRows(ExportJob &job, SpreadsheetWriter &writer, const SpreadsheetLimit
         numeric[c] = isSpreadsheetNumberType(columns[c]->dataType());
     const std::size_t rowCount = table.rowCount();
     int sheetNumber = 2;
+    std::vector<CellValue> cells;
     for (std::size_t r = 0; r < rowCount && !job.terminated(); ++r) {
         if (row == limits.rowsPerSheet) {
             const std::string name = table.name() + "(" + std::to_string(sheetNumber) + ")"; // "%@(%d)"
@@ -67,8 +68,9 @@ void writeRows(ExportJob &job, SpreadsheetWriter &writer, const SpreadsheetLimit
             ++sheetNumber;
             row = 0;
         }
+        table.rowCells(r, cells);
         for (std::size_t c = 0; c < columns.size(); ++c) {
-            const CellValue value = table.cell(r, c);
+            const CellValue &value = cells[c];
             const auto col = static_cast<std::uint32_t>(c);
             if (!value.isText())
                 writer.setBlankForRow(row, col);
@@ -140,9 +142,11 @@ double leadingNumberValue(std::string_view text)
 std::optional<std::size_t> columnExceedingTextLength(const TOrbMDBTable &table, std::size_t maxUnits)
 {
     const std::size_t columnCount = table.columns().size();
+    std::vector<CellValue> cells;
     for (std::size_t r = 0; r < table.rowCount(); ++r) {
+        table.rowCells(r, cells);
         for (std::size_t c = 0; c < columnCount; ++c) {
-            const CellValue value = table.cell(r, c);
+            const CellValue &value = cells[c];
             // A text never has more UTF-16 units than UTF-8 bytes, so short ones need no count.
             if (value.isText() && value.text.size() > maxUnits && utf16Length(value.text) > maxUnits)
                 return c;

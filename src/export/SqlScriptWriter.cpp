@@ -322,16 +322,18 @@ bool SqlScriptWriter::appendRows(const TOrbMDBTable &table, const std::string &q
     head += ") VALUES (";
     const std::string rowEnd = d == kSQLServer ? ");\nGO\n" : ");\n";
     const std::size_t rowCount = table.rowCount();
+    std::vector<CellValue> cells;
     for (std::size_t row = 0; row < rowCount; ++row) {
         if (stopped())
             return true;
+        table.rowCells(row, cells);
         m_out += head;
         for (std::size_t c = 0; c < columns.size(); ++c) {
             if (stopped())
                 return true;
             if (c)
                 m_out += ", ";
-            appendSqlValueLiteral(m_out, table.cell(row, c), literalColumns[c], d, m_settings.decimalSymbol);
+            appendSqlValueLiteral(m_out, cells[c], literalColumns[c], d, m_settings.decimalSymbol);
         }
         m_out += rowEnd;
         flushIfFull(sink);

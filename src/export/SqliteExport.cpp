@@ -316,10 +316,12 @@ void buildSqliteInsertStatement(std::string &out, std::string_view insertHead, c
 {
     out.assign(insertHead);
     const auto &columns = table.columns();
+    thread_local std::vector<CellValue> cells; // reused across the rows of an export
+    table.rowCells(row, cells);
     for (std::size_t c = 0; c < columns.size(); ++c) {
         if (c)
             out += ", ";
-        appendSqliteValueLiteral(out, table.cell(row, c), *columns[c]);
+        appendSqliteValueLiteral(out, cells[c], *columns[c]);
     }
     out += ");";
 }

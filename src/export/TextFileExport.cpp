@@ -215,7 +215,9 @@ TextTableOutcome writeTextTable(const TOrbMDBTable &table, const TextExportSetti
     const EncodedPiece recordClose = constant("</RECORD>");
     const std::size_t rowCount = table.rowCount();
     std::string value;
+    std::vector<CellValue> cells;
     for (std::size_t r = 0; r < rowCount && !stopped(); ++r) {
+        table.rowCells(r, cells);
         if (settings.xml)
             writer.writeEncoded(recordOpen.bytes, recordOpen.substituted);
         for (std::size_t c = 0; c < columnCount && !stopped(); ++c) {
@@ -223,7 +225,7 @@ TextTableOutcome writeTextTable(const TOrbMDBTable &table, const TextExportSetti
                 writer.writeEncoded(openTags[c].bytes, openTags[c].substituted);
             else if (c)
                 writer.writeEncoded(fieldDelimiter.bytes, fieldDelimiter.substituted);
-            const CellValue cell = table.cell(r, c);
+            const CellValue &cell = cells[c];
             if (cell.isText()) {
                 if (writer.passThrough()) {
                     appendTextValue(writer.directBuffer(), cell.text, classes[c], settings);

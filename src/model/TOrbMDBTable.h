@@ -51,6 +51,13 @@ public:
     std::size_t rowCount() const { return m_store.rowCount(); }
     TOrbMDBRow row(std::size_t index) const { return TOrbMDBRow(this, index); }
     CellValue cell(std::size_t row, std::size_t column) const { return m_store.cell(row, column); }
+    /// Every cell of a row at once, one per column, into a reused vector: what writers going
+    /// over whole rows use.
+    void rowCells(std::size_t row, std::vector<CellValue> &out) const
+    {
+        m_store.rowCells(row, out);
+        out.resize(m_columns.size());
+    }
     const TableStore &store() const { return m_store; }
     /// Row storage, for the loaders; sized for the current columns when first asked.
     TableStore &mutableStore();

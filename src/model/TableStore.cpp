@@ -80,6 +80,36 @@ CellValue TableStore::cell(std::size_t row, std::size_t column) const
     return CellValue::ofText(std::string_view(bytes, length));
 }
 
+void TableStore::rowCells(std::size_t row, std::vector<CellValue> &out) const
+{
+    out.assign(m_columnCount, CellValue::null());
+    if (row >= m_rowStarts.size())
+        return;
+    const unsigned char *header = rowBytes(row);
+    const unsigned char *p = header;
+    for (std::size_t c = 0; c < m_columnCount; ++c) { // find where the cells begin
+        while (*p++ & 0x80) {
+        }
+    }
+    const char *bytes = reinterpret_cast<const char *>(p);
+    p = header;
+    for (std::size_t c = 0; c < m_columnCount; ++c) {
+        std::uint64_t entry = 0;
+        p = readVarintTrusted(p, entry);
+        const std::uint64_t length = entry >> 1;
+        if (length == 0)
+            continue;
+        if (entry & 1) {
+            std::uint32_t index;
+            std::memcpy(&index, bytes, sizeof index);
+            out[c] = CellValue::ofBlob(m_blobs[index].get());
+        } else {
+            out[c] = CellValue::ofText(std::string_view(bytes, length));
+        }
+        bytes += length;
+    }
+}
+
 void TableStore::beginRow()
 {
     m_pendingHeader.clear();

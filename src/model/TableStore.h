@@ -26,6 +26,10 @@ public:
 
     /// The cell of a row and a column position; out of range gives the null marker.
     CellValue cell(std::size_t row, std::size_t column) const;
+    /// Every cell of a row, in column order, read in one pass over the row (`cell` reads the
+    /// row's header up to its column each time, which costs columns² over a wide row). `out`
+    /// is reused; a row out of range gives null markers.
+    void rowCells(std::size_t row, std::vector<CellValue> &out) const;
 
     // Filling, one row at a time: beginRow, one append per column, endRow.
     void beginRow();

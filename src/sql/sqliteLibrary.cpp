@@ -84,6 +84,21 @@ void setSQLiteLibraryPath(const std::string &path)
     g_libraryPathOverride = path;
 }
 
+namespace {
+
+/// Turns SQLite's memory statistics off before the library initialises itself: they are
+/// never read here, and keeping them takes a process-wide lock on every allocation, which
+/// costs about a fifth of an export's time. Optional: a library without sqlite3_config, or
+/// one already initialised (the call then answers SQLITE_MISUSE), keeps them.
+void disableMemoryStatistics(void *library)
+{
+    constexpr int kConfigMemStatus = 9; // SQLITE_CONFIG_MEMSTATUS
+    if (auto config = reinterpret_cast<int (*)(int, ...)>(dlsym(library, "sqlite3_config")))
+        (void)config(kConfigMemStatus, 0);
+}
+
+} // namespace
+
 bool LoadSQLiteLibrary()
 {
     const std::string path = sqliteLibraryPath();
@@ -101,8 +116,10 @@ bool LoadSQLiteLibrary()
         }
         ++_sqlitelibhpretaincount;
         missing = lookUpEntryPoints(_sqlitelibhp);
-        if (missing.empty())
+        if (missing.empty()) {
+            disableMemoryStatistics(_sqlitelibhp);
             return true;
+        }
         // An incomplete library is closed again before anyone else can take a hold on it.
         releaseHoldLocked();
     }

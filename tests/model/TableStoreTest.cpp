@@ -1,8 +1,10 @@
 #include "model/TableStore.h"
+#include "model/TOrbBlobData.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace vellum {
 namespace {
@@ -41,6 +43,40 @@ TEST(TableStore, CellsKeepTheirKindAcrossBlocks)
     }
     EXPECT_TRUE(store.cell(5000, 0).isNull());
     EXPECT_TRUE(store.cell(0, 3).isNull());
+}
+
+TEST(TableStore, WholeRowsReadAsTheirCells)
+{
+    // Cells of every kind and header width, so that a slip in the one-pass reading shows.
+    TableStore store(5);
+    const std::string wide(5000, 'w'); // a three-byte header number
+    for (int r = 0; r < 300; ++r) {
+        store.beginRow();
+        const std::string id = std::to_string(r);
+        store.appendText(id.data(), id.size());
+        store.appendText(wide.data(), r % 2 ? wide.size() : 0);
+        if (r % 3 == 0)
+            store.appendBlob(std::make_unique<TOrbBlobData>(std::vector<std::uint8_t>(r, 2), "bin"));
+        else
+            store.appendNull();
+        store.appendText(std::string(r % 70, 'x').data(), r % 70);
+        store.endRow(); // the fifth cell is padded with null
+    }
+    std::vector<CellValue> cells(17, CellValue::ofText("stale"));
+    for (std::size_t r = 0; r < store.rowCount(); ++r) {
+        store.rowCells(r, cells);
+        ASSERT_EQ(cells.size(), 5u);
+        for (std::size_t c = 0; c < 5; ++c) {
+            const CellValue one = store.cell(r, c);
+            EXPECT_EQ(cells[c].kind, one.kind) << r << "," << c;
+            EXPECT_EQ(cells[c].text, one.text) << r << "," << c;
+            EXPECT_EQ(cells[c].blob, one.blob) << r << "," << c;
+        }
+    }
+    store.rowCells(store.rowCount(), cells);
+    ASSERT_EQ(cells.size(), 5u);
+    for (const CellValue &cell : cells)
+        EXPECT_TRUE(cell.isNull());
 }
 
 TEST(TableStore, ShortRowsArePaddedWithNull)
