@@ -2,7 +2,7 @@
 // model to the process that started it (see model/modelWire.h), so that a damaged file can
 // neither hang nor crash that process.
 //
-//   vellum-loader [--fd N] [--parent PID] [--workers N] [--parallel-from CELLS] [--] FILE
+//   vellum-loader [--fd N] [--parent PID] [--workers N] [--parallel-from CELLS] [--split-from CELLS] [--] FILE
 //
 // Exit status: 0 when the whole model was sent, 1 when the file cannot be read or the pipe
 // broke, 2 for wrong arguments.
@@ -60,7 +60,7 @@ int usage(const char *message)
 {
     std::fprintf(stderr,
                  "vellum-loader: %s\nusage: vellum-loader [--fd N] [--parent PID] [--workers N] "
-                 "[--parallel-from CELLS] [--] FILE\n",
+                 "[--parallel-from CELLS] [--split-from CELLS] [--] FILE\n",
                  message);
     return kExitUsage;
 }
@@ -82,7 +82,8 @@ int main(int argc, char **argv)
                 return usage("expected one FILE after --");
             path = argv[i + 1];
             break;
-        } else if (arg == "--fd" || arg == "--parent" || arg == "--workers" || arg == "--parallel-from") {
+        } else if (arg == "--fd" || arg == "--parent" || arg == "--workers" || arg == "--parallel-from" ||
+                   arg == "--split-from") {
             if (!hasValue)
                 return usage(("option " + arg + " needs a number").c_str());
             if (arg == "--fd")
@@ -91,8 +92,10 @@ int main(int argc, char **argv)
                 parent = value;
             else if (arg == "--workers")
                 workers = value;
-            else
+            else if (arg == "--parallel-from")
                 options.parallelFromCells = value;
+            else
+                options.splitFromCells = value;
             ++i;
         } else if (arg.rfind("--", 0) == 0 || !path.empty()) {
             return usage(("unexpected argument " + arg).c_str());

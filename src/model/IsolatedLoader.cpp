@@ -49,6 +49,8 @@ bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedL
                                                std::to_string(options.load.workers),
                                                "--parallel-from",
                                                std::to_string(options.load.parallelFromCells),
+                                               "--split-from",
+                                               std::to_string(options.load.splitFromCells),
                                                "--",
                                                file.fullPath()};
         if (!process.start(argv))

@@ -134,9 +134,25 @@ void getColumnsFromMdbTableDef(TOrbMDBTable &table, MdbHandle *mdb, GPtrArray *s
 /// after every row that held OLE data; answers false to stop the load.
 using RowTicker = std::function<bool(std::uint64_t newRows)>;
 
-/// Loads every row in storage order; false when the ticker stopped it.
-bool getRowsFromMdbTableDef(TOrbMDBTable &table, MdbTableDef *tdef, MdbHandle *mdb, GPtrArray *stored,
-                            const RowTicker &tick)
+/// Which data pages of a table a read covers, by libmdb's current page after each fetched
+/// row: the rows of pages before `splitPage` (`Front`), from it on (`Back`), or all. libmdb
+/// visits a table's pages in ascending page order (through the usage map, or page by page when
+/// it cannot read the map), so the front rows followed by the back rows are exactly the rows of
+/// a whole read, in the same order, whichever way the pages are found.
+struct PageRange {
+    enum class Part { All, Front, Back };
+    Part part = Part::All;
+    std::uint32_t splitPage = 0;
+
+    bool inRange(std::uint32_t page) const
+    {
+        return part == Part::All || (part == Part::Front ? page < splitPage : page >= splitPage);
+    }
+};
+
+/// Loads the rows of `range` into `store` in storage order; false when the ticker stopped it.
+bool getRowsFromMdbTableDef(TableStore &store, MdbTableDef *tdef, MdbHandle *mdb, GPtrArray *stored,
+                            const RowTicker &tick, const PageRange &range = {})
 {
     Bindings bindings(tdef);
     // Stored-order slot → position in libmdb's array (its binding number minus one).
@@ -150,10 +166,16 @@ bool getRowsFromMdbTableDef(TOrbMDBTable &table, MdbTableDef *tdef, MdbHandle *m
         slots.push_back(position.value_or(0));
         cols.push_back(col);
     }
-    TableStore &store = table.mutableStore();
     std::uint64_t untold = 0;
     mdb_rewind_table(tdef);
+    if (range.part == PageRange::Part::Back)
+        tdef->cur_phys_pg = range.splitPage - 1; // the first page read is the next one after
     while (mdb_fetch_row(tdef)) {
+        if (!range.inRange(tdef->cur_phys_pg)) {
+            if (range.part == PageRange::Part::Front)
+                break; // the back half's pages begin
+            continue;  // a page before the back half, read when libmdb cannot use the map
+        }
         bool heavy = false;
         store.beginRow();
         for (size_t c = 0; c < cols.size(); ++c) {
@@ -310,6 +332,15 @@ private:
     std::vector<ColumnDescriptorFlags> m_flags;
 };
 
+/// The rows of a large table's later data pages, read by a second handle while the first one
+/// reads the earlier pages.
+struct BackHalf {
+    std::uint32_t splitPage = 0; ///< the first data page of the back half
+    TableStore rows;
+    bool done = false; ///< guarded by the hub's mutex
+    bool ok = false;   ///< guarded by the hub's mutex
+};
+
 /// A kept table as the catalog walk leaves it: complete but for its rows.
 struct PlannedTable {
     unsigned catalogIndex = 0;
@@ -317,6 +348,7 @@ struct PlannedTable {
     std::unique_ptr<TOrbMDBTable> table;
     std::uint64_t rows = 0; ///< as the table definition says
     std::uint64_t cost = 0; ///< estimated cells
+    std::unique_ptr<BackHalf> backHalf; ///< set when a second handle reads the later pages
 };
 
 /// Walks the catalog in order: reads "MSysRelationships" into `file` and describes every kept
@@ -373,19 +405,55 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
         table->setName(workingName);
         const std::uint64_t rows = tdef->num_rows > 0 ? static_cast<std::uint64_t>(tdef->num_rows) : 0;
         const std::uint64_t cost = rows * std::max<std::uint64_t>(1, table->columns().size());
-        plan.push_back(PlannedTable{i, entry->object_name, std::move(table), rows, cost});
+        plan.push_back(PlannedTable{i, entry->object_name, std::move(table), rows, cost, nullptr});
     }
     return true;
 }
 
-/// Loads the rows of a planned table through `mdb`, reading its definition again; false when
-/// the entry or its columns differ from what the walk saw, or the ticker stopped the load.
-bool loadPlannedRows(MdbHandle *mdb, PlannedTable &planned, const RowTicker &tick)
+/// The catalog entry of a planned table in `mdb`'s catalog; nullptr when it is not the same.
+MdbCatalogEntry *plannedEntry(MdbHandle *mdb, const PlannedTable &planned)
 {
     if (planned.catalogIndex >= mdb->num_catalog)
-        return false;
+        return nullptr;
     auto *entry = static_cast<MdbCatalogEntry *>(g_ptr_array_index(mdb->catalog, planned.catalogIndex));
     if (!entry || entry->object_type != MDB_TABLE || planned.objectName != entry->object_name)
+        return nullptr;
+    return entry;
+}
+
+/// The data page that splits a table's pages into two halves, or 0 when the table has too few
+/// pages for that to help or libmdb cannot read its usage map.
+std::uint32_t middleDataPage(MdbHandle *mdb, const PlannedTable &planned)
+{
+    constexpr std::size_t kMinPages = 2;
+    constexpr std::size_t kMaxPages = 1u << 24; // more than any Access file holds
+    MdbCatalogEntry *entry = plannedEntry(mdb, planned);
+    if (!entry)
+        return 0;
+    TableDefPtr tdef(mdb_read_table(entry));
+    if (!tdef || !tdef->usage_map || tdef->map_sz == 0)
+        return 0;
+    std::vector<std::uint32_t> pages;
+    std::int32_t page = 0;
+    while (pages.size() < kMaxPages) {
+        const std::int32_t next = mdb_map_find_next(mdb, tdef->usage_map, static_cast<unsigned>(tdef->map_sz),
+                                                    static_cast<std::uint32_t>(page));
+        if (next <= page) // 0 at the end, negative for a map libmdb cannot read; pages only ascend
+            break;
+        pages.push_back(static_cast<std::uint32_t>(next));
+        page = next;
+    }
+    return pages.size() >= kMinPages ? pages[pages.size() / 2] : 0;
+}
+
+/// Loads the rows of a planned table (the part of its pages `range` says) through `mdb` into
+/// `store`, reading its definition again; false when the entry or its columns differ from what
+/// the walk saw, or the ticker stopped the load.
+bool loadPlannedRows(MdbHandle *mdb, PlannedTable &planned, TableStore &store, const PageRange &range,
+                     const RowTicker &tick)
+{
+    MdbCatalogEntry *entry = plannedEntry(mdb, planned);
+    if (!entry)
         return false;
     TableDefPtr tdef(mdb_read_table(entry));
     if (!tdef)
@@ -405,7 +473,7 @@ bool loadPlannedRows(MdbHandle *mdb, PlannedTable &planned, const RowTicker &tic
     }
     if (n != columns.size())
         return false;
-    return getRowsFromMdbTableDef(*planned.table, tdef.get(), mdb, layout.stored(), tick);
+    return getRowsFromMdbTableDef(store, tdef.get(), mdb, layout.stored(), tick, range);
 }
 
 /// The rows phase. Hands the planned tables to the workers (in catalog order for one worker,
@@ -458,6 +526,14 @@ public:
         ++m_workersDone;
         m_wake.notify_all();
     }
+    /// The second handle finished (or gave up on) a table's back half.
+    void backHalfDone(BackHalf &half, bool ok)
+    {
+        std::lock_guard lock(m_mutex);
+        half.done = true;
+        half.ok = ok;
+        m_wake.notify_all();
+    }
 
     // The owning thread only.
     /// Tells the sink that a table this thread is loading has grown.
@@ -488,6 +564,20 @@ public:
         if (m_sink.shouldCancel())
             m_stop = true;
         return !m_stop.load();
+    }
+
+    /// Keeps delivering until the second handle is done with a table's back half (read or
+    /// given up); false when the load stopped meanwhile.
+    bool waitForBackHalf(BackHalf &half)
+    {
+        for (;;) {
+            if (!deliver(false))
+                return false;
+            std::unique_lock lock(m_mutex);
+            if (half.done)
+                return true;
+            m_wake.wait_for(lock, kWaitSlice);
+        }
     }
 
     /// Keeps delivering until `count` workers have reported done.
@@ -541,9 +631,36 @@ bool runWorker(MdbHandle *mdb, RowLoadHub &hub, bool owner)
             hub.tableGrowing(*position);
             return true;
         };
-        if (!loadPlannedRows(mdb, hub.planned(*position), tick)) {
-            hub.fail();
-            return false;
+        PlannedTable &planned = hub.planned(*position);
+        TableStore &store = planned.table->mutableStore();
+        if (!planned.backHalf) {
+            if (!loadPlannedRows(mdb, planned, store, PageRange{}, tick)) {
+                hub.fail();
+                return false;
+            }
+        } else {
+            // This handle reads the front pages while the second one reads the back pages.
+            BackHalf &half = *planned.backHalf;
+            const PageRange front{PageRange::Part::Front, half.splitPage};
+            if (!loadPlannedRows(mdb, planned, store, front, tick) || !hub.waitForBackHalf(half)) {
+                hub.fail();
+                return false;
+            }
+            if (!half.ok) {
+                // The second handle could not read it (it could not open the file the same way,
+                // say): read the back pages here.
+                half.rows = TableStore(planned.table->columns().size());
+                const PageRange back{PageRange::Part::Back, half.splitPage};
+                if (!loadPlannedRows(mdb, planned, half.rows, back, tick)) {
+                    hub.fail();
+                    return false;
+                }
+            }
+            if (!store.appendStore(std::move(half.rows))) {
+                hub.fail();
+                return false;
+            }
+            planned.backHalf.reset();
         }
         hub.tableFinished(*position);
         if (owner && !hub.deliver(false))
@@ -580,10 +697,46 @@ bool loadRows(const std::string &path, MdbHandle *mdb, std::vector<PlannedTable>
         return planned.cost >= options.parallelFromCells;
     });
     const bool parallel = options.workers >= 2 && substantial >= 2;
+    // With one large table, the second handle reads the later half of its pages instead.
+    PlannedTable *split = nullptr;
+    if (!parallel && options.workers >= 2 && !plan.empty()) {
+        const auto biggest = std::max_element(plan.begin(), plan.end(), [](const auto &a, const auto &b) {
+            return a.cost < b.cost;
+        });
+        if (biggest->cost >= options.splitFromCells) {
+            if (const std::uint32_t page = middleDataPage(mdb, *biggest)) {
+                biggest->backHalf = std::make_unique<BackHalf>();
+                biggest->backHalf->splitPage = page;
+                biggest->backHalf->rows = TableStore(biggest->table->columns().size());
+                split = &*biggest;
+            }
+        }
+    }
     RowLoadHub hub(sink, plan, parallel);
     std::thread second;
     WorkerGuard guard(hub, second);
-    if (parallel) {
+    if (split) {
+        const unsigned catalogSize = mdb->num_catalog;
+        second = std::thread([&hub, path, catalogSize, split] {
+            BackHalf &half = *split->backHalf;
+            bool ok = false;
+            try {
+                HandlePtr own = openHandle(path);
+                if (own && mdb_read_catalog(own.get(), MDB_ANY) && own->num_catalog == catalogSize) {
+                    const RowTicker tick = [&hub](std::uint64_t rows) {
+                        hub.addRows(rows);
+                        return !hub.stopped();
+                    };
+                    ok = loadPlannedRows(own.get(), *split, half.rows, PageRange{PageRange::Part::Back, half.splitPage},
+                                         tick);
+                }
+            } catch (...) {
+                ok = false; // the owner reads the back half itself
+            }
+            hub.backHalfDone(half, ok);
+            hub.workerDone();
+        });
+    } else if (parallel) {
         const unsigned catalogSize = mdb->num_catalog;
         second = std::thread([&hub, path, catalogSize] {
             try {
@@ -600,7 +753,7 @@ bool loadRows(const std::string &path, MdbHandle *mdb, std::vector<PlannedTable>
     const bool ownerDone = runWorker(mdb, hub, true);
     if (!ownerDone)
         hub.stop();
-    if (parallel) {
+    if (parallel || split) {
         hub.waitForWorkers(1);
         second.join();
     }

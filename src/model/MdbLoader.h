@@ -25,6 +25,10 @@ struct LoadOptions {
     /// A second handle is used only when at least two kept tables reach this many estimated
     /// cells (rows times columns): below it, opening a second handle costs more than it saves.
     std::uint64_t parallelFromCells = 100'000;
+    /// When fewer than two tables reach `parallelFromCells`, the largest table, once it
+    /// reaches this many estimated cells, is read by both handles: the first reads the earlier
+    /// half of its data pages, the second the later half, and the rows are joined in order.
+    std::uint64_t splitFromCells = 100'000;
 };
 
 /// Receives a load as it happens. Every call comes on the thread that called `loadDatabase`.

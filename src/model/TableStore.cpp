@@ -165,6 +165,47 @@ void TableStore::endRow()
     m_pendingCount = 0;
 }
 
+bool TableStore::appendStore(TableStore &&other)
+{
+    if (other.m_columnCount != m_columnCount)
+        return false;
+    const auto blockShift = static_cast<std::uint64_t>(m_blocks.size()) << 32;
+    const auto blobShift = static_cast<std::uint32_t>(m_blobs.size());
+    if (blobShift != 0 && !other.m_blobs.empty()) {
+        // The appended rows name their blobs by position: move those positions past ours.
+        for (std::size_t row = 0; row < other.m_rowStarts.size(); ++row) {
+            unsigned char *header = const_cast<unsigned char *>(other.rowBytes(row));
+            const unsigned char *p = header;
+            for (std::size_t c = 0; c < m_columnCount; ++c) {
+                while (*p++ & 0x80) {
+                }
+            }
+            unsigned char *cell = header + (p - header);
+            p = header;
+            for (std::size_t c = 0; c < m_columnCount; ++c) {
+                std::uint64_t entry = 0;
+                p = readVarintTrusted(p, entry);
+                if (entry & 1) {
+                    std::uint32_t index;
+                    std::memcpy(&index, cell, sizeof index);
+                    index += blobShift;
+                    std::memcpy(cell, &index, sizeof index);
+                }
+                cell += entry >> 1;
+            }
+        }
+    }
+    m_rowStarts.reserve(m_rowStarts.size() + other.m_rowStarts.size());
+    for (const std::uint64_t start : other.m_rowStarts)
+        m_rowStarts.push_back(start + blockShift);
+    for (Block &block : other.m_blocks)
+        m_blocks.push_back(std::move(block));
+    for (auto &blob : other.m_blobs)
+        m_blobs.push_back(std::move(blob));
+    other.clear();
+    return true;
+}
+
 void TableStore::reserveRows(std::size_t rows)
 {
     m_rowStarts.reserve(std::min<std::size_t>(rows, 50'000'000));
@@ -172,13 +213,17 @@ void TableStore::reserveRows(std::size_t rows)
 
 void TableStore::shrink()
 {
-    for (Block &block : m_blocks) {
-        if (block.size == 0 || block.size + 4096 >= block.capacity)
-            continue;
-        std::unique_ptr<char[]> bytes(new char[block.size]);
-        std::memcpy(bytes.get(), block.bytes.get(), block.size);
-        block.bytes = std::move(bytes);
-        block.capacity = block.size;
+    // Only the last block has room to spare worth giving back: a block is finished once the
+    // next row does not fit, so an earlier one lacks at most one row. The earlier blocks also
+    // stay where they are, since the loader may be sending them from another thread.
+    if (!m_blocks.empty()) {
+        Block &block = m_blocks.back();
+        if (block.size != 0 && block.size + 4096 < block.capacity) {
+            std::unique_ptr<char[]> bytes(new char[block.size]);
+            std::memcpy(bytes.get(), block.bytes.get(), block.size);
+            block.bytes = std::move(bytes);
+            block.capacity = block.size;
+        }
     }
     m_rowStarts.shrink_to_fit();
     m_blobs.shrink_to_fit();

@@ -38,7 +38,13 @@ public:
     void appendBlob(std::unique_ptr<TOrbBlobData> blob);
     void endRow();
 
-    /// Releases spare capacity after loading.
+    /// Appends every row of `other` (same column count, no row half filled in either) after
+    /// this store's rows, taking over its blocks and blobs: how the two halves of a table read
+    /// by two handles are joined. Blob cells of the appended rows are renumbered in place.
+    /// False, with nothing changed, when the column counts differ.
+    bool appendStore(TableStore &&other);
+
+    /// Releases spare capacity after loading (of the last block; earlier blocks never move).
     void shrink();
     void clear();
 

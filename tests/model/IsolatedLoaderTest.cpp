@@ -19,6 +19,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <set>
 #include <sstream>
 
@@ -141,6 +142,33 @@ TEST_F(IsolatedLoader, ParallelLoadingMergesInCatalogOrder)
         auto isolated = TOrbMDBFile::fromPath(test::fixturePath(name));
         IsolatedLoadOptions options;
         options.load = LoadOptions{2, 0};
+        ASSERT_TRUE(loadFileIsolated(*isolated, nullptr, options));
+        test::expectSameModel(*sequential, *isolated);
+    }
+}
+
+TEST_F(IsolatedLoader, SplitTableGivesTheRowsOfASingleRead)
+{
+    // No table counts as large for loading tables side by side, and any table of two data
+    // pages or more is split: the second handle reads the later half of the largest table's
+    // pages, and its rows (with their blobs) must join the first half's exactly in order.
+    LoadOptions split{2, std::numeric_limits<std::uint64_t>::max(), 0};
+    std::vector<std::string> paths;
+    for (const char *name : {"features.mdb", "features.accdb", "ole.mdb", "ole.accdb", "jet3_size97.mdb",
+                             "newtypes.accdb"})
+        paths.push_back(test::fixturePath(name));
+    if (const std::string big = test::sharedPath("testdata/rows70000.mdb"); !big.empty())
+        paths.push_back(big);
+    for (const std::string &path : paths) {
+        SCOPED_TRACE(path);
+        auto sequential = TOrbMDBFile::fromPath(path);
+        ASSERT_TRUE(loadFileInProcess(*sequential, nullptr, LoadOptions{1, 0, 0}));
+        auto inProcess = TOrbMDBFile::fromPath(path);
+        ASSERT_TRUE(loadFileInProcess(*inProcess, nullptr, split));
+        test::expectSameModel(*sequential, *inProcess);
+        auto isolated = TOrbMDBFile::fromPath(path);
+        IsolatedLoadOptions options;
+        options.load = split;
         ASSERT_TRUE(loadFileIsolated(*isolated, nullptr, options));
         test::expectSameModel(*sequential, *isolated);
     }

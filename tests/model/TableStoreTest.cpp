@@ -171,6 +171,57 @@ TEST(TableStore, RawFormArrivingInPiecesIsCheckedAsBlocksArrive)
     EXPECT_EQ(store.rowCount(), 0u);
 }
 
+TEST(TableStore, AppendedHalvesKeepTheirRowsAndBlobs)
+{
+    // Two halves of one table, each with blobs numbered from 0, as two handles read them.
+    const auto fill = [](TableStore &store, int from, int to) {
+        for (int r = from; r < to; ++r) {
+            store.beginRow();
+            const std::string id = std::to_string(r);
+            store.appendText(id.data(), id.size());
+            if (r % 4 == 0)
+                store.appendBlob(std::make_unique<TOrbBlobData>(std::vector<std::uint8_t>(1 + r % 50, static_cast<std::uint8_t>(r)), "bin"));
+            else
+                store.appendNull();
+            const std::string wide(static_cast<std::size_t>(r % 700), 'q');
+            store.appendText(wide.data(), wide.size());
+            store.endRow();
+        }
+    };
+    TableStore whole(3), front(3), back(3);
+    fill(whole, 0, 9000);
+    fill(front, 0, 4000);
+    fill(back, 4000, 9000);
+    ASSERT_GT(back.blocks().size(), 1u);
+    ASSERT_TRUE(front.appendStore(std::move(back)));
+    EXPECT_EQ(back.rowCount(), 0u);
+    ASSERT_EQ(front.rowCount(), whole.rowCount());
+    ASSERT_EQ(front.blobs().size(), whole.blobs().size());
+    for (std::size_t r = 0; r < whole.rowCount(); ++r)
+        for (std::size_t c = 0; c < 3; ++c) {
+            const CellValue expected = whole.cell(r, c);
+            const CellValue joined = front.cell(r, c);
+            ASSERT_EQ(joined.kind, expected.kind) << r << "," << c;
+            if (expected.isBlob())
+                ASSERT_EQ(joined.blob->data(), expected.blob->data()) << r;
+            else
+                ASSERT_EQ(joined.text, expected.text) << r << "," << c;
+        }
+    // The joined store is a valid raw form, as the isolated open checks it.
+    std::vector<TableStore::Block> blocks;
+    for (const auto &block : front.blocks())
+        blocks.push_back(makeBlock(std::string(block.bytes.get(), block.size)));
+    std::vector<std::unique_ptr<TOrbBlobData>> blobs;
+    for (const auto &blob : front.blobs())
+        blobs.push_back(std::make_unique<TOrbBlobData>(blob->data(), "bin"));
+    TableStore copy;
+    EXPECT_TRUE(copy.adopt(3, std::move(blocks), front.rowStarts(), std::move(blobs)));
+
+    TableStore narrow(2);
+    EXPECT_FALSE(front.appendStore(std::move(narrow)));
+    EXPECT_EQ(front.rowCount(), whole.rowCount());
+}
+
 TEST(TableStore, RawFormRoundTrips)
 {
     TableStore source(3);
