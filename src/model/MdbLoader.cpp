@@ -13,12 +13,14 @@
 #include <condition_variable>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <new>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -336,6 +338,7 @@ private:
 /// reads the earlier pages.
 struct BackHalf {
     std::uint32_t splitPage = 0; ///< the first data page of the back half
+    std::uint64_t rowBound = 0;  ///< more rows than the file can hold (a damaged count may say more)
     TableStore rows;
     bool done = false; ///< guarded by the hub's mutex
     bool ok = false;   ///< guarded by the hub's mutex
@@ -641,6 +644,8 @@ bool runWorker(MdbHandle *mdb, RowLoadHub &hub, bool owner)
         } else {
             // This handle reads the front pages while the second one reads the back pages.
             BackHalf &half = *planned.backHalf;
+            // Room for every row up front, so that joining the halves moves no row starts.
+            store.reserveRows(static_cast<std::size_t>(std::min(planned.rows, half.rowBound)));
             const PageRange front{PageRange::Part::Front, half.splitPage};
             if (!loadPlannedRows(mdb, planned, store, front, tick) || !hub.waitForBackHalf(half)) {
                 hub.fail();
@@ -707,6 +712,10 @@ bool loadRows(const std::string &path, MdbHandle *mdb, std::vector<PlannedTable>
             if (const std::uint32_t page = middleDataPage(mdb, *biggest)) {
                 biggest->backHalf = std::make_unique<BackHalf>();
                 biggest->backHalf->splitPage = page;
+                // A row takes a few bytes of its page at the least.
+                std::error_code error;
+                const std::uintmax_t bytes = std::filesystem::file_size(path, error);
+                biggest->backHalf->rowBound = error ? 0 : static_cast<std::uint64_t>(bytes / 4);
                 biggest->backHalf->rows = TableStore(biggest->table->columns().size());
                 split = &*biggest;
             }
