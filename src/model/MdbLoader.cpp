@@ -613,6 +613,29 @@ private:
     std::chrono::steady_clock::time_point m_lastReport{};
 };
 
+/// Loads a table whose later pages the second handle reads: reads the earlier pages here,
+/// waits for the later ones (reading them here after all when the second handle could not)
+/// and joins the two in order. False when a half could not be read or the load stopped.
+bool loadSplitTable(MdbHandle *mdb, RowLoadHub &hub, PlannedTable &planned, const RowTicker &tick)
+{
+    BackHalf &half = *planned.backHalf;
+    TableStore &store = planned.table->mutableStore();
+    // Room for every row up front, so that joining the halves moves no row starts.
+    store.reserveRows(static_cast<std::size_t>(std::min(planned.rows, half.rowBound)));
+    const PageRange front{PageRange::Part::Front, half.splitPage};
+    if (!loadPlannedRows(mdb, planned, store, front, tick) || !hub.waitForBackHalf(half))
+        return false;
+    if (!half.ok) {
+        half.rows = TableStore(planned.table->columns().size());
+        const PageRange back{PageRange::Part::Back, half.splitPage};
+        if (!loadPlannedRows(mdb, planned, half.rows, back, tick))
+            return false;
+    }
+    const bool joined = store.appendStore(std::move(half.rows));
+    planned.backHalf.reset();
+    return joined;
+}
+
 /// Loads tables from the hub through one handle until none is left; false when a table could
 /// not be loaded or the load stopped. The owner (the thread of the sink) passes progress on as
 /// it goes; the other worker only counts rows and watches for a stop.
@@ -635,37 +658,12 @@ bool runWorker(MdbHandle *mdb, RowLoadHub &hub, bool owner)
             return true;
         };
         PlannedTable &planned = hub.planned(*position);
-        TableStore &store = planned.table->mutableStore();
-        if (!planned.backHalf) {
-            if (!loadPlannedRows(mdb, planned, store, PageRange{}, tick)) {
-                hub.fail();
-                return false;
-            }
-        } else {
-            // This handle reads the front pages while the second one reads the back pages.
-            BackHalf &half = *planned.backHalf;
-            // Room for every row up front, so that joining the halves moves no row starts.
-            store.reserveRows(static_cast<std::size_t>(std::min(planned.rows, half.rowBound)));
-            const PageRange front{PageRange::Part::Front, half.splitPage};
-            if (!loadPlannedRows(mdb, planned, store, front, tick) || !hub.waitForBackHalf(half)) {
-                hub.fail();
-                return false;
-            }
-            if (!half.ok) {
-                // The second handle could not read it (it could not open the file the same way,
-                // say): read the back pages here.
-                half.rows = TableStore(planned.table->columns().size());
-                const PageRange back{PageRange::Part::Back, half.splitPage};
-                if (!loadPlannedRows(mdb, planned, half.rows, back, tick)) {
-                    hub.fail();
-                    return false;
-                }
-            }
-            if (!store.appendStore(std::move(half.rows))) {
-                hub.fail();
-                return false;
-            }
-            planned.backHalf.reset();
+        const bool loaded = planned.backHalf ? loadSplitTable(mdb, hub, planned, tick)
+                                             : loadPlannedRows(mdb, planned, planned.table->mutableStore(),
+                                                               PageRange{}, tick);
+        if (!loaded) {
+            hub.fail();
+            return false;
         }
         hub.tableFinished(*position);
         if (owner && !hub.deliver(false))
