@@ -174,6 +174,49 @@ TEST_F(IsolatedLoader, SplitTableGivesTheRowsOfASingleRead)
     }
 }
 
+/// Collects a load's tables; removes the file once the catalog is read, so that a second
+/// handle cannot open it any more (the first one keeps reading the open file).
+class FileRemovingSink : public LoadSink {
+public:
+    explicit FileRemovingSink(std::string path) : m_path(std::move(path)) {}
+    void tableStarted(const std::string &, std::size_t, std::size_t) override {}
+    void rowsLoaded(std::uint64_t) override {}
+    bool shouldCancel() override { return false; }
+    void catalogRead(std::size_t count, std::uint64_t) override
+    {
+        tables.resize(count);
+        fs::remove(m_path);
+    }
+    void tableLoaded(std::size_t position, std::unique_ptr<TOrbMDBTable> table) override
+    {
+        tables.at(position) = std::move(table);
+    }
+    std::vector<std::unique_ptr<TOrbMDBTable>> tables;
+
+private:
+    std::string m_path;
+};
+
+TEST_F(IsolatedLoader, SplitTableIsReadWholeWhenTheSecondHandleCannotOpenTheFile)
+{
+    const std::string source = test::sharedPath("testdata/rows70000.mdb");
+    if (source.empty())
+        GTEST_SKIP() << "../shared/testdata/rows70000.mdb is absent: no table large enough to split";
+    auto reference = TOrbMDBFile::fromPath(source);
+    ASSERT_TRUE(loadFileInProcess(*reference, nullptr, LoadOptions{1, 0, 0}));
+    const std::string copy = m_dir + "/rows.mdb";
+    fs::copy_file(source, copy);
+    TOrbMDBFile relationships;
+    FileRemovingSink sink(copy);
+    ASSERT_TRUE(loadDatabase(copy, relationships, sink, LoadOptions{2, std::numeric_limits<std::uint64_t>::max(), 0}));
+    EXPECT_FALSE(fs::exists(copy));
+    ASSERT_EQ(sink.tables.size(), reference->tables().size());
+    for (std::size_t i = 0; i < sink.tables.size(); ++i) {
+        ASSERT_TRUE(sink.tables[i]);
+        test::expectSameTable(*reference->tables()[i], *sink.tables[i]);
+    }
+}
+
 TEST_F(IsolatedLoader, ReportsEveryTableAndTheRowTotal)
 {
     for (const LoadMode mode : {LoadMode::InProcess, LoadMode::Isolated}) {
