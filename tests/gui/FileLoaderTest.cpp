@@ -73,6 +73,9 @@ private slots:
         QVERIFY(ticks >= 3); // the event loop ran meanwhile
         QProgressDialog *dialog = window.findChild<QProgressDialog *>();
         QVERIFY(dialog->isVisible());
+        // The bar follows the rows: the table definitions' total is known before any row.
+        QTRY_COMPARE(dialog->maximum(), 1000);
+        QVERIFY(dialog->value() >= 0 && dialog->value() <= 1000);
         QPushButton *cancel = dialog->findChild<QPushButton *>();
         QVERIFY(cancel);
         QCOMPARE(cancel->text(), QString("Cancel"));
