@@ -22,13 +22,17 @@ bool isHex(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || 
 
 void appendOoxmlText(std::string &out, std::string_view text)
 {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '_' && i + 6 < text.size() && text[i + 1] == 'x' && isHex(text[i + 2]) && isHex(text[i + 3]) &&
-            isHex(text[i + 4]) && isHex(text[i + 5]) && text[i + 6] == '_')
-            out += "_x005F_";
-        else
-            out += text[i];
+    // Copies runs up to each underscore whole; only an underscore that starts "_xHHHH_" changes.
+    std::size_t from = 0;
+    for (std::size_t i = text.find('_'); i != std::string_view::npos; i = text.find('_', i + 1)) {
+        if (i + 6 < text.size() && text[i + 1] == 'x' && isHex(text[i + 2]) && isHex(text[i + 3]) &&
+            isHex(text[i + 4]) && isHex(text[i + 5]) && text[i + 6] == '_') {
+            out.append(text.substr(from, i - from));
+            out += "_x005F";
+            from = i; // the underscore itself follows with the rest
+        }
     }
+    out.append(text.substr(from));
 }
 
 XlsxExport::~XlsxExport() { deleteWorkBook(); }

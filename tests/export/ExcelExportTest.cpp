@@ -55,6 +55,26 @@ TEST(SpreadsheetExport, NumberColumnsAndLeadingNumbers)
 
 // ---- the adapter ----
 
+TEST(XlsxExport, EscapesOnlyUnderscoresThatStartAnOoxmlEscape)
+{
+    const std::pair<const char *, const char *> cases[] = {
+        {"plain", "plain"},
+        {"a_b_c", "a_b_c"},
+        {"_x0041_", "_x005F_x0041_"},
+        {"a_x0041_b_xABCD_", "a_x005F_x0041_b_x005F_xABCD_"},
+        {"_x005F_x0041_", "_x005F_x005F_x005F_x0041_"}, // escapes that touch
+        {"_x0041", "_x0041"},                             // no closing underscore
+        {"_x00G1_", "_x00G1_"},                           // not hexadecimal
+        {"_X0041_", "_X0041_"},                           // the x is lower case only
+        {"tail_", "tail_"},
+    };
+    for (const auto &[text, expected] : cases) {
+        std::string out = "prefix:";
+        appendOoxmlText(out, text);
+        EXPECT_EQ(out, std::string("prefix:") + expected) << text;
+    }
+}
+
 TEST(ExcelExport, AdapterKeepsOneWorkbookAndLogsWithoutOne)
 {
     VELLUM_REQUIRE_WORKBOOK_READERS();
