@@ -4,6 +4,7 @@
 #include "model/TOrbMDBFile.h"
 #include "model/TOrbMDBForeignKey.h"
 #include "model/TOrbMDBTable.h"
+#include "util/logging.h"
 
 #include <algorithm>
 #include <cstring>
@@ -301,8 +302,15 @@ bool readModelStream(ByteSource &source, LoadObserver *observer, ReceivedModel &
     char magic[sizeof kLoaderStreamMagic];
     std::uint32_t version = 0;
     if (!reader.getRaw(magic, sizeof magic) || std::memcmp(magic, kLoaderStreamMagic, sizeof magic) != 0 ||
-        !reader.getRaw(&version, sizeof version) || version != kLoaderStreamVersion)
+        !reader.getRaw(&version, sizeof version))
         return false;
+    if (version != kLoaderStreamVersion) {
+        // A helper from another build: say so, since every file would fail to open.
+        C_LogError("vellum-loader sends stream version %u, this program reads version %u: install both from the "
+                   "same build",
+                   version, kLoaderStreamVersion);
+        return false;
+    }
 
     bool haveCatalog = false;
     std::size_t received = 0;
