@@ -217,6 +217,38 @@ TEST_F(IsolatedLoader, SplitTableIsReadWholeWhenTheSecondHandleCannotOpenTheFile
     }
 }
 
+/// Cancels once a number of rows has been loaded.
+class CancelAtRows : public LoadObserver {
+public:
+    explicit CancelAtRows(std::uint64_t rows) : m_rows(rows) {}
+    void tableStarted(const std::string &, std::size_t, std::size_t) override {}
+    void rowsLoaded(std::uint64_t totalRows) override { m_seen = totalRows; }
+    bool shouldCancel() override { return m_seen >= m_rows; }
+
+private:
+    std::uint64_t m_rows;
+    std::uint64_t m_seen = 0;
+};
+
+TEST_F(IsolatedLoader, CancelInTheMiddleOfASplitTableStopsBothHandles)
+{
+    const std::string path = test::sharedPath("testdata/rows70000.mdb");
+    if (path.empty())
+        GTEST_SKIP() << "../shared/testdata/rows70000.mdb is absent: no table large enough to split";
+    const LoadOptions split{2, std::numeric_limits<std::uint64_t>::max(), 0};
+    for (const bool isolated : {false, true}) {
+        SCOPED_TRACE(isolated ? "isolated" : "in process");
+        CancelAtRows observer(20000);
+        auto file = TOrbMDBFile::fromPath(path);
+        IsolatedLoadOptions options;
+        options.load = split;
+        EXPECT_FALSE(isolated ? loadFileIsolated(*file, &observer, options)
+                              : loadFileInProcess(*file, &observer, split));
+        EXPECT_TRUE(file->tables().empty());
+    }
+    EXPECT_TRUE(noChildLeft());
+}
+
 TEST_F(IsolatedLoader, ReportsEveryTableAndTheRowTotal)
 {
     for (const LoadMode mode : {LoadMode::InProcess, LoadMode::Isolated}) {
