@@ -691,6 +691,69 @@ private:
     std::thread &m_thread;
 };
 
+/// The second handle's work when several tables are large: opens the file again and takes
+/// tables from the hub as the owner does.
+void loadSharedTables(RowLoadHub &hub, const std::string &path, unsigned catalogSize)
+{
+    try {
+        // A handle that cannot be opened the same way simply does not help.
+        HandlePtr own = openHandle(path);
+        if (own && mdb_read_catalog(own.get(), MDB_ANY) && own->num_catalog == catalogSize)
+            runWorker(own.get(), hub, false);
+    } catch (...) {
+        hub.fail();
+    }
+    hub.workerDone();
+}
+
+/// With one large table, the second handle reads the later half of its pages: picks the
+/// largest table when it reaches `splitFromCells` and has pages to split, and prepares its
+/// back half. nullptr when no table is split.
+PlannedTable *planSplit(const std::string &path, MdbHandle *mdb, std::vector<PlannedTable> &plan,
+                        const LoadOptions &options)
+{
+    if (plan.empty())
+        return nullptr;
+    const auto biggest =
+        std::max_element(plan.begin(), plan.end(), [](const auto &a, const auto &b) { return a.cost < b.cost; });
+    if (biggest->cost < options.splitFromCells)
+        return nullptr;
+    const std::uint32_t page = middleDataPage(mdb, *biggest);
+    if (!page)
+        return nullptr;
+    auto half = std::make_unique<BackHalf>();
+    half->splitPage = page;
+    // A row takes a few bytes of its page at the least.
+    std::error_code error;
+    const std::uintmax_t bytes = std::filesystem::file_size(path, error);
+    half->rowBound = error ? 0 : static_cast<std::uint64_t>(bytes / 4);
+    half->rows = TableStore(biggest->table->columns().size());
+    biggest->backHalf = std::move(half);
+    return &*biggest;
+}
+
+/// The second handle's work on a split table: opens the file again and reads the back half,
+/// then reports whether it could (the owner reads it itself when not).
+void readBackHalf(RowLoadHub &hub, const std::string &path, unsigned catalogSize, PlannedTable &split)
+{
+    BackHalf &half = *split.backHalf;
+    bool ok = false;
+    try {
+        HandlePtr own = openHandle(path);
+        if (own && mdb_read_catalog(own.get(), MDB_ANY) && own->num_catalog == catalogSize) {
+            const RowTicker tick = [&hub](std::uint64_t rows) {
+                hub.addRows(rows);
+                return !hub.stopped();
+            };
+            ok = loadPlannedRows(own.get(), split, half.rows, PageRange{PageRange::Part::Back, half.splitPage}, tick);
+        }
+    } catch (...) {
+        ok = false;
+    }
+    hub.backHalfDone(half, ok);
+    hub.workerDone();
+}
+
 /// Loads the rows of every planned table and hands the tables to the sink. A second handle
 /// on a second thread helps when at least two tables are substantial.
 bool loadRows(const std::string &path, MdbHandle *mdb, std::vector<PlannedTable> &plan, LoadSink &sink,
@@ -700,63 +763,15 @@ bool loadRows(const std::string &path, MdbHandle *mdb, std::vector<PlannedTable>
         return planned.cost >= options.parallelFromCells;
     });
     const bool parallel = options.workers >= 2 && substantial >= 2;
-    // With one large table, the second handle reads the later half of its pages instead.
-    PlannedTable *split = nullptr;
-    if (!parallel && options.workers >= 2 && !plan.empty()) {
-        const auto biggest = std::max_element(plan.begin(), plan.end(), [](const auto &a, const auto &b) {
-            return a.cost < b.cost;
-        });
-        if (biggest->cost >= options.splitFromCells) {
-            if (const std::uint32_t page = middleDataPage(mdb, *biggest)) {
-                biggest->backHalf = std::make_unique<BackHalf>();
-                biggest->backHalf->splitPage = page;
-                // A row takes a few bytes of its page at the least.
-                std::error_code error;
-                const std::uintmax_t bytes = std::filesystem::file_size(path, error);
-                biggest->backHalf->rowBound = error ? 0 : static_cast<std::uint64_t>(bytes / 4);
-                biggest->backHalf->rows = TableStore(biggest->table->columns().size());
-                split = &*biggest;
-            }
-        }
-    }
+    PlannedTable *split = parallel || options.workers < 2 ? nullptr : planSplit(path, mdb, plan, options);
     RowLoadHub hub(sink, plan, parallel);
     std::thread second;
     WorkerGuard guard(hub, second);
-    if (split) {
-        const unsigned catalogSize = mdb->num_catalog;
-        second = std::thread([&hub, path, catalogSize, split] {
-            BackHalf &half = *split->backHalf;
-            bool ok = false;
-            try {
-                HandlePtr own = openHandle(path);
-                if (own && mdb_read_catalog(own.get(), MDB_ANY) && own->num_catalog == catalogSize) {
-                    const RowTicker tick = [&hub](std::uint64_t rows) {
-                        hub.addRows(rows);
-                        return !hub.stopped();
-                    };
-                    ok = loadPlannedRows(own.get(), *split, half.rows, PageRange{PageRange::Part::Back, half.splitPage},
-                                         tick);
-                }
-            } catch (...) {
-                ok = false; // the owner reads the back half itself
-            }
-            hub.backHalfDone(half, ok);
-            hub.workerDone();
-        });
-    } else if (parallel) {
-        const unsigned catalogSize = mdb->num_catalog;
-        second = std::thread([&hub, path, catalogSize] {
-            try {
-                // A handle that cannot be opened the same way simply does not help.
-                HandlePtr own = openHandle(path);
-                if (own && mdb_read_catalog(own.get(), MDB_ANY) && own->num_catalog == catalogSize)
-                    runWorker(own.get(), hub, false);
-            } catch (...) {
-                hub.fail();
-            }
-            hub.workerDone();
-        });
-    }
+    const unsigned catalogSize = mdb->num_catalog;
+    if (split)
+        second = std::thread([&hub, path, catalogSize, split] { readBackHalf(hub, path, catalogSize, *split); });
+    else if (parallel)
+        second = std::thread([&hub, path, catalogSize] { loadSharedTables(hub, path, catalogSize); });
     const bool ownerDone = runWorker(mdb, hub, true);
     if (!ownerDone)
         hub.stop();
