@@ -15,7 +15,7 @@
 
 namespace vellum::test {
 
-struct ColumnSpec {
+struct TestColumn {
     std::string name;
     std::string type = "Text";
 };
@@ -24,15 +24,15 @@ struct ColumnSpec {
 using TestCell = std::optional<std::string>;
 
 /// Adds a table with the given columns and rows to a file (which becomes active).
-inline TOrbMDBTable *addTestTable(TOrbMDBFile &file, const std::string &name, const std::vector<ColumnSpec> &columns,
+inline TOrbMDBTable *addTestTable(TOrbMDBFile &file, const std::string &name, const std::vector<TestColumn> &columns,
                                   const std::vector<std::vector<TestCell>> &rows)
 {
     auto table = std::make_unique<TOrbMDBTable>();
     table->setName(name);
-    for (const ColumnSpec &spec : columns) {
+    for (const TestColumn &definition : columns) {
         auto column = std::make_unique<TOrbMDBColumn>();
-        column->setName(spec.name);
-        column->setDataType(spec.type);
+        column->setName(definition.name);
+        column->setDataType(definition.type);
         table->addColumn(std::move(column));
     }
     TableStore &store = table->mutableStore();
