@@ -52,6 +52,15 @@ struct ExportCliOption {
     bool (*apply)(ExportCliRequest &request, const std::string &value, std::string &error);
 };
 
+/// The `apply` of a switch that sets one flag of the options, e.g.
+/// `setsFlag<&ExportOptions::includeIndexes, false>` for --no-indexes.
+template <bool ExportOptions::*Flag, bool Value>
+bool setsFlag(ExportCliRequest &request, const std::string &, std::string &)
+{
+    request.options.*Flag = Value;
+    return true;
+}
+
 /// One value of --format.
 struct ExportCliFormat {
     const char *name; ///< "csv"

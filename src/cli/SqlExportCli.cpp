@@ -22,36 +22,6 @@ bool applySchema(ExportCliRequest &request, const std::string &value, std::strin
     return true;
 }
 
-bool applyNoStructure(ExportCliRequest &request, const std::string &, std::string &)
-{
-    request.options.exportStructure = false;
-    return true;
-}
-
-bool applyNoDrop(ExportCliRequest &request, const std::string &, std::string &)
-{
-    request.options.includeDropTable = false;
-    return true;
-}
-
-bool applyNoForeignKeys(ExportCliRequest &request, const std::string &, std::string &)
-{
-    request.options.includeForeignKeys = false;
-    return true;
-}
-
-bool applyNoIndexes(ExportCliRequest &request, const std::string &, std::string &)
-{
-    request.options.includeIndexes = false;
-    return true;
-}
-
-bool applyNoData(ExportCliRequest &request, const std::string &, std::string &)
-{
-    request.options.exportData = false;
-    return true;
-}
-
 bool applyDecimal(ExportCliRequest &request, const std::string &value, std::string &)
 {
     request.options.decimalSymbol = value;
@@ -84,11 +54,11 @@ const std::vector<ExportCliOption> &sqlExportCliOptions()
          applyDialect},
         {"--schema", "NAME", "schema put before the table names (postgresql, oracle, sqlserver)", {kSql}, applySchema},
         {"--no-structure", nullptr, "leave out DROP, CREATE TABLE, indexes, comments and relationships", {kSql},
-         applyNoStructure},
-        {"--no-drop", nullptr, "leave out DROP TABLE", {kSql}, applyNoDrop},
-        {"--no-foreign-keys", nullptr, "leave out the relationships", {kSql}, applyNoForeignKeys},
-        {"--no-indexes", nullptr, "leave out the indexes", {kSql}, applyNoIndexes},
-        {"--no-data", nullptr, "leave out the INSERT statements", {kSql}, applyNoData},
+         setsFlag<&ExportOptions::exportStructure, false>},
+        {"--no-drop", nullptr, "leave out DROP TABLE", {kSql}, setsFlag<&ExportOptions::includeDropTable, false>},
+        {"--no-foreign-keys", nullptr, "leave out the relationships", {kSql}, setsFlag<&ExportOptions::includeForeignKeys, false>},
+        {"--no-indexes", nullptr, "leave out the indexes", {kSql}, setsFlag<&ExportOptions::includeIndexes, false>},
+        {"--no-data", nullptr, "leave out the INSERT statements", {kSql}, setsFlag<&ExportOptions::exportData, false>},
         {"--decimal", "TEXT", "replaces \".\" in Currency, Single and Double values (default \".\")", {kSql},
          applyDecimal},
     };

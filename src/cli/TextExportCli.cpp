@@ -11,12 +11,6 @@ constexpr ExportFileType kCsv = ExportFileType::CSV;
 constexpr ExportFileType kTxt = ExportFileType::TXT;
 constexpr ExportFileType kXml = ExportFileType::XML;
 
-bool applyNoHeader(ExportCliRequest &request, const std::string &, std::string &)
-{
-    request.options.includeColumnHeader = false;
-    return true;
-}
-
 bool applyDelimiter(ExportCliRequest &request, const std::string &value, std::string &error)
 {
     int tag = 0;
@@ -71,7 +65,7 @@ const std::vector<ExportCliOption> &textExportCliOptions()
     // --delimiter comes before --decimal: choosing ";" or "," sets the decimal symbol, which an
     // explicit --decimal then overrides.
     static const std::vector<ExportCliOption> options = {
-        {"--no-header", nullptr, "leave out the row of column names", {kCsv, kTxt}, applyNoHeader},
+        {"--no-header", nullptr, "leave out the row of column names", {kCsv, kTxt}, setsFlag<&ExportOptions::includeColumnHeader, false>},
         {"--delimiter", "tab|semicolon|comma|space",
          "field delimiter (csv: semicolon or comma; default comma for csv, tab for txt); semicolon sets the decimal "
          "symbol to \",\", comma to \".\"",

@@ -11,24 +11,6 @@ constexpr ExportFileType kXls = ExportFileType::XLS;
 constexpr ExportFileType kXlsx = ExportFileType::XLSX;
 constexpr ExportFileType kSql = ExportFileType::SQL;
 
-bool applySingleFile(ExportCliRequest &request, const std::string &, std::string &)
-{
-    request.options.exportSingleFile = true;
-    return true;
-}
-
-bool applyFilePerTable(ExportCliRequest &request, const std::string &, std::string &)
-{
-    request.options.exportSingleFile = false;
-    return true;
-}
-
-bool applyNoHeader(ExportCliRequest &request, const std::string &, std::string &)
-{
-    request.options.includeColumnHeader = false;
-    return true;
-}
-
 } // namespace
 
 extern const ExportCliFormat kXlsCliFormat = {
@@ -43,10 +25,10 @@ const std::vector<ExportCliOption> &workbookExportCliOptions()
     static const std::vector<ExportCliOption> options = {
         {"--single-file", nullptr,
          "one workbook or script for all chosen tables, OUTPUT is its path (the default without --table)",
-         {kXls, kXlsx, kSql}, applySingleFile},
+         {kXls, kXlsx, kSql}, setsFlag<&ExportOptions::exportSingleFile, true>},
         {"--file-per-table", nullptr, "one workbook or script per table, OUTPUT is a folder (the default with --table)",
-         {kXls, kXlsx, kSql}, applyFilePerTable},
-        {"--no-header", nullptr, "leave out the row of column names", {kXls, kXlsx}, applyNoHeader},
+         {kXls, kXlsx, kSql}, setsFlag<&ExportOptions::exportSingleFile, false>},
+        {"--no-header", nullptr, "leave out the row of column names", {kXls, kXlsx}, setsFlag<&ExportOptions::includeColumnHeader, false>},
     };
     return options;
 }
