@@ -4,11 +4,16 @@
 
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <string>
+#include <vector>
 
 namespace vellum::bench {
 
@@ -61,6 +66,42 @@ inline long long fileBytes(const std::string &path)
 {
     struct stat info;
     return stat(path.c_str(), &info) == 0 ? static_cast<long long>(info.st_size) : -1;
+}
+
+/// Runs `work` in a forked child, so that its memory and its peak are its own, and answers
+/// the numbers it gave back (empty when the child failed); `peakKiB`, when given, receives the
+/// child's peak resident size.
+inline std::vector<double> runInChild(const std::function<std::vector<double>()> &work, long *peakKiB = nullptr)
+{
+    constexpr std::size_t kMaxValues = 8;
+    int fds[2];
+    if (pipe(fds) != 0)
+        return {};
+    const pid_t pid = fork();
+    if (pid < 0) {
+        close(fds[0]);
+        close(fds[1]);
+        return {};
+    }
+    if (pid == 0) {
+        close(fds[0]);
+        std::vector<double> values = work();
+        values.resize(std::min(values.size(), kMaxValues));
+        const auto bytes = static_cast<ssize_t>(values.size() * sizeof(double));
+        _exit(write(fds[1], values.data(), static_cast<std::size_t>(bytes)) == bytes ? 0 : 1);
+    }
+    close(fds[1]);
+    double buffer[kMaxValues];
+    const ssize_t n = read(fds[0], buffer, sizeof buffer);
+    close(fds[0]);
+    int status = 0;
+    struct rusage usage {};
+    wait4(pid, &status, 0, &usage);
+    if (peakKiB)
+        *peakKiB = usage.ru_maxrss;
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || n <= 0)
+        return {};
+    return std::vector<double>(buffer, buffer + n / static_cast<ssize_t>(sizeof(double)));
 }
 
 /// A new folder under /tmp for a benchmark's files; "" (with the reason printed) when none

@@ -84,12 +84,7 @@ struct Run {
 /// One export of the table in a forked child.
 Run runExport(TOrbMDBFile &file, const TOrbMDBTable &table, ExportFileType kind, const std::string &folder)
 {
-    int fds[2];
-    if (pipe(fds) != 0)
-        return {};
-    const pid_t pid = fork();
-    if (pid == 0) {
-        close(fds[0]);
+    const std::vector<double> result = runInChild([&] {
         const long long baseline = anonymousResidentBytes();
         PeakSampler sampler(anonymousResidentBytes);
         const double cpuBefore = cpuSeconds(RUSAGE_SELF);
@@ -101,18 +96,10 @@ Run runExport(TOrbMDBFile &file, const TOrbMDBTable &table, ExportFileType kind,
         ok = ok && job.successTableCount() == 1;
         const double wall = since(start);
         const double cpu = cpuSeconds(RUSAGE_SELF) - cpuBefore; // the sampler's share is small
-        const double result[3] = {ok ? wall : -1, cpu, static_cast<double>(sampler.stop() - baseline)};
-        (void)!write(fds[1], result, sizeof result);
-        _exit(ok ? 0 : 1);
-    }
-    close(fds[1]);
+        return std::vector<double>{ok ? wall : -1, cpu, static_cast<double>(sampler.stop() - baseline)};
+    });
     Run run;
-    double result[3] = {-1, 0, 0};
-    (void)!read(fds[0], result, sizeof result);
-    close(fds[0]);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    if (WIFEXITED(status) && WEXITSTATUS(status) == 0) {
+    if (result.size() == 3) {
         run.wall = result[0];
         run.cpu = result[1];
         run.peakExtra = static_cast<long long>(result[2]);

@@ -29,41 +29,26 @@ struct Measure {
     bool ok = false;
 };
 
-/// Loads the file in a forked child; the child reports its time through a pipe.
+/// Loads the file in a forked child, which reports its time.
 Measure measureLoad(const std::string &path, LoadMode mode)
 {
-    int fds[2];
-    if (pipe(fds) != 0)
-        return {};
-    const pid_t pid = fork();
-    if (pid == 0) {
-        close(fds[0]);
-        const auto start = std::chrono::steady_clock::now();
-        auto file = TOrbMDBFile::fromPath(path);
-        const bool ok = file->open(mode, nullptr);
-        const double seconds = since(start);
-        size_t rows = 0;
-        for (const auto &table : file->tables())
-            rows += table->rowCount();
-        char line[128];
-        const int n = std::snprintf(line, sizeof line, "%d %.6f %zu\n", ok ? 1 : 0, seconds, rows);
-        if (write(fds[1], line, static_cast<size_t>(n)) != n)
-            _exit(2);
-        _exit(0);
-    }
-    close(fds[1]);
-    char line[128] = {0};
-    const ssize_t n = read(fds[0], line, sizeof line - 1);
-    close(fds[0]);
-    int status = 0;
-    struct rusage usage {};
-    wait4(pid, &status, 0, &usage);
     Measure m;
-    int ok = 0;
-    size_t rows = 0;
-    if (n > 0 && std::sscanf(line, "%d %lf %zu", &ok, &m.seconds, &rows) == 3)
-        m.ok = ok == 1 && rows > 0;
-    m.peakKiB = usage.ru_maxrss;
+    const std::vector<double> result = runInChild(
+        [&] {
+            const auto start = std::chrono::steady_clock::now();
+            auto file = TOrbMDBFile::fromPath(path);
+            const bool ok = file->open(mode, nullptr);
+            const double seconds = since(start);
+            std::size_t rows = 0;
+            for (const auto &table : file->tables())
+                rows += table->rowCount();
+            return std::vector<double>{ok ? 1.0 : 0.0, seconds, static_cast<double>(rows)};
+        },
+        &m.peakKiB);
+    if (result.size() == 3) {
+        m.ok = result[0] == 1.0 && result[2] > 0;
+        m.seconds = result[1];
+    }
     return m;
 }
 
