@@ -136,16 +136,7 @@ bool RowFilter::rowPasses(const TOrbMDBTable &table, std::size_t row, const std:
 {
     if (!active())
         return true;
-    // One pass over the row when it is searched in several columns; `cell` would read the
-    // row's header again for each.
-    if (searchColumns.size() < 3) {
-        for (const std::size_t column : searchColumns) {
-            const CellValue value = table.cell(row, column);
-            if (value.isText() && matches(value.text))
-                return true;
-        }
-        return false;
-    }
+    // One pass over the row: `cell` would read the row's header again for each column.
     thread_local std::vector<CellValue> cells;
     table.rowCells(row, cells);
     for (const std::size_t column : searchColumns) {

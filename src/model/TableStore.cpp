@@ -42,6 +42,16 @@ inline const unsigned char *readVarintTrusted(const unsigned char *p, std::uint6
     return p;
 }
 
+/// Skips `count` header numbers of a row the store wrote itself.
+inline const unsigned char *skipVarintsTrusted(const unsigned char *p, std::size_t count)
+{
+    for (std::size_t c = 0; c < count; ++c) {
+        while (*p++ & 0x80) {
+        }
+    }
+    return p;
+}
+
 } // namespace
 
 TableStore::TableStore(std::size_t columnCount) : m_columnCount(columnCount) {}
@@ -64,10 +74,7 @@ CellValue TableStore::cell(std::size_t row, std::size_t column) const
         if (c < column)
             offset += entry >> 1;
     }
-    for (std::size_t c = column + 1; c < m_columnCount; ++c) { // skip the rest of the header
-        while (*p++ & 0x80) {
-        }
-    }
+    p = skipVarintsTrusted(p, m_columnCount - column - 1); // the rest of the header
     const std::uint64_t length = entry >> 1;
     if (length == 0)
         return CellValue::null();
@@ -86,13 +93,8 @@ void TableStore::rowCells(std::size_t row, std::vector<CellValue> &out) const
     if (row >= m_rowStarts.size())
         return;
     const unsigned char *header = rowBytes(row);
+    const char *bytes = reinterpret_cast<const char *>(skipVarintsTrusted(header, m_columnCount));
     const unsigned char *p = header;
-    for (std::size_t c = 0; c < m_columnCount; ++c) { // find where the cells begin
-        while (*p++ & 0x80) {
-        }
-    }
-    const char *bytes = reinterpret_cast<const char *>(p);
-    p = header;
     for (std::size_t c = 0; c < m_columnCount; ++c) {
         std::uint64_t entry = 0;
         p = readVarintTrusted(p, entry);
@@ -175,13 +177,8 @@ bool TableStore::appendStore(TableStore &&other)
         // The appended rows name their blobs by position: move those positions past ours.
         for (std::size_t row = 0; row < other.m_rowStarts.size(); ++row) {
             unsigned char *header = const_cast<unsigned char *>(other.rowBytes(row));
+            unsigned char *cell = header + (skipVarintsTrusted(header, m_columnCount) - header);
             const unsigned char *p = header;
-            for (std::size_t c = 0; c < m_columnCount; ++c) {
-                while (*p++ & 0x80) {
-                }
-            }
-            unsigned char *cell = header + (p - header);
-            p = header;
             for (std::size_t c = 0; c < m_columnCount; ++c) {
                 std::uint64_t entry = 0;
                 p = readVarintTrusted(p, entry);
