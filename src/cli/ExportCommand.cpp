@@ -3,6 +3,7 @@
 #include "cli/ArgParser.h"
 #include "cli/CliContext.h"
 #include "cli/ExportCliFormat.h"
+#include "cli/TerminalBar.h"
 #include "export/ExportJob.h"
 #include "export/ExportRoutines.h"
 #include "export/exportPaths.h"
@@ -61,8 +62,6 @@ private:
 /// The progress label and a bar on standard error, only when it is a terminal.
 class ExportProgress : public ExportObserver {
 public:
-    ExportProgress() : m_enabled(isatty(2)) {}
-
     void updateProgressPanel(const ExportJob &job, std::size_t index) override
     {
         m_count = job.entries().size();
@@ -76,30 +75,16 @@ public:
         m_fraction = rowCount ? static_cast<double>(rowsDone) / static_cast<double>(rowCount) : 1.0;
         draw();
     }
-    void exportThreadFinished(const ExportJob &) override
-    {
-        if (m_drawn) {
-            std::fprintf(stderr, "\r\033[K");
-            std::fflush(stderr);
-        }
-    }
+    void exportThreadFinished(const ExportJob &) override { m_bar.clear(); }
 
 private:
     void draw()
     {
-        if (!m_enabled || m_count == 0)
-            return;
-        constexpr int kWidth = 30;
-        const double done = (static_cast<double>(m_index) + m_fraction) / static_cast<double>(m_count);
-        const int filled = static_cast<int>(kWidth * done);
-        std::fprintf(stderr, "\r[%.*s%*s] %s\033[K", filled, "##############################", kWidth - filled, "",
-                     m_label.c_str());
-        std::fflush(stderr);
-        m_drawn = true;
+        if (m_count > 0)
+            m_bar.draw((static_cast<double>(m_index) + m_fraction) / static_cast<double>(m_count), m_label);
     }
 
-    bool m_enabled;
-    bool m_drawn = false;
+    TerminalBar m_bar;
     std::size_t m_index = 0;
     std::size_t m_count = 0;
     double m_fraction = 0;

@@ -1,10 +1,6 @@
 #include "cli/LoadProgress.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cstdio>
-#include <string>
 
 namespace vellum::cli {
 
@@ -12,7 +8,7 @@ namespace {
 constexpr std::uint64_t kShowFromBytes = 4ull << 20;
 }
 
-LoadProgress::LoadProgress(std::uint64_t fileSize) : m_enabled(fileSize >= kShowFromBytes && isatty(2)) {}
+LoadProgress::LoadProgress(std::uint64_t fileSize) : m_enabled(fileSize >= kShowFromBytes && m_bar.enabled()) {}
 
 void LoadProgress::tableStarted(const std::string &name, std::size_t index, std::size_t count)
 {
@@ -38,32 +34,16 @@ void LoadProgress::draw()
     if (!m_enabled)
         return;
     // The bar follows the rows when the definitions gave a total, the tables otherwise.
-    constexpr int kWidth = 30;
-    int filled = 0;
+    const std::string rows = std::to_string(m_rows);
     if (m_expected > 0)
-        filled = static_cast<int>(kWidth * std::min(m_rows, m_expected) / m_expected);
+        m_bar.draw(static_cast<double>(std::min(m_rows, m_expected)) / static_cast<double>(m_expected),
+                   "table " + std::to_string(m_index + 1) + " of " + std::to_string(m_count) + ", " + rows + " of " +
+                       std::to_string(m_expected) + " rows");
     else if (m_count > 0)
-        filled = static_cast<int>(kWidth * m_index / m_count);
-    const std::string bar = std::string(static_cast<std::size_t>(filled), '#') + std::string(kWidth - filled, ' ');
-    if (m_count > 0 && m_expected > 0)
-        std::fprintf(stderr, "\r[%s] table %zu of %zu, %llu of %llu rows\033[K", bar.c_str(), m_index + 1, m_count,
-                     static_cast<unsigned long long>(m_rows), static_cast<unsigned long long>(m_expected));
-    else if (m_count > 0)
-        std::fprintf(stderr, "\r[%s] table %zu of %zu, %llu rows\033[K", bar.c_str(), m_index + 1, m_count,
-                     static_cast<unsigned long long>(m_rows));
+        m_bar.draw(static_cast<double>(m_index) / static_cast<double>(m_count),
+                   "table " + std::to_string(m_index + 1) + " of " + std::to_string(m_count) + ", " + rows + " rows");
     else
-        std::fprintf(stderr, "\rOpening: %s, %llu rows\033[K", m_table.c_str(), static_cast<unsigned long long>(m_rows));
-    std::fflush(stderr);
-    m_drawn = true;
-}
-
-void LoadProgress::finish()
-{
-    if (m_drawn) {
-        std::fprintf(stderr, "\r\033[K");
-        std::fflush(stderr);
-        m_drawn = false;
-    }
+        m_bar.draw(0, "Opening: " + m_table + ", " + rows + " rows");
 }
 
 } // namespace vellum::cli

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "cli/TerminalBar.h"
 #include "model/TOrbMDBFile.h"
 
 #include <cstdint>
+#include <string>
 
 namespace vellum::cli {
 
@@ -14,7 +16,7 @@ public:
     /// The observer to pass to `open`, or nullptr when nothing is shown.
     LoadObserver *observer() { return m_enabled ? this : nullptr; }
     /// Clears the line.
-    void finish();
+    void finish() { m_bar.clear(); }
 
     void tableStarted(const std::string &name, std::size_t index, std::size_t count) override;
     void rowsLoaded(std::uint64_t totalRows) override;
@@ -23,8 +25,8 @@ public:
 
 private:
     void draw();
+    TerminalBar m_bar;
     bool m_enabled;
-    bool m_drawn = false;
     std::string m_table;
     std::size_t m_index = 0;
     std::size_t m_count = 0;
