@@ -11,7 +11,9 @@ class TOrbMDBFile;
 
 namespace vellum::cli {
 
-/// Exit statuses of every command.
+/// Exit statuses of every command: kExitFailure when the input cannot be read (the file, or a
+/// table named on the command line) or the work was not completed; kExitUsage for a command
+/// line that is wrong in itself, found before anything is read or written.
 enum ExitStatus { kExitOk = 0, kExitFailure = 1, kExitUsage = 2 };
 
 /// What a command gets: its arguments (after the command name) and the real standard output.

@@ -232,7 +232,7 @@ int runExport(CliContext &context)
         const TOrbMDBTable *table = file->tableNamed(name);
         if (!table) {
             printError("unknown table '" + name + "'");
-            return kExitUsage;
+            return kExitFailure;
         }
         if (!firstTable)
             firstTable = table;
