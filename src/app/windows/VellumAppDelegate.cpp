@@ -12,6 +12,7 @@
 #include "app/widgets/FileTreeView.h"
 #include "app/widgets/InformationPane.h"
 #include "app/windows/ChildWindow.h"
+#include "app/windows/MainWindowBuilder.h"
 #include "browser/localizedFormat.h"
 #include "browser/statusTexts.h"
 #include "export/ExportRoutines.h"
@@ -20,58 +21,21 @@
 #include "util/localized.h"
 
 #include <QAction>
-#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenuBar>
+#include <QMenu>
 #include <QMessageBox>
-#include <QSplitter>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
-#include <QVBoxLayout>
 
 namespace vellum {
 
 namespace {
-
-constexpr int kTagIgnoreCase = 100;
-constexpr int kTagModesStart = 101;
-/// The tag copied into both context menus of the file list (the export submenu).
-constexpr int kTagExportSubmenu = 10101;
-
-struct ToolbarItemDefinition {
-    const char *identifier;
-    const char *image;
-    const char *label;
-    const char *tooltip;
-    int kind; ///< export kind, -1 for none
-};
-
-const ToolbarItemDefinition kToolbarItems[] = {
-    {"navigationBack", "back_32x32", "Back", "Show the previous table", -1},
-    {"navigationNext", "forward_32x32", "Next", "Show the next table", -1},
-    {"open", "open_folder_32x32", "Open", "Open MDB files", -1},
-    {"exportCsv", "CSV_32x32", "Export CSV", "Export CSV", 0},
-    {"exportTxt", "TXT_32x32", "Export TXT", "Export TXT", 1},
-    {"exportXml", "XML_32x32", "Export XML", "Export XML", 2},
-    {"exportXls", "XLS_32x32", "Export XLS", "Export XLS", 3},
-    {"exportSql", "SQL_32x32", "Export SQL", "Export SQL", 4},
-    {"exportSqlite", "SQLite_32x32", "Export SQLite", "Export SQLite", 5},
-};
-
-/// The kinds in the Export menus, in menu order, with their titles.
-const std::pair<ExportFileType, const char *> kExportMenuKinds[] = {
-    {ExportFileType::CSV, "Export CSV"},         {ExportFileType::TXT, "Export TXT"},
-    {ExportFileType::XML, "Export XML"},         {ExportFileType::XLS, "Export XLS"},
-    {ExportFileType::XLSX, "Export XLSX"},       {ExportFileType::SQL, "Export SQL"},
-    {ExportFileType::SQLite, "Export SQLite"},
-};
 
 const std::pair<const char *, const char *> kToggleTitles[] = {
     {"Hide File List", "Show File List"},
@@ -108,9 +72,7 @@ VellumAppDelegate::VellumAppDelegate(const Options &options)
     for (int flag = 0; flag < 5; ++flag)
         m_paneFlags[static_cast<std::size_t>(flag)] = SettingsStore::paneFlag(static_cast<PaneFlag>(flag));
 
-    buildInterface();
-    SetupToolbar();
-    buildMenus();
+    adoptInterface(MainWindowBuilder(*this, m_controller, m_paneFlags).build());
     applyPaneFlags();
     refreshRecentFiles();
     updateStatusBarForNoSelection();
@@ -137,76 +99,30 @@ VellumAppDelegate::~VellumAppDelegate()
 // ---------------------------------------------------------------------------------------------
 // Interface
 
-void VellumAppDelegate::buildInterface()
+void VellumAppDelegate::adoptInterface(const MainWindowBuilder::Controls &controls)
 {
-    auto *central = new QWidget(this);
-    auto *layout = new QVBoxLayout(central);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
+    m_fileListPane = controls.fileListPane;
+    m_fileSearchField = controls.fileSearchField;
+    m_fileTree = controls.fileTree;
+    m_fileModel = controls.fileModel;
+    m_dataView = controls.dataView;
+    m_infoPane = controls.infoPane;
+    m_statusBar = controls.statusBar;
+    m_btnFileTree = controls.btnFileTree;
+    m_btnTextView = controls.btnTextView;
+    m_btnInfoView = controls.btnInfoView;
+    m_toolbar = controls.toolbar;
+    m_dataSearchField = controls.dataSearchField;
+    m_searchMenu = controls.searchMenu;
+    m_menuitemBack = controls.backItem;
+    m_menuitemForward = controls.forwardItem;
+    m_fullScreenAction = controls.fullScreenItem;
+    m_toggles = controls.paneToggles;
+    m_exportActions = controls.exportActions;
 
-    m_mainSplitter = new QSplitter(Qt::Horizontal, central);
-    m_mainSplitter->setChildrenCollapsible(false);
-
-    m_fileListPane = new QWidget(m_mainSplitter);
-    auto *fileLayout = new QVBoxLayout(m_fileListPane);
-    fileLayout->setContentsMargins(4, 4, 0, 0);
-    fileLayout->setSpacing(4);
-    m_fileSearchField = new QLineEdit(m_fileListPane);
-    m_fileSearchField->setObjectName("fileSearchField");
-    m_fileSearchField->setPlaceholderText(localizedQ("Search"));
-    m_fileSearchField->setClearButtonEnabled(true);
-    m_fileSearchField->addAction(namedIcon("search"), QLineEdit::LeadingPosition);
-    m_fileTree = new FileTreeView(m_fileListPane);
-    m_fileTree->setObjectName("fileTree");
-    m_fileModel = new FileListModel(m_controller, this);
-    m_fileModel->setNumRowsShown(m_paneFlags[static_cast<std::size_t>(PaneFlag::NumRowsShown)]);
-    m_fileTree->setModel(m_fileModel);
-    fileLayout->addWidget(m_fileSearchField);
-    fileLayout->addWidget(m_fileTree, 1);
-
-    m_dataView = new DataView(m_paneFlags[static_cast<std::size_t>(PaneFlag::TextViewShown)], m_mainSplitter);
-    m_dataView->setObjectName("dataView");
+    // The panes: the grid filters through the controller, the jump bar reports here.
     m_dataView->setFilterProvider([this] { return m_controller.dataFilter(); });
     m_dataView->jumpBar()->setDelegate(this);
-    m_infoPane = new InformationPane(m_mainSplitter);
-    m_infoPane->setObjectName("informationPane");
-
-    m_mainSplitter->addWidget(m_fileListPane);
-    m_mainSplitter->addWidget(m_dataView);
-    m_mainSplitter->addWidget(m_infoPane);
-    m_mainSplitter->setStretchFactor(0, 0);
-    m_mainSplitter->setStretchFactor(1, 1);
-    m_mainSplitter->setStretchFactor(2, 0);
-    m_mainSplitter->setSizes({230, 600, 270});
-    m_fileListPane->setMinimumWidth(150);
-    m_infoPane->setMinimumWidth(200);
-    layout->addWidget(m_mainSplitter, 1);
-
-    auto *bottom = new QWidget(central);
-    auto *bottomLayout = new QHBoxLayout(bottom);
-    bottomLayout->setContentsMargins(4, 1, 4, 1);
-    const auto makePaneButton = [bottom](const char *name, const QString &tip) {
-        auto *button = new QToolButton(bottom);
-        button->setObjectName(name);
-        button->setCheckable(true);
-        button->setAutoRaise(true);
-        button->setIconSize(QSize(14, 14));
-        button->setToolTip(tip);
-        return button;
-    };
-    m_btnFileTree = makePaneButton("btnFileTree", localizedQ("Show or hide the file list"));
-    m_btnTextView = makePaneButton("btnTextView", localizedQ("Show or hide the text view"));
-    m_btnInfoView = makePaneButton("btnInfoView", localizedQ("Show or hide the information view"));
-    m_statusBar = new QLabel(bottom);
-    m_statusBar->setObjectName("statusBar");
-    m_statusBar->setAlignment(Qt::AlignCenter);
-    bottomLayout->addWidget(m_btnFileTree);
-    bottomLayout->addWidget(m_statusBar, 1);
-    bottomLayout->addWidget(m_btnTextView);
-    bottomLayout->addWidget(m_btnInfoView);
-    layout->addWidget(bottom);
-    setCentralWidget(central);
-
     connect(m_btnFileTree, &QToolButton::clicked, this, &VellumAppDelegate::ToggleTreeView);
     connect(m_btnTextView, &QToolButton::clicked, this, &VellumAppDelegate::ToggleTextView);
     connect(m_btnInfoView, &QToolButton::clicked, this, &VellumAppDelegate::ToggleInformationView);
@@ -216,201 +132,55 @@ void VellumAppDelegate::buildInterface()
     connect(m_fileTree, &QTreeView::clicked, this, &VellumAppDelegate::OnSingleClickfileTree);
     connect(m_fileTree, &QTreeView::doubleClicked, this, &VellumAppDelegate::OnDoubleClickFileTree);
     connect(m_fileTree, &QWidget::customContextMenuRequested, this, &VellumAppDelegate::onFileTreeContextMenu);
-    connect(m_fileTree, &FileTreeView::filesDropped, this, [this](const QStringList &paths) {
-        openPathsInTurn(paths, true);
-    });
+    connect(m_fileTree, &FileTreeView::filesDropped, this,
+            [this](const QStringList &paths) { openPathsInTurn(paths, true); });
     connect(m_fileSearchField, &QLineEdit::textChanged, this, &VellumAppDelegate::fileSearchTextChanged);
     connect(m_dataView, &DataView::recordSelectionChanged, this, &VellumAppDelegate::updateStatusBarForRecordSelection);
-}
 
-void VellumAppDelegate::SetupToolbar()
-{
-    m_toolbar = new QToolBar(localizedQ("Toolbar"), this);
-    m_toolbar->setObjectName("VellumToolbar");
-    m_toolbar->setToolButtonStyle(Qt::ToolButtonIconOnly);
-    m_toolbar->setIconSize(QSize(28, 28));
-    m_toolbar->setMovable(false);
-    addToolBar(Qt::TopToolBarArea, m_toolbar);
-
-    for (const ToolbarItemDefinition &entry : kToolbarItems) {
-        QAction *action = m_toolbar->addAction(namedIcon(entry.image), localizedQ(entry.label));
-        action->setObjectName(entry.identifier);
-        action->setToolTip(localizedQ(entry.tooltip));
-        action->setIconText(localizedQ(entry.label));
-        const QString identifier = entry.identifier;
-        if (identifier == "navigationBack") {
-            action->setEnabled(false);
-            connect(action, &QAction::triggered, this, &VellumAppDelegate::PreviousSelectedTable);
-        } else if (identifier == "navigationNext") {
-            action->setEnabled(false);
-            connect(action, &QAction::triggered, this, &VellumAppDelegate::NextSelectedTable);
-        } else if (identifier == "open") {
-            action->setCheckable(true);
-            connect(action, &QAction::triggered, this, &VellumAppDelegate::OpenFile);
-        } else {
-            action->setCheckable(true);
-            const auto kind = static_cast<ExportFileType>(entry.kind);
-            connect(action, &QAction::triggered, this, [this, kind] { Export(kind); });
-        }
+    // The toolbar and the data search field's menu.
+    connect(controls.toolbarBack, &QAction::triggered, this, &VellumAppDelegate::PreviousSelectedTable);
+    connect(controls.toolbarNext, &QAction::triggered, this, &VellumAppDelegate::NextSelectedTable);
+    connect(controls.toolbarOpen, &QAction::triggered, this, &VellumAppDelegate::OpenFile);
+    for (const auto &[kind, action] : m_exportActions) {
+        const ExportFileType k = kind;
+        connect(action, &QAction::triggered, this, [this, k] { Export(k); });
     }
-    auto *spacer = new QWidget(m_toolbar);
-    spacer->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-    m_toolbar->addWidget(spacer);
-
-    m_dataSearchField = new QLineEdit(m_toolbar);
-    m_dataSearchField->setObjectName("dataSearchField");
-    m_dataSearchField->setPlaceholderText(localizedQ("Search"));
-    m_dataSearchField->setClearButtonEnabled(true);
-    m_dataSearchField->setMinimumSize(40, 22);
-    m_dataSearchField->setMaximumSize(200, 22);
-    m_dataSearchField->setFixedHeight(22);
-    m_dataSearchField->resize(80, 22);
-    buildSearchMenu();
-    QAction *searchItem = m_toolbar->addWidget(m_dataSearchField);
-    searchItem->setObjectName("search");
-    searchItem->setText(localizedQ("Search"));
     connect(m_dataSearchField, &QLineEdit::textChanged, this, &VellumAppDelegate::dataSearchTextChanged);
-    updateExportAvailability();
+    connect(controls.ignoreCaseItem, &QAction::triggered, this, &VellumAppDelegate::SetCaseForSearch);
+    for (int tag = 0; tag < 4; ++tag)
+        connect(controls.searchModeItems[static_cast<std::size_t>(tag)], &QAction::triggered, this,
+                [this, tag] { SetSearchOption(tag); });
 
-    // Customising: a right click on the toolbar lists its items to show or hide; the choice is
-    // kept with the toolbar's other settings.
-    const QStringList hidden = SettingsStore::hiddenToolbarItems();
-    for (QAction *action : m_toolbar->actions())
-        if (!action->objectName().isEmpty() && hidden.contains(action->objectName()))
-            action->setVisible(false);
-    m_toolbar->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(m_toolbar, &QWidget::customContextMenuRequested, this, [this](const QPoint &pos) {
-        QMenu menu(this);
-        for (QAction *action : m_toolbar->actions()) {
-            if (action->objectName().isEmpty())
-                continue;
-            QAction *toggle = menu.addAction(action->text().isEmpty() ? action->objectName() : action->text());
-            toggle->setCheckable(true);
-            toggle->setChecked(action->isVisible());
-            connect(toggle, &QAction::toggled, this, [this, action](bool shown) {
-                action->setVisible(shown);
-                QStringList hiddenItems;
-                for (QAction *item : m_toolbar->actions())
-                    if (!item->objectName().isEmpty() && !item->isVisible())
-                        hiddenItems << item->objectName();
-                SettingsStore::setHiddenToolbarItems(hiddenItems);
-            });
-        }
-        menu.exec(m_toolbar->mapToGlobal(pos));
-    });
-}
-
-void VellumAppDelegate::buildSearchMenu()
-{
-    m_searchMenu = new QMenu(this);
-    QAction *ignoreCase = m_searchMenu->addAction(localizedQ("Ignore Case"));
-    ignoreCase->setData(kTagIgnoreCase);
-    ignoreCase->setCheckable(true);
-    ignoreCase->setChecked(m_controller.ignoreCase());
-    connect(ignoreCase, &QAction::triggered, this, &VellumAppDelegate::SetCaseForSearch);
-    QAction *modes = m_searchMenu->addSection(localizedQ("Match"));
-    modes->setData(kTagModesStart);
-    const char *titles[] = {"Contains", "Begins With", "Equals", "Ends With"};
-    for (int tag = 0; tag < 4; ++tag) {
-        QAction *mode = m_searchMenu->addAction(localizedQ(titles[tag]));
-        mode->setData(tag);
-        mode->setCheckable(true);
-        mode->setChecked(static_cast<int>(m_controller.searchOption()) == tag);
-        connect(mode, &QAction::triggered, this, [this, tag] { SetSearchOption(tag); });
-    }
-    QAction *menuButton = m_dataSearchField->addAction(namedIcon("search"), QLineEdit::LeadingPosition);
-    menuButton->setToolTip(localizedQ("Search options"));
-    connect(menuButton, &QAction::triggered, this, [this] {
-        m_searchMenu->exec(m_dataSearchField->mapToGlobal(QPoint(0, m_dataSearchField->height())));
-    });
-}
-
-void VellumAppDelegate::buildMenus()
-{
-    QMenu *fileMenu = menuBar()->addMenu(localizedQ("File"));
-    QAction *open = fileMenu->addAction(localizedQ("Open…"), this, &VellumAppDelegate::OpenFile);
-    open->setShortcut(QKeySequence::Open);
-    QAction *close = fileMenu->addAction(localizedQ("Close File"), this, [this] {
+    // The menus.
+    connect(controls.openItem, &QAction::triggered, this, &VellumAppDelegate::OpenFile);
+    QAction *close = controls.closeItem;
+    connect(close, &QAction::triggered, this, [this] {
         if (TOrbMDBFile *file = m_controller.selectedFile())
             CloseSelectedFile(file);
     });
-    close->setShortcut(QKeySequence(QStringLiteral("Ctrl+W")));
-    QMenu *exportMenu = fileMenu->addMenu(localizedQ("Export"));
-    std::size_t i = 0;
-    for (const auto &[kind, title] : kExportMenuKinds) {
-        QAction *item = exportMenu->addAction(localizedQ(title));
-        item->setData(static_cast<int>(kind) + 1); // menu items carry their kind plus one
-        const ExportFileType k = kind;
-        connect(item, &QAction::triggered, this, [this, k] { Export(k); });
-        m_exportMenuItems[i++] = item;
-    }
-    fileMenu->addSeparator();
-    fileMenu->addAction(localizedQ("Show in File Manager"), this, [this] {
+    connect(controls.showInFileManagerItem, &QAction::triggered, this, [this] {
         if (TOrbMDBFile *file = m_controller.selectedFile())
             ShowInFinder(file);
     });
-    fileMenu->addAction(localizedQ("Remove from List"), this, [this] {
+    connect(controls.removeFromListItem, &QAction::triggered, this, [this] {
         if (TOrbMDBFile *file = m_controller.selectedFile())
             RemoveSelectedFile(file);
     });
-    fileMenu->addAction(localizedQ("Clear List"), this, &VellumAppDelegate::clearRecentDocuments);
-    fileMenu->addSeparator();
-    QAction *quit = fileMenu->addAction(toQString(localizedFormat("Quit %@", {QGuiApplication::applicationDisplayName().toStdString()})),
-                                        this, &QWidget::close);
-    quit->setShortcut(QKeySequence::Quit);
-    connect(fileMenu, &QMenu::aboutToShow, this, [this, close] {
+    connect(controls.clearListItem, &QAction::triggered, this, &VellumAppDelegate::clearRecentDocuments);
+    connect(controls.fileMenu, &QMenu::aboutToShow, this, [this, close] {
         close->setEnabled(m_controller.selectedFile() && m_controller.selectedFile()->active());
         updateExportAvailability();
     });
-
-    QMenu *editMenu = menuBar()->addMenu(localizedQ("Edit"));
-    CopyableTableView *grid = m_dataView->grid();
-    QAction *copy = editMenu->addAction(localizedQ("Copy"), grid, &CopyableTableView::copy);
-    copy->setShortcut(QKeySequence::Copy);
-    QAction *selectAll = editMenu->addAction(localizedQ("Select All"), grid, &CopyableTableView::selectAllRows);
-    QAction *deselectAll = editMenu->addAction(localizedQ("Deselect All"), grid, &CopyableTableView::deselectAllRows);
-    deselectAll->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+A")));
-    editMenu->addSeparator();
-    QAction *jump = editMenu->addAction(localizedQ("Jump to Row…"), grid, &CopyableTableView::jumpToRow);
-    jump->setShortcut(QKeySequence(QStringLiteral("Ctrl+J")));
-    QAction *find = editMenu->addAction(localizedQ("Find"), this, &VellumAppDelegate::Find);
-    find->setShortcut(QKeySequence::Find);
-    connect(editMenu, &QMenu::aboutToShow, this, [=] {
-        copy->setEnabled(grid->canCopy());
-        selectAll->setEnabled(grid->canSelectAll());
-        deselectAll->setEnabled(grid->canDeselectAll());
-        jump->setEnabled(grid->canJumpToRow());
-    });
-
-    QMenu *viewMenu = menuBar()->addMenu(localizedQ("View"));
+    connect(controls.findItem, &QAction::triggered, this, &VellumAppDelegate::Find);
     const std::array<void (VellumAppDelegate::*)(), 5> toggles = {
         &VellumAppDelegate::ToggleTreeView, &VellumAppDelegate::ToggleTextView,
-        &VellumAppDelegate::ToggleInformationView, &VellumAppDelegate::ToggleJumpBar, &VellumAppDelegate::ToggleNumRows};
+        &VellumAppDelegate::ToggleInformationView, &VellumAppDelegate::ToggleJumpBar,
+        &VellumAppDelegate::ToggleNumRows};
     for (std::size_t flag = 0; flag < 5; ++flag)
-        m_toggles[flag] = viewMenu->addAction(QString(), this, toggles[flag]);
-    viewMenu->addSeparator();
-    m_fullScreenAction = viewMenu->addAction(localizedQ("Enter Full Screen"), this, &VellumAppDelegate::ToggleFullScreen);
-    m_fullScreenAction->setShortcut(QKeySequence::FullScreen);
-
-    QMenu *goMenu = menuBar()->addMenu(localizedQ("Go"));
-    m_menuitemBack = goMenu->addAction(namedIcon("back_32x32"), localizedQ("Back"), this,
-                                       &VellumAppDelegate::PreviousSelectedTable);
-    m_menuitemBack->setShortcut(QKeySequence::Back);
-    m_menuitemBack->setEnabled(false);
-    m_menuitemForward = goMenu->addAction(namedIcon("forward_32x32"), localizedQ("Forward"), this,
-                                          &VellumAppDelegate::NextSelectedTable);
-    m_menuitemForward->setShortcut(QKeySequence::Forward);
-    m_menuitemForward->setEnabled(false);
-
-    QMenu *helpMenu = menuBar()->addMenu(localizedQ("Help"));
-    const QString name = QGuiApplication::applicationDisplayName();
-    helpMenu->addAction(toQString(localizedFormat("About %@", {name.toStdString()})), this, [this, name] {
-        QMessageBox::about(this, toQString(localizedFormat("About %@", {name.toStdString()})),
-                           QStringLiteral("<b>%1</b> %2<br>%3")
-                               .arg(name, QStringLiteral(VELLUM_VERSION),
-                                    localizedQ("A viewer and converter for Microsoft Access databases.")));
-    });
-    updateToggleTitles();
+        connect(m_toggles[flag], &QAction::triggered, this, toggles[flag]);
+    connect(m_fullScreenAction, &QAction::triggered, this, &VellumAppDelegate::ToggleFullScreen);
+    connect(m_menuitemBack, &QAction::triggered, this, &VellumAppDelegate::PreviousSelectedTable);
+    connect(m_menuitemForward, &QAction::triggered, this, &VellumAppDelegate::NextSelectedTable);
 }
 
 QAction *VellumAppDelegate::toolbarAction(const QString &identifier) const
@@ -423,13 +193,8 @@ QAction *VellumAppDelegate::toolbarAction(const QString &identifier) const
 
 void VellumAppDelegate::updateExportAvailability()
 {
-    for (const ToolbarItemDefinition &entry : kToolbarItems)
-        if (entry.kind >= 0)
-            if (QAction *action = toolbarAction(entry.identifier))
-                action->setEnabled(isExportFileTypeAvailable(static_cast<ExportFileType>(entry.kind)));
-    for (QAction *item : m_exportMenuItems)
-        if (item)
-            item->setEnabled(isExportFileTypeAvailable(static_cast<ExportFileType>(item->data().toInt() - 1)));
+    for (const auto &[kind, action] : m_exportActions)
+        action->setEnabled(isExportFileTypeAvailable(kind));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -625,39 +390,27 @@ void VellumAppDelegate::OnDoubleClickFileTree(const QModelIndex &index)
 
 QMenu *VellumAppDelegate::contextMenuForItem(const BrowserItem &item)
 {
-    auto *menu = new QMenu(this);
-    QMenu *exportMenu = new QMenu(localizedQ("Export"), menu);
-    exportMenu->menuAction()->setData(kTagExportSubmenu);
-    for (const auto &[kind, title] : kExportMenuKinds) {
-        QAction *action = exportMenu->addAction(localizedQ(title));
-        action->setData(static_cast<int>(kind) + 1);
-        action->setEnabled(isExportFileTypeAvailable(kind));
+    const MainWindowBuilder::ItemMenu built =
+        MainWindowBuilder::buildItemMenu(item, item.isFile() && m_controller.isOpen(item.file), this);
+    for (const auto &[kind, action] : built.exportActions) {
         const ExportFileType k = kind;
         connect(action, &QAction::triggered, this, [this, k, item] { Export(k, item); });
     }
-    if (item.isFile()) {
-        TOrbMDBFile *file = item.file;
-        const bool open = m_controller.isOpen(file);
-        menu->addAction(localizedQ("Open"), this, [this, file] { OpenSelectedFile(file); })->setEnabled(!open);
-        menu->addAction(localizedQ("Close"), this, [this, file] { CloseSelectedFile(file); })->setEnabled(open);
-        menu->addSeparator();
-        menu->addMenu(exportMenu);
-        menu->addSeparator();
-        menu->addAction(localizedQ("Show in File Manager"), this, [this, file] { ShowInFinder(file); });
-        menu->addAction(localizedQ("Remove from List"), this, [this, file] { RemoveSelectedFile(file); });
-        menu->addAction(localizedQ("Remove Other Files"), this, [this, file] { RemoveOtherFiles(file); });
-        menu->addSeparator();
-        menu->addAction(localizedQ("Clear List"), this, &VellumAppDelegate::clearRecentDocuments);
-    } else if (item.isTable()) {
-        TOrbMDBTable *table = item.table;
-        menu->addAction(localizedQ("Open in New Window"), this, [this, table] { OpenTableInNewWindow(table); });
-        menu->addSeparator();
-        menu->addMenu(exportMenu);
-    } else {
-        menu->addAction(localizedQ("Open…"), this, &VellumAppDelegate::OpenFile);
-        menu->addAction(localizedQ("Clear List"), this, &VellumAppDelegate::clearRecentDocuments);
-    }
-    return menu;
+    const auto onTriggered = [this](QAction *action, auto slot) {
+        if (action)
+            connect(action, &QAction::triggered, this, std::move(slot));
+    };
+    TOrbMDBFile *file = item.file;
+    TOrbMDBTable *table = item.table;
+    onTriggered(built.open, [this, file] { OpenSelectedFile(file); });
+    onTriggered(built.close, [this, file] { CloseSelectedFile(file); });
+    onTriggered(built.showInFileManager, [this, file] { ShowInFinder(file); });
+    onTriggered(built.removeFromList, [this, file] { RemoveSelectedFile(file); });
+    onTriggered(built.removeOtherFiles, [this, file] { RemoveOtherFiles(file); });
+    onTriggered(built.openInNewWindow, [this, table] { OpenTableInNewWindow(table); });
+    onTriggered(built.openPanel, [this] { OpenFile(); });
+    onTriggered(built.clearList, [this] { clearRecentDocuments(); });
+    return built.menu;
 }
 
 void VellumAppDelegate::onFileTreeContextMenu(const QPoint &pos)
@@ -872,7 +625,7 @@ void VellumAppDelegate::SetSearchOption(int tag)
 {
     bool afterStart = false;
     for (QAction *action : m_searchMenu->actions()) {
-        if (action->data().toInt() == kTagModesStart && action->isSeparator()) {
+        if (action->data().toInt() == MainWindowBuilder::kTagModesStart && action->isSeparator()) {
             afterStart = true;
             continue;
         }
@@ -886,7 +639,7 @@ void VellumAppDelegate::SetSearchOption(int tag)
 void VellumAppDelegate::SetCaseForSearch()
 {
     for (QAction *action : m_searchMenu->actions())
-        if (action->data().toInt() == kTagIgnoreCase && !action->isSeparator())
+        if (action->data().toInt() == MainWindowBuilder::kTagIgnoreCase && !action->isSeparator())
             m_controller.setIgnoreCase(action->isChecked());
     m_dataView->reloadKeepingSelection();
 }

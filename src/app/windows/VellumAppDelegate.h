@@ -4,6 +4,7 @@
 #include "app/support/FileLoader.h"
 #include "app/widgets/GCJumpBar.h"
 #include "app/windows/ChildWindowManager.h"
+#include "app/windows/MainWindowBuilder.h"
 #include "browser/BrowserController.h"
 #include "browser/RecentDocuments.h"
 #include "export/ExportFileType.h"
@@ -14,12 +15,13 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <utility>
+#include <vector>
 
 class QAction;
 class QLabel;
 class QLineEdit;
 class QMenu;
-class QSplitter;
 class QToolBar;
 class QToolButton;
 
@@ -34,7 +36,8 @@ class InformationPane;
 /// recent-documents list, the grid of the selected table, the information pane, the toolbar
 /// "VellumToolbar" with Back, Next, Open, the six export kinds and the data search, the View
 /// menu's pane toggles, and the export wizard. The logic lives in BrowserController; this
-/// class shows it and forwards the user's actions.
+/// class shows it and forwards the user's actions. MainWindowBuilder makes the widgets, the
+/// toolbar and the menus; this class keeps them, connects them to its slots and reacts.
 class VellumAppDelegate : public QMainWindow,
                           private BrowserListener,
                           private JumpBarDelegate,
@@ -146,10 +149,8 @@ private:
     void jumpBarDidSelectItemAtIndexPath(GCJumpBar *bar, const IndexPath &path) override;
     void jumpBarWillShowSubmenuAtIndexPath(GCJumpBar *bar, const IndexPath &path) override;
 
-    void buildInterface();
-    void SetupToolbar();
-    void buildMenus();
-    void buildSearchMenu();
+    /// Keeps the built widgets and actions and connects their signals to this window's slots.
+    void adoptInterface(const MainWindowBuilder::Controls &controls);
     void applyPaneFlags();
     void setPaneFlag(int flag, bool shown);
     void updateToggleTitles();
@@ -208,7 +209,6 @@ private:
     // Pane flags in the order of PaneFlag.
     std::array<bool, 5> m_paneFlags{};
 
-    QSplitter *m_mainSplitter = nullptr;
     QWidget *m_fileListPane = nullptr;
     QLineEdit *m_fileSearchField = nullptr;
     FileTreeView *m_fileTree = nullptr;
@@ -227,7 +227,8 @@ private:
     QAction *m_menuitemForward = nullptr;
     QAction *m_fullScreenAction = nullptr;
     std::array<QAction *, 5> m_toggles{};
-    std::array<QAction *, 7> m_exportMenuItems{};
+    /// The toolbar's and the File menu's export items with their kinds.
+    std::vector<std::pair<ExportFileType, QAction *>> m_exportActions;
 
     std::function<QStringList()> m_openPanel;
     std::function<void(const QString &, const QString &)> m_alert;
