@@ -55,8 +55,7 @@ std::unique_ptr<TOrbMDBTable> makeTable(std::size_t rows)
 }
 
 /// Runs the event loop until `done` answers true (checked every millisecond).
-template <typename Done>
-void waitUntil(const Done &done)
+template <typename Done> void waitUntil(const Done &done)
 {
     if (done())
         return;

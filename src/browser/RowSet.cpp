@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cstring>
 #include <memory>
 #include <string>
-#include <cstring>
 
 namespace vellum {
 
@@ -236,8 +236,7 @@ std::optional<std::vector<std::uint32_t>> sortedRowsWithKeys(const TOrbMDBTable 
     if (isStopped(stopped))
         return std::nullopt;
     forChunks(
-        runs.size(), tiedRows,
-        [&](std::size_t begin, std::size_t end) {
+        runs.size(), tiedRows, [&](std::size_t begin, std::size_t end) {
             if constexpr (Ascii) {
                 for (std::size_t r = begin; r < end; ++r) {
                     // Copies of one text need no ordering.

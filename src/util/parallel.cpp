@@ -15,7 +15,8 @@ std::size_t hardwareThreads()
 
 } // namespace
 
-void forChunks(std::size_t count, std::size_t weight, const std::function<void(std::size_t begin, std::size_t end)> &work)
+void forChunks(std::size_t count, std::size_t weight,
+               const std::function<void(std::size_t begin, std::size_t end)> &work)
 {
     std::size_t chunks = std::min<std::size_t>(hardwareThreads(), 4);
     if (weight < kParallelThreshold || count < 2)

@@ -11,7 +11,8 @@ inline constexpr std::size_t kParallelThreshold = 32768;
 /// Runs `work(begin, end)` over [0, count) in one chunk per hardware thread (at most 4), the
 /// first chunk on the calling thread, and returns when all are done. `weight` is the amount of
 /// work: below kParallelThreshold (or with one core) everything runs on the calling thread.
-void forChunks(std::size_t count, std::size_t weight, const std::function<void(std::size_t begin, std::size_t end)> &work);
+void forChunks(std::size_t count, std::size_t weight,
+               const std::function<void(std::size_t begin, std::size_t end)> &work);
 
 /// forChunks with the weight of `count`.
 inline void forChunks(std::size_t count, const std::function<void(std::size_t begin, std::size_t end)> &work)

@@ -27,8 +27,7 @@ private:
 };
 
 /// Waits (bounded) until `condition` holds; the runs signal through atomics.
-template <typename Condition>
-bool eventually(Condition condition)
+template <typename Condition> bool eventually(Condition condition)
 {
     const auto deadline = std::chrono::steady_clock::now() + 10s;
     while (!condition()) {
@@ -180,8 +179,7 @@ TEST(BackgroundTask, ProgressOfTheCurrentRunOnly)
     EXPECT_EQ(task.progress().done, 1u);
     EXPECT_EQ(task.progress().total, 2u);
     std::lock_guard lock(recorder.mutex);
-    EXPECT_EQ(recorder.reports,
-              (std::vector<std::array<std::uint64_t, 3>>{{first, 5, 10}, {second, 1, 2}}));
+    EXPECT_EQ(recorder.reports, (std::vector<std::array<std::uint64_t, 3>>{{first, 5, 10}, {second, 1, 2}}));
     EXPECT_EQ(recorder.finished, (std::vector<std::pair<std::uint64_t, bool>>{{first, true}, {second, false}}));
 }
 

@@ -8,8 +8,8 @@
 #include "model/TOrbMDBTable.h"
 
 #include <QApplication>
-#include <QMetaObject>
 #include <QColor>
+#include <QMetaObject>
 #include <QPalette>
 
 #include <memory>

@@ -115,7 +115,8 @@ void FileLoader::workerDone(std::uint64_t generation, bool ok)
         m_dialog->hide();
         m_dialog->deleteLater();
     }
-    const LoadResult result = ok ? LoadResult::Opened : (m_task.stopRequested() ? LoadResult::Cancelled : LoadResult::Failed);
+    const LoadResult result =
+        ok ? LoadResult::Opened : (m_task.stopRequested() ? LoadResult::Cancelled : LoadResult::Failed);
     m_file = nullptr;
     m_observer.reset();
     auto done = std::move(m_done);

@@ -87,12 +87,13 @@ void DataView::updateDataTableToShowMDBTable(const TOrbMDBTable *table)
     m_whenReloaded.clear();
     m_grid->leaveCellCursor();
     const bool newTable = table != m_model->table();
-    m_model->showTable(table, m_filterProvider(), {nullptr, [this] {
-                           m_grid->horizontalHeader()->reset();
-                           sizeColumns();
-                           applySortIndicator();
-                           finishReload();
-                       }});
+    const auto after = [this] {
+        m_grid->horizontalHeader()->reset();
+        sizeColumns();
+        applySortIndicator();
+        finishReload();
+    };
+    m_model->showTable(table, m_filterProvider(), {nullptr, after});
     if (newTable && m_model->isReloading()) {
         // The new columns show at once; their widths follow the rows when these are in.
         m_grid->horizontalHeader()->reset();
@@ -105,10 +106,11 @@ void DataView::reloadData(std::function<void()> whenReloaded)
 {
     if (whenReloaded)
         m_whenReloaded.push_back(std::move(whenReloaded));
-    m_model->reload(m_filterProvider(), {nullptr, [this] {
-                        applySortIndicator();
-                        finishReload();
-                    }});
+    const auto after = [this] {
+        applySortIndicator();
+        finishReload();
+    };
+    m_model->reload(m_filterProvider(), {nullptr, after});
 }
 
 void DataView::reloadKeepingSelection(std::function<void()> whenReloaded)
