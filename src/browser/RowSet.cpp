@@ -2,12 +2,14 @@
 
 #include "model/TOrbMDBTable.h"
 #include "util/finderCompare.h"
+#include "util/parallel.h"
 
 #include <algorithm>
 #include <array>
-#include <string>
+#include <atomic>
 #include <cstring>
-#include <thread>
+#include <memory>
+#include <string>
 
 namespace vellum {
 
@@ -34,34 +36,9 @@ struct SortEntry {
 static_assert(sizeof(SortEntry<kShortKeyBytes>) == 32);
 static_assert(sizeof(SortEntry<kLongKeyBytes>) == 64);
 
-/// Below this many rows the work stays on the calling thread.
-constexpr std::size_t kParallelThreshold = 32768;
-
-/// Runs `work(begin, end)` over [0, count) in one chunk per hardware thread (at most 4), the
-/// first chunk on the calling thread; returns when all are done. `weight` is the amount of
-/// work, which decides whether threads are worth starting.
-template <typename Work>
-void forChunks(std::size_t count, const Work &work, std::size_t weight)
+bool isStopped(const StopCheck &stopped)
 {
-    std::size_t chunks = std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, 4);
-    if (weight < kParallelThreshold || count < 2)
-        chunks = 1;
-    std::vector<std::thread> threads;
-    const std::size_t step = (count + chunks - 1) / chunks;
-    for (std::size_t c = 1; c < chunks; ++c) {
-        const std::size_t begin = std::min(count, c * step);
-        const std::size_t end = std::min(count, begin + step);
-        threads.emplace_back([&work, begin, end] { work(begin, end); });
-    }
-    work(0, std::min(count, step));
-    for (std::thread &t : threads)
-        t.join();
-}
-
-template <typename Work>
-void forChunks(std::size_t count, const Work &work)
-{
-    forChunks(count, work, count);
+    return stopped && stopped();
 }
 
 std::string_view sortText(const TOrbMDBTable &table, std::uint32_t row, std::size_t column)
@@ -201,7 +178,8 @@ private:
 /// The rows in ascending order: key prefixes of KeyBytes for every row (the fast ASCII keys or
 /// the collator's), then the rows whose prefixes tie ordered by their whole keys.
 template <std::size_t KeyBytes, bool Ascii>
-std::vector<std::uint32_t> sortedRowsWithKeys(const TOrbMDBTable &table, std::size_t column)
+std::optional<std::vector<std::uint32_t>> sortedRowsWithKeys(const TOrbMDBTable &table, std::size_t column,
+                                                             const StopCheck &stopped)
 {
     const std::size_t count = table.rowCount();
     std::vector<SortEntry<KeyBytes>> entries(count);
@@ -224,12 +202,15 @@ std::vector<std::uint32_t> sortedRowsWithKeys(const TOrbMDBTable &table, std::si
             }
         }
     });
+    if (isStopped(stopped))
+        return std::nullopt;
     // Both halves are sorted at once, then merged; a stable merge of stable sorts is stable.
-    if (count >= kParallelThreshold && std::thread::hardware_concurrency() > 1) {
+    if (count >= kParallelThreshold) {
         const auto middle = entries.begin() + static_cast<std::ptrdiff_t>(count / 2);
-        std::thread second([&] { std::stable_sort(middle, entries.end(), prefixLess<KeyBytes>); });
-        std::stable_sort(entries.begin(), middle, prefixLess<KeyBytes>);
-        second.join();
+        runBoth([&] { std::stable_sort(entries.begin(), middle, prefixLess<KeyBytes>); },
+                [&] { std::stable_sort(middle, entries.end(), prefixLess<KeyBytes>); });
+        if (isStopped(stopped))
+            return std::nullopt;
         std::inplace_merge(entries.begin(), middle, entries.end(), prefixLess<KeyBytes>);
     } else {
         std::stable_sort(entries.begin(), entries.end(), prefixLess<KeyBytes>);
@@ -252,9 +233,10 @@ std::vector<std::uint32_t> sortedRowsWithKeys(const TOrbMDBTable &table, std::si
         i = j;
     }
     entries = {};
+    if (isStopped(stopped))
+        return std::nullopt;
     forChunks(
-        runs.size(),
-        [&](std::size_t begin, std::size_t end) {
+        runs.size(), tiedRows, [&](std::size_t begin, std::size_t end) {
             if constexpr (Ascii) {
                 for (std::size_t r = begin; r < end; ++r) {
                     // Copies of one text need no ordering.
@@ -276,26 +258,34 @@ std::vector<std::uint32_t> sortedRowsWithKeys(const TOrbMDBTable &table, std::si
                 for (std::size_t r = begin; r < end; ++r)
                     breaker.order(out.data() + runs[r].first, out.data() + runs[r].second, 0);
             }
-        },
-        tiedRows);
+        });
+    if (isStopped(stopped))
+        return std::nullopt;
     return out;
+}
+
+/// The rows of a column in ascending order, or nothing when `stopped` said so on the way.
+std::optional<std::vector<std::uint32_t>> ascendingRows(const TOrbMDBTable &table, std::size_t column,
+                                                        const StopCheck &stopped)
+{
+    // A column of plain ASCII texts (most) is sorted with the fast keys; anything else with the
+    // collator's. Both order exactly as finderCompare does.
+    const bool ascii = columnIsAscii(table, column);
+    if (isStopped(stopped))
+        return std::nullopt;
+    const bool shortKeys = chooseKeyBytes(table, column, ascii) == kShortKeyBytes;
+    if (ascii)
+        return shortKeys ? sortedRowsWithKeys<kShortKeyBytes, true>(table, column, stopped)
+                         : sortedRowsWithKeys<kLongKeyBytes, true>(table, column, stopped);
+    return shortKeys ? sortedRowsWithKeys<kShortKeyBytes, false>(table, column, stopped)
+                     : sortedRowsWithKeys<kLongKeyBytes, false>(table, column, stopped);
 }
 
 } // namespace
 
 std::vector<std::uint32_t> sortedRows(const TOrbMDBTable &table, std::size_t column, std::int64_t direction)
 {
-    // A column of plain ASCII texts (most) is sorted with the fast keys; anything else with the
-    // collator's. Both order exactly as finderCompare does.
-    const bool ascii = columnIsAscii(table, column);
-    const bool shortKeys = chooseKeyBytes(table, column, ascii) == kShortKeyBytes;
-    std::vector<std::uint32_t> out;
-    if (ascii)
-        out = shortKeys ? sortedRowsWithKeys<kShortKeyBytes, true>(table, column)
-                        : sortedRowsWithKeys<kLongKeyBytes, true>(table, column);
-    else
-        out = shortKeys ? sortedRowsWithKeys<kShortKeyBytes, false>(table, column)
-                        : sortedRowsWithKeys<kLongKeyBytes, false>(table, column);
+    std::vector<std::uint32_t> out = *ascendingRows(table, column, {});
     if (direction != 1)
         std::reverse(out.begin(), out.end());
     return out;
@@ -328,62 +318,95 @@ std::optional<std::size_t> sortColumnOf(const TOrbMDBTable &table)
 
 void RowSet::clear()
 {
-    m_table = nullptr;
-    m_rows.clear();
-    m_sorted.clear();
-    m_sortedValid = false;
-    m_ascending.clear();
-    m_ascendingColumn.reset();
+    *this = RowSet();
 }
 
-void RowSet::reload(const TOrbMDBTable *table, const RowFilter &filter)
+RowSet::Request RowSet::request(const TOrbMDBTable *table, const RowFilter &filter) const
 {
-    if (table != m_table)
-        clear();
-    m_table = table;
-    m_rows.clear();
-    if (!table)
-        return;
+    Request request;
+    request.table = table;
+    request.filter = filter;
+    if (table) {
+        request.sortColumn = sortColumnOf(*table);
+        request.sortDirection = request.sortColumn ? table->columns()[*request.sortColumn]->sortOrder() : 0;
+    }
+    if (table && table == m_table)
+        request.orders = m_orders;
+    return request;
+}
 
-    const std::optional<std::size_t> column = sortColumnOf(*table);
-    const std::int64_t direction = column ? table->columns()[*column]->sortOrder() : 0;
-    if (!m_sortedValid || column != m_sortColumn || direction != m_sortDirection ||
-        m_sorted.size() != table->rowCount()) {
+std::optional<RowSet> RowSet::build(const Request &request, const StopCheck &stopped)
+{
+    RowSet set;
+    set.m_table = request.table;
+    set.m_sortColumn = request.sortColumn;
+    set.m_sortDirection = request.sortDirection;
+    const TOrbMDBTable *table = request.table;
+    if (!table)
+        return set;
+    const std::size_t rowCount = table->rowCount();
+    const std::optional<std::size_t> column = request.sortColumn;
+    const std::int64_t direction = request.sortDirection;
+    Orders &orders = set.m_orders;
+    orders = request.orders;
+    if (!orders.sorted || orders.sortColumn != column || orders.sortDirection != direction ||
+        orders.sorted->size() != rowCount) {
+        std::vector<std::uint32_t> sorted;
         if (column) {
             // Descending is ascending read backwards, so the second click of a header reuses
             // the first one's work.
-            if (m_ascendingColumn != column || m_ascending.size() != table->rowCount()) {
-                m_ascending = sortedRows(*table, *column, 1);
-                m_ascendingColumn = column;
+            if (!orders.ascending || orders.ascendingColumn != column || orders.ascending->size() != rowCount) {
+                std::optional<std::vector<std::uint32_t>> ascending = ascendingRows(*table, *column, stopped);
+                if (!ascending)
+                    return std::nullopt;
+                orders.ascending = std::make_shared<const std::vector<std::uint32_t>>(std::move(*ascending));
+                orders.ascendingColumn = column;
             }
-            m_sorted = m_ascending;
+            sorted = *orders.ascending;
             if (direction != 1)
-                std::reverse(m_sorted.begin(), m_sorted.end());
+                std::reverse(sorted.begin(), sorted.end());
         } else {
-            m_sorted.resize(table->rowCount());
-            for (std::size_t i = 0; i < m_sorted.size(); ++i)
-                m_sorted[i] = static_cast<std::uint32_t>(i);
+            sorted.resize(rowCount);
+            for (std::size_t i = 0; i < sorted.size(); ++i)
+                sorted[i] = static_cast<std::uint32_t>(i);
         }
-        m_sortColumn = column;
-        m_sortDirection = direction;
-        m_sortedValid = true;
+        orders.sorted = std::make_shared<const std::vector<std::uint32_t>>(std::move(sorted));
+        orders.sortColumn = column;
+        orders.sortDirection = direction;
     }
 
+    const RowFilter &filter = request.filter;
     if (!filter.active()) {
-        m_rows = m_sorted;
-        return;
+        set.m_rows = *orders.sorted;
+        return set;
     }
     const std::vector<std::size_t> searchColumns = RowFilter::searchColumns(*table);
     // Rows are tested in storage order (memory is read front to back), then taken in the
     // sorted order.
-    std::vector<char> passes(table->rowCount());
+    std::vector<char> passes(rowCount);
+    constexpr std::size_t kStopCheckRows = 4096;
+    std::atomic<bool> abandoned{false};
     forChunks(passes.size(), [&](std::size_t begin, std::size_t end) {
-        for (std::size_t row = begin; row < end; ++row)
+        for (std::size_t row = begin; row < end; ++row) {
+            if ((row - begin) % kStopCheckRows == 0 && (abandoned.load() || isStopped(stopped))) {
+                abandoned.store(true);
+                return;
+            }
             passes[row] = filter.rowPasses(*table, row, searchColumns);
+        }
     });
-    for (const std::uint32_t row : m_sorted)
+    if (abandoned.load())
+        return std::nullopt;
+    for (const std::uint32_t row : *orders.sorted)
         if (passes[row])
-            m_rows.push_back(row);
+            set.m_rows.push_back(row);
+    return set;
+}
+
+void RowSet::reload(const TOrbMDBTable *table, const RowFilter &filter)
+{
+    // Without a stop check the build always yields a set.
+    *this = std::move(*build(request(table, filter), {}));
 }
 
 std::optional<std::size_t> RowSet::positionOfRow(std::uint32_t row) const

@@ -69,14 +69,8 @@ bool ExportJob::startExport(ExportObserver *observer)
                          m_tableEntries.end());
     m_selectedTableCount = static_cast<int>(m_tableEntries.size());
     m_observer = observer;
-    m_worker = std::thread([this, routine] { runRoutine(routine); });
+    m_worker.post([this, routine](const BackgroundTask::Run &) { runRoutine(routine); });
     return true;
-}
-
-void ExportJob::wait()
-{
-    if (m_worker.joinable() && m_worker.get_id() != std::this_thread::get_id())
-        m_worker.join();
 }
 
 void ExportJob::runRoutine(Routine routine)

@@ -36,13 +36,13 @@
 #include "export/ExportFileType.h"
 #include "export/ExportOptions.h"
 #include "export/ExportReport.h"
+#include "util/BackgroundTask.h"
 
 #include <atomic>
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <vector>
 
 namespace vellum {
@@ -115,15 +115,15 @@ public:
     /// False (nothing started) when the kind has no routine or a worker was started already.
     [[nodiscard]] bool startExport(ExportObserver *observer);
     /// Sets the stop flag; the worker stops at its next check. Any thread, also a signal handler.
-    void stop() { m_terminate.store(true, std::memory_order_relaxed); }
-    /// Waits for the worker to end (no-op when none runs).
-    void wait();
+    void stop() { m_worker.requestStop(); }
+    /// Waits for the worker to end (no-op when none runs, or on the worker itself).
+    void wait() { m_worker.wait(); }
     /// The stop flag, for handlers that only hold the flag (e.g. a signal handler).
-    std::atomic<bool> &terminateFlag() { return m_terminate; }
+    std::atomic<bool> &terminateFlag() { return m_worker.stopFlag(); }
 
     /// The final report of the finished export (title and message).
     ExportReport report() const;
-    bool terminated() const { return m_terminate.load(std::memory_order_relaxed); }
+    bool terminated() const { return m_worker.stopRequested(); }
     std::int64_t successTableCount() const { return m_successTableCount; }
     const std::vector<std::string> &msgLog() const { return m_msgLog; }
 
@@ -159,12 +159,12 @@ private:
     bool m_selectedTable = false;
     ExportOptions m_options;
     std::string m_exportPath;
-    std::atomic<bool> m_terminate{false};
     std::int64_t m_successTableCount = 0;
     std::vector<std::string> m_msgLog;
     ExportObserver *m_observer = nullptr;
-    std::thread m_worker;
     bool m_started = false;
+    // Runs the routine; its stop flag is the job's. Last, so that it ends before the rest goes.
+    BackgroundTask m_worker;
 };
 
 } // namespace vellum

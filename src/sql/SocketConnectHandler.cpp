@@ -1,11 +1,9 @@
 #include "sql/SocketConnectHandler.h"
 
 #include "sql/DBSocketBase.h"
+#include "util/BackgroundTask.h"
 
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
-#include <thread>
 
 namespace vellum {
 
@@ -20,30 +18,24 @@ SocketConnectHandler::Outcome SocketConnectHandler::ConnectWithSocket(DBSocketBa
 
 SocketConnectHandler::Outcome SocketConnectHandler::run(const std::function<bool()> &shouldCancel)
 {
-    std::mutex mutex;
-    std::condition_variable finished;
+    BackgroundTask worker;
     _connecting.store(true);
-    std::thread worker([&] {
-        const bool success = _socket.connect();
-        std::lock_guard<std::mutex> lock(mutex);
-        _success.store(success);
+    worker.post([this](const BackgroundTask::Run &) {
+        _success.store(_socket.connect());
         _connecting.store(false);
-        finished.notify_one();
     });
 
     bool cancelled = false;
-    {
-        std::unique_lock<std::mutex> lock(mutex);
-        while (_connecting.load()) {
-            if (_cancel.load() || (shouldCancel && shouldCancel())) {
-                cancelled = true;
-                break;
-            }
-            finished.wait_for(lock, std::chrono::milliseconds(10));
+    while (_connecting.load()) {
+        if (_cancel.load() || (shouldCancel && shouldCancel())) {
+            cancelled = true;
+            break;
         }
+        if (worker.waitFor(std::chrono::milliseconds(10)))
+            break;
     }
-    // The thread touches the socket, so it is always joined before anyone else uses it.
-    worker.join();
+    // The worker touches the socket, so it always ends before anyone else uses it.
+    worker.wait();
     if (cancelled) {
         _socket.close();
         return kCancelled;

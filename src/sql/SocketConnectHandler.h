@@ -7,8 +7,8 @@ namespace vellum {
 
 class DBSocketBase;
 
-/// Runs a socket's connect step on a short-lived thread while the calling thread waits, so a
-/// connect that hangs can still be abandoned by the caller's cancel check.
+/// Runs a socket's connect step on a short-lived worker (a BackgroundTask) while the calling
+/// thread waits, so a connect that hangs can still be abandoned by the caller's cancel check.
 class SocketConnectHandler {
 public:
     /// Connect finished successfully / failed / was cancelled.
@@ -16,7 +16,7 @@ public:
 
     explicit SocketConnectHandler(DBSocketBase &socket);
 
-    /// Connects `socket` on a new thread and waits for it, asking `shouldCancel` (may be empty)
+    /// Connects `socket` on a worker thread and waits for it, asking `shouldCancel` (may be empty)
     /// about every 10 ms. A cancelled connect is still waited for, then the socket is closed.
     static Outcome ConnectWithSocket(DBSocketBase &socket, const std::function<bool()> &shouldCancel);
 

@@ -68,6 +68,39 @@ TEST(RowSet, FilterKeepsSortOrderAndFollowsChanges)
     EXPECT_EQ(set.table(), nullptr);
 }
 
+TEST(RowSet, BuildWorksFromTheRequestAndGivesUpWhenStopped)
+{
+    auto file = test::makeTestFile("f");
+    TOrbMDBTable *table = test::addColumnTable(*file, "T", {"b", "c", "a"});
+    RowSet shown;
+    table->columns()[0]->setSortOrder(1);
+    const RowSet::Request ascending = shown.request(table, RowFilter());
+    // The sort state is the one taken with the request, not what the columns say by the time
+    // the build runs.
+    table->columns()[0]->setSortOrder(-1);
+    std::optional<RowSet> built = RowSet::build(ascending, {});
+    ASSERT_TRUE(built);
+    EXPECT_EQ(shownValues(*table, *built), (std::vector<std::string>{"a", "b", "c"}));
+    EXPECT_EQ(built->sortColumn(), 0u);
+    EXPECT_EQ(built->sortDirection(), 1);
+    EXPECT_TRUE(shown.empty()) << "building leaves the set it was asked from alone";
+
+    // A build asked to stop yields nothing; one that is not asked yields the set.
+    int asked = 0;
+    EXPECT_FALSE(RowSet::build(built->request(table, RowFilter("a", SearchOption::Contains, true)), [&] {
+        ++asked;
+        return true;
+    }));
+    EXPECT_GT(asked, 0);
+    const std::optional<RowSet> descending = RowSet::build(built->request(table, RowFilter()), [] { return false; });
+    ASSERT_TRUE(descending);
+    EXPECT_EQ(shownValues(*table, *descending), (std::vector<std::string>{"c", "b", "a"}));
+    const std::optional<RowSet> none = RowSet::build(shown.request(nullptr, RowFilter()), {});
+    ASSERT_TRUE(none);
+    EXPECT_TRUE(none->empty());
+    EXPECT_EQ(none->table(), nullptr);
+}
+
 TEST(RowSet, HeaderClickCyclesOneColumn)
 {
     EXPECT_EQ(nextSortOrder(0), 1);

@@ -9,7 +9,10 @@
 
 #include <QApplication>
 #include <QColor>
+#include <QMetaObject>
 #include <QPalette>
+
+#include <memory>
 
 namespace vellum {
 
@@ -40,26 +43,91 @@ TableDataModel::TableDataModel(QObject *parent) : QAbstractTableModel(parent), m
         m_cellFont.setPointSizeF(m_cellFont.pointSizeF() - 1);
 }
 
-void TableDataModel::showTable(const TOrbMDBTable *table, const RowFilter &filter)
+TableDataModel::~TableDataModel()
 {
-    beginResetModel();
-    if (table != m_rows.table())
-        m_rows.clear();
-    m_rows.reload(table, filter);
-    m_columnCount = table ? static_cast<int>(table->columns().size()) : 0;
-    endResetModel();
+    m_task.invalidate();
+    m_task.wait();
 }
 
-void TableDataModel::reload(const RowFilter &filter)
+void TableDataModel::showTable(const TOrbMDBTable *table, const RowFilter &filter, ReloadHooks hooks)
 {
+    if (table != m_table) {
+        // Work on the previous table ends before that table may go away.
+        m_task.invalidate();
+        m_task.wait();
+    }
+    request(table, filter, std::move(hooks));
+}
+
+void TableDataModel::reload(const RowFilter &filter, ReloadHooks hooks)
+{
+    request(m_table, filter, std::move(hooks));
+}
+
+void TableDataModel::request(const TOrbMDBTable *table, const RowFilter &filter, ReloadHooks hooks)
+{
+    const bool newTable = table != m_table;
+    RowSet::Request request = newTable ? RowSet().request(table, filter) : m_rows.request(table, filter);
+    if (!table || table->rowCount() < kBackgroundRows) {
+        m_task.invalidate();
+        m_pendingHooks = {};
+        putRows(table, std::move(*RowSet::build(request, {})), hooks);
+        setReloading(false);
+        return;
+    }
+    if (newTable) // the new columns at once, the rows when they are ready
+        putRows(table, RowSet(), {});
+    m_pendingHooks = std::move(hooks);
+    m_task.post([this, request = std::move(request)](const BackgroundTask::Run &run) {
+        std::optional<RowSet> rows = RowSet::build(request, [&run] { return run.stopRequested(); });
+        if (!rows)
+            return;
+        // Handed over to the GUI thread; dropped there when a newer request came meanwhile.
+        auto shared = std::make_shared<RowSet>(std::move(*rows));
+        QMetaObject::invokeMethod(
+            this, [this, generation = run.generation(), shared] { rowsArrived(generation, std::move(*shared)); },
+            Qt::QueuedConnection);
+    });
+    setReloading(true);
+}
+
+void TableDataModel::rowsArrived(std::uint64_t generation, RowSet rows)
+{
+    if (!m_task.isCurrent(generation) || rows.table() != m_table)
+        return;
+    const ReloadHooks hooks = std::move(m_pendingHooks);
+    m_pendingHooks = {};
+    putRows(m_table, std::move(rows), hooks);
+    setReloading(false);
+}
+
+void TableDataModel::putRows(const TOrbMDBTable *table, RowSet rows, const ReloadHooks &hooks)
+{
+    if (hooks.before)
+        hooks.before();
     beginResetModel();
-    m_rows.reload(m_rows.table(), filter);
+    m_table = table;
+    m_columnCount = table ? static_cast<int>(table->columns().size()) : 0;
+    m_rows = std::move(rows);
     endResetModel();
+    if (hooks.after)
+        hooks.after();
+}
+
+void TableDataModel::setReloading(bool reloading)
+{
+    if (reloading == m_reloading)
+        return;
+    m_reloading = reloading;
+    if (reloading)
+        emit reloadStarted();
+    else
+        emit reloadFinished();
 }
 
 CellValue TableDataModel::cellValue(int row, int column) const
 {
-    const TOrbMDBTable *table = m_rows.table();
+    const TOrbMDBTable *table = m_table;
     if (!table || row < 0 || column < 0 || static_cast<std::size_t>(row) >= m_rows.size() || column >= m_columnCount)
         return CellValue::null();
     return table->cell(m_rows.rowAt(static_cast<std::size_t>(row)), static_cast<std::size_t>(column));
@@ -67,14 +135,14 @@ CellValue TableDataModel::cellValue(int row, int column) const
 
 bool TableDataModel::isOLEColumn(int column) const
 {
-    const TOrbMDBTable *table = m_rows.table();
+    const TOrbMDBTable *table = m_table;
     return table && column >= 0 && column < m_columnCount &&
            table->columns()[static_cast<std::size_t>(column)]->dataType() == "OLE";
 }
 
 std::int64_t TableDataModel::sortOrder(int column) const
 {
-    const TOrbMDBTable *table = m_rows.table();
+    const TOrbMDBTable *table = m_table;
     if (!table || column < 0 || column >= m_columnCount)
         return 0;
     return table->columns()[static_cast<std::size_t>(column)]->sortOrder();
@@ -118,7 +186,7 @@ QVariant TableDataModel::data(const QModelIndex &index, int role) const
         return fileIconForExtension(toQString(value.blob->fileExtension()));
     }
     case Qt::TextAlignmentRole: {
-        const TOrbMDBTable *table = m_rows.table();
+        const TOrbMDBTable *table = m_table;
         if (!table || index.column() >= m_columnCount)
             return {};
         return QVariant::fromValue(alignmentOf(table->columns()[static_cast<std::size_t>(index.column())]->textAlignForCell()));
@@ -134,7 +202,7 @@ QVariant TableDataModel::data(const QModelIndex &index, int role) const
 
 QVariant TableDataModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    const TOrbMDBTable *table = m_rows.table();
+    const TOrbMDBTable *table = m_table;
     if (orientation != Qt::Horizontal || !table || section < 0 || section >= m_columnCount)
         return QAbstractTableModel::headerData(section, orientation, role);
     const TOrbMDBColumn &column = *table->columns()[static_cast<std::size_t>(section)];

@@ -10,6 +10,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
 
 namespace vellum {
@@ -17,7 +18,7 @@ namespace vellum {
 /// The loader's observer: the worker writes, the main thread reads on a timer.
 class FileLoader::Observer : public LoadObserver {
 public:
-    explicit Observer(std::atomic<bool> &cancel) : m_cancel(cancel) {}
+    explicit Observer(const BackgroundTask &task) : m_task(task) {}
 
     void tableStarted(const std::string &name, std::size_t index, std::size_t count) override
     {
@@ -28,7 +29,7 @@ public:
     }
     void rowsLoaded(std::uint64_t totalRows) override { m_rows.store(totalRows); }
     void rowsExpected(std::uint64_t totalRows) override { m_expected.store(totalRows); }
-    bool shouldCancel() override { return m_cancel.load(); }
+    bool shouldCancel() override { return m_task.stopRequested(); }
 
     void snapshot(std::string &table, std::size_t &index, std::size_t &count, std::uint64_t &rows,
                   std::uint64_t &expected)
@@ -42,7 +43,7 @@ public:
     }
 
 private:
-    std::atomic<bool> &m_cancel;
+    const BackgroundTask &m_task;
     std::mutex m_mutex;
     std::string m_table;
     std::size_t m_index = 0;
@@ -67,10 +68,12 @@ FileLoader::~FileLoader()
 
 void FileLoader::shutdown()
 {
-    if (m_worker.joinable()) {
-        m_cancel.store(true);
-        m_worker.join();
+    if (m_task.busy()) {
+        m_task.requestStop();
+        m_task.wait();
     }
+    // A report of the stopped open that is still on its way to this thread is dropped.
+    m_task.invalidate();
     m_delay->stop();
     m_refresh->stop();
     m_done = nullptr;
@@ -89,29 +92,31 @@ bool FileLoader::open(TOrbMDBFile *file, std::function<void(LoadResult)> done)
     }
     m_file = file;
     m_done = std::move(done);
-    m_cancel.store(false);
-    m_observer = std::make_unique<Observer>(m_cancel);
+    m_task.clearStop();
+    m_observer = std::make_unique<Observer>(m_task);
     m_delay->start();
-    m_worker = std::thread([this, file] {
-        const bool ok = file->open(m_observer.get());
-        QMetaObject::invokeMethod(this, [this, ok] { workerDone(ok); }, Qt::QueuedConnection);
+    Observer *observer = m_observer.get();
+    m_task.post([this, file, observer](const BackgroundTask::Run &run) {
+        const bool ok = file->open(observer);
+        QMetaObject::invokeMethod(
+            this, [this, generation = run.generation(), ok] { workerDone(generation, ok); }, Qt::QueuedConnection);
     });
     return true;
 }
 
-void FileLoader::workerDone(bool ok)
+void FileLoader::workerDone(std::uint64_t generation, bool ok)
 {
-    if (!m_file)
+    if (!m_file || !m_task.isCurrent(generation))
         return; // shut down meanwhile
-    if (m_worker.joinable())
-        m_worker.join();
+    m_task.wait(); // the work has only to return
     m_delay->stop();
     m_refresh->stop();
     if (m_dialog) {
         m_dialog->hide();
         m_dialog->deleteLater();
     }
-    const LoadResult result = ok ? LoadResult::Opened : (m_cancel.load() ? LoadResult::Cancelled : LoadResult::Failed);
+    const LoadResult result =
+        ok ? LoadResult::Opened : (m_task.stopRequested() ? LoadResult::Cancelled : LoadResult::Failed);
     m_file = nullptr;
     m_observer.reset();
     auto done = std::move(m_done);

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "util/BackgroundTask.h"
+
 #include <QObject>
 #include <QPointer>
 
-#include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
-#include <thread>
 
 class QProgressDialog;
 class QTimer;
@@ -36,7 +37,7 @@ public:
     /// Whether this file object is being loaded right now.
     bool isLoading(const TOrbMDBFile *file) const { return file && file == m_file; }
     /// Asks the running open to stop (as the dialog's Cancel does).
-    void cancel() { m_cancel.store(true); }
+    void cancel() { m_task.requestStop(); }
     /// Stops a running open and waits for its worker, without reporting it (quitting).
     void shutdown();
 
@@ -49,19 +50,19 @@ signals:
 
 private:
     class Observer;
-    void workerDone(bool ok);
+    void workerDone(std::uint64_t generation, bool ok);
     void showProgress();
     void updateProgress();
 
     QWidget *m_parent;
     TOrbMDBFile *m_file = nullptr;
     std::function<void(LoadResult)> m_done;
-    std::thread m_worker;
     std::unique_ptr<Observer> m_observer;
-    std::atomic<bool> m_cancel{false};
     QTimer *m_delay;
     QTimer *m_refresh;
     QPointer<QProgressDialog> m_dialog;
+    // Runs the open; its stop flag is the Cancel. Last, so that it stops before the rest goes.
+    BackgroundTask m_task;
 };
 
 } // namespace vellum

@@ -14,16 +14,19 @@
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTextEdit>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <memory>
 
 namespace vellum {
 
 DataView::DataView(bool textViewShown, QWidget *parent)
     : QWidget(parent), m_model(new TableDataModel(this)), m_grid(new CopyableTableView(this)),
       m_jumpBar(new GCJumpBar(this)), m_splitter(new QSplitter(Qt::Vertical, this)), m_bottom(new QStackedWidget(this)),
-      m_textView(new QTextEdit(this)), m_imageView(new MdbImageView(this)), m_textViewShown(textViewShown)
+      m_textView(new QTextEdit(this)), m_imageView(new MdbImageView(this)), m_busyDelay(new QTimer(this)),
+      m_textViewShown(textViewShown)
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -46,6 +49,12 @@ DataView::DataView(bool textViewShown, QWidget *parent)
     m_splitter->setStretchFactor(1, 0);
     m_bottom->setVisible(textViewShown);
     m_jumpBar->hide();
+
+    m_busyDelay->setSingleShot(true);
+    m_busyDelay->setInterval(kBusyDelayMs);
+    connect(m_busyDelay, &QTimer::timeout, this, &DataView::showBusy);
+    connect(m_model, &TableDataModel::reloadStarted, this, &DataView::reloadStarted);
+    connect(m_model, &TableDataModel::reloadFinished, this, &DataView::reloadFinished);
 
     m_filterProvider = [] { return RowFilter(); };
     connect(m_grid, &CopyableTableView::headerClicked, this, &DataView::onHeaderClicked);
@@ -74,40 +83,94 @@ void DataView::showEvent(QShowEvent *event)
 
 void DataView::updateDataTableToShowMDBTable(const TOrbMDBTable *table)
 {
+    // What waited for an earlier request belongs to what was shown then.
+    m_whenReloaded.clear();
     m_grid->leaveCellCursor();
-    m_model->showTable(table, m_filterProvider());
-    m_grid->horizontalHeader()->reset();
-    sizeColumns();
-    applySortIndicator();
-    emit rowsReloaded();
-}
-
-void DataView::reloadData()
-{
-    m_model->reload(m_filterProvider());
-    applySortIndicator();
-    emit rowsReloaded();
-}
-
-void DataView::reloadKeepingSelection()
-{
-    std::optional<std::uint32_t> remembered;
-    const QModelIndex current = m_grid->currentIndex();
-    if (current.isValid() && m_grid->selectionModel()->isRowSelected(current.row(), {}))
-        remembered = m_model->tableRow(current.row());
-    else if (const QModelIndexList rows = m_grid->selectionModel()->selectedRows(); !rows.isEmpty())
-        remembered = m_model->tableRow(rows.first().row());
-    m_grid->leaveCellCursor();
-    m_model->reload(m_filterProvider());
-    applySortIndicator();
-    if (remembered) {
-        if (const auto position = m_model->rowSet().positionOfRow(*remembered)) {
-            const QModelIndex index = m_model->index(static_cast<int>(*position), 0);
-            m_grid->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
-                                                                 QItemSelectionModel::Rows);
-        }
+    const bool newTable = table != m_model->table();
+    const auto after = [this] {
+        m_grid->horizontalHeader()->reset();
+        sizeColumns();
+        applySortIndicator();
+        finishReload();
+    };
+    m_model->showTable(table, m_filterProvider(), {nullptr, after});
+    if (newTable && m_model->isReloading()) {
+        // The new columns show at once; their widths follow the rows when these are in.
+        m_grid->horizontalHeader()->reset();
+        sizeColumns();
+        applySortIndicator();
     }
+}
+
+void DataView::reloadData(std::function<void()> whenReloaded)
+{
+    if (whenReloaded)
+        m_whenReloaded.push_back(std::move(whenReloaded));
+    const auto after = [this] {
+        applySortIndicator();
+        finishReload();
+    };
+    m_model->reload(m_filterProvider(), {nullptr, after});
+}
+
+void DataView::reloadKeepingSelection(std::function<void()> whenReloaded)
+{
+    if (whenReloaded)
+        m_whenReloaded.push_back(std::move(whenReloaded));
+    // The row to keep is the one selected when the new rows come in.
+    auto remembered = std::make_shared<std::optional<std::uint32_t>>();
+    const auto before = [this, remembered] {
+        const QModelIndex current = m_grid->currentIndex();
+        if (current.isValid() && m_grid->selectionModel()->isRowSelected(current.row(), {}))
+            *remembered = m_model->tableRow(current.row());
+        else if (const QModelIndexList rows = m_grid->selectionModel()->selectedRows(); !rows.isEmpty())
+            *remembered = m_model->tableRow(rows.first().row());
+        m_grid->leaveCellCursor();
+    };
+    const auto after = [this, remembered] {
+        applySortIndicator();
+        if (*remembered) {
+            if (const auto position = m_model->rowSet().positionOfRow(**remembered)) {
+                const QModelIndex index = m_model->index(static_cast<int>(*position), 0);
+                m_grid->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
+                                                                     QItemSelectionModel::Rows);
+            }
+        }
+        finishReload();
+    };
+    m_model->reload(m_filterProvider(), {before, after});
+}
+
+void DataView::finishReload()
+{
     emit rowsReloaded();
+    std::vector<std::function<void()>> waiting;
+    waiting.swap(m_whenReloaded);
+    for (const auto &call : waiting)
+        call();
+}
+
+void DataView::reloadStarted()
+{
+    if (!m_busyDelay->isActive() && !m_busyShown)
+        m_busyDelay->start();
+}
+
+void DataView::reloadFinished()
+{
+    m_busyDelay->stop();
+    if (m_busyShown) {
+        m_busyShown = false;
+        m_grid->viewport()->unsetCursor();
+    }
+}
+
+void DataView::showBusy()
+{
+    if (!m_model->isReloading() || m_busyShown)
+        return;
+    m_busyShown = true;
+    m_grid->viewport()->setCursor(Qt::BusyCursor);
 }
 
 void DataView::onHeaderClicked(int column)
@@ -122,16 +185,17 @@ void DataView::onHeaderClicked(int column)
 
 void DataView::applySortIndicator()
 {
+    // The indicator tells the order of the rows shown: the sort their set was built for.
     QHeaderView *header = m_grid->horizontalHeader();
-    const TOrbMDBTable *table = m_model->table();
-    const std::optional<std::size_t> column = table ? sortColumnOf(*table) : std::nullopt;
+    const RowSet &rows = m_model->rowSet();
+    const std::optional<std::size_t> column = rows.table() ? rows.sortColumn() : std::nullopt;
     if (!column) {
         header->setSortIndicatorShown(false);
         return;
     }
     header->setSortIndicatorShown(true);
     header->setSortIndicator(static_cast<int>(*column),
-                             m_model->sortOrder(static_cast<int>(*column)) == 1 ? Qt::AscendingOrder : Qt::DescendingOrder);
+                             rows.sortDirection() == 1 ? Qt::AscendingOrder : Qt::DescendingOrder);
 }
 
 void DataView::sizeColumns()

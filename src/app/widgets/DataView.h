@@ -7,10 +7,12 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 class QSplitter;
 class QStackedWidget;
 class QTextEdit;
+class QTimer;
 
 namespace vellum {
 
@@ -37,13 +39,21 @@ public:
     /// The data filter applied at every reload (the main window's search; none for children).
     void setFilterProvider(std::function<RowFilter()> provider) { m_filterProvider = std::move(provider); }
 
-    /// Shows a table (or none): new columns, sorted and filtered rows, sort indicator.
+    /// How long sorting or filtering runs before the grid shows a busy cursor (milliseconds).
+    static constexpr int kBusyDelayMs = 100;
+
+    /// Shows a table (or none): new columns, sorted and filtered rows, sort indicator. Large
+    /// tables are sorted and filtered off the GUI thread; their rows follow when ready.
     void updateDataTableToShowMDBTable(const TOrbMDBTable *table);
     /// Sorts and filters the shown table again and keeps the row that was selected when it is
-    /// still shown (selected alone, not scrolled to).
-    void reloadKeepingSelection();
-    /// Sorts and filters again without selection handling.
-    void reloadData();
+    /// still shown (selected alone, not scrolled to). The grid keeps its rows until the new ones
+    /// are ready; `whenReloaded` runs then (also when a newer reload of the same table replaced
+    /// this one: it runs when that one's rows are in; dropped when another table is shown).
+    void reloadKeepingSelection(std::function<void()> whenReloaded = {});
+    /// Sorts and filters again without selection handling; `whenReloaded` as above.
+    void reloadData(std::function<void()> whenReloaded = {});
+    /// Whether the grid shows its busy cursor (sorting or filtering ran over kBusyDelayMs).
+    bool isBusyShown() const { return m_busyShown; }
 
     /// Shows a value in the bottom pane: a blob with a picture in the picture view, any other
     /// value as text ("[NULL]" and "[NON-TEXTUAL DATA]" grey); no value: grey "No fields selected".
@@ -65,6 +75,10 @@ protected:
 
 private:
     void onHeaderClicked(int column);
+    void finishReload();
+    void reloadStarted();
+    void reloadFinished();
+    void showBusy();
     void applySortIndicator();
     void sizeColumns();
 
@@ -75,7 +89,11 @@ private:
     QStackedWidget *m_bottom;
     QTextEdit *m_textView;
     MdbImageView *m_imageView;
+    QTimer *m_busyDelay;
     std::function<RowFilter()> m_filterProvider;
+    /// Calls waiting for the rows of the newest reload.
+    std::vector<std::function<void()>> m_whenReloaded;
+    bool m_busyShown = false;
     bool m_textViewShown;
     int m_bottomHeight = 140;
     bool m_sized = false;

@@ -617,8 +617,8 @@ void VellumAppDelegate::fileSearchTextChanged(const QString &text)
 void VellumAppDelegate::dataSearchTextChanged(const QString &text)
 {
     m_controller.setDataSearchText(text.toStdString());
-    m_dataView->reloadKeepingSelection();
-    updateStatusBarForRecordSelection();
+    // The status counts the rows shown, so it follows when they are in.
+    m_dataView->reloadKeepingSelection([this] { updateStatusBarForRecordSelection(); });
 }
 
 void VellumAppDelegate::SetSearchOption(int tag)
