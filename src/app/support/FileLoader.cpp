@@ -2,6 +2,7 @@
 
 #include "app/support/qtStrings.h"
 #include "browser/localizedFormat.h"
+#include "model/FileReader.h"
 #include "model/TOrbMDBFile.h"
 
 #include <QMetaObject>
@@ -51,7 +52,9 @@ private:
     std::atomic<std::uint64_t> m_expected{0};
 };
 
-FileLoader::FileLoader(QWidget *parent) : QObject(parent), m_parent(parent), m_delay(new QTimer(this)), m_refresh(new QTimer(this))
+FileLoader::FileLoader(QWidget *parent, std::shared_ptr<FileReader> reader)
+    : QObject(parent), m_parent(parent), m_reader(std::move(reader)), m_delay(new QTimer(this)),
+      m_refresh(new QTimer(this))
 {
     m_delay->setSingleShot(true);
     m_delay->setInterval(kDialogDelayMs);
@@ -93,7 +96,7 @@ bool FileLoader::open(TOrbMDBFile *file, std::function<void(LoadResult)> done)
     m_observer = std::make_unique<Observer>(m_cancel);
     m_delay->start();
     m_worker = std::thread([this, file] {
-        const bool ok = file->open(m_observer.get());
+        const bool ok = file->open(*m_reader, m_observer.get());
         QMetaObject::invokeMethod(this, [this, ok] { workerDone(ok); }, Qt::QueuedConnection);
     });
     return true;
