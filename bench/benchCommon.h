@@ -2,6 +2,8 @@
 
 // Small helpers shared by the benchmarks that time commands against their peers.
 
+#include "loader/chooseFileReader.h"
+
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -12,10 +14,18 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace vellum::bench {
+
+/// The reader the command line would use (isolated when vellum-loader is beside the bench),
+/// with the in-process notice on standard error otherwise.
+inline std::unique_ptr<FileReader> commandLineReader()
+{
+    return chooseFileReader([](const std::string &line) { std::fprintf(stderr, "%s\n", line.c_str()); });
+}
 
 /// Seconds since a start time.
 inline double since(std::chrono::steady_clock::time_point start)

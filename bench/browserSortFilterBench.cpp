@@ -11,6 +11,7 @@
 #include "benchCommon.h"
 
 #include "browser/RowSet.h"
+#include "mdb/InProcessReader.h"
 #include "model/TOrbMDBFile.h"
 
 #include <time.h>
@@ -132,7 +133,8 @@ int main(int argc, char **argv)
 {
     const std::string dir = argc > 1 ? argv[1] : VELLUM_SHARED_DIR "/testdata";
     auto file = TOrbMDBFile::fromPath(dir + "/big.mdb");
-    if (!file->open(LoadMode::InProcess, nullptr) || !file->tableNamed("Big")) {
+    InProcessReader reader;
+    if (!file->open(reader, nullptr) || !file->tableNamed("Big")) {
         std::fprintf(stderr, "cannot open %s/big.mdb\n", dir.c_str());
         return 1;
     }

@@ -31,7 +31,7 @@ void splitVellum(const std::string &path, const std::string &folder, double &ope
 {
     auto start = std::chrono::steady_clock::now();
     auto file = TOrbMDBFile::fromPath(path);
-    if (!file->open()) {
+    if (!file->open(*commandLineReader())) {
         openSeconds = writeSeconds = -1;
         return;
     }

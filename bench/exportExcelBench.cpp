@@ -144,7 +144,7 @@ int main(int argc, char **argv)
             continue;
         }
         auto file = TOrbMDBFile::fromPath(path);
-        if (!file->open()) {
+        if (!file->open(*commandLineReader())) {
             std::printf("%s: cannot be opened\n", name.c_str());
             return 1;
         }

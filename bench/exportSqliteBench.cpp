@@ -59,7 +59,7 @@ Split splitVellum(const std::string &path, const std::string &work)
     Split split;
     auto start = std::chrono::steady_clock::now();
     auto file = TOrbMDBFile::fromPath(path);
-    if (!file->open())
+    if (!file->open(*commandLineReader()))
         return split;
     split.open = since(start);
     const TOrbMDBTable *big = file->tableNamed("Big");

@@ -7,7 +7,8 @@
 
 #include "benchCommon.h"
 
-#include "model/MdbLoader.h"
+#include "loader/IsolatedReader.h"
+#include "mdb/MdbLoader.h"
 #include "model/TOrbMDBFile.h"
 
 #include <chrono>

@@ -7,6 +7,7 @@
 
 #include "benchCommon.h"
 
+#include "mdb/InProcessReader.h"
 #include "model/TOrbMDBFile.h"
 
 #include <sys/resource.h>
@@ -30,14 +31,14 @@ struct Measure {
 };
 
 /// Loads the file in a forked child, which reports its time.
-Measure measureLoad(const std::string &path, LoadMode mode)
+Measure measureLoad(const std::string &path, FileReader &reader)
 {
     Measure m;
     const std::vector<double> result = runInChild(
         [&] {
             const auto start = std::chrono::steady_clock::now();
             auto file = TOrbMDBFile::fromPath(path);
-            const bool ok = file->open(mode, nullptr);
+            const bool ok = file->open(reader, nullptr);
             const double seconds = since(start);
             std::size_t rows = 0;
             for (const auto &table : file->tables())
@@ -78,8 +79,9 @@ int main(int argc, char **argv)
         // Best of three for both sides: the machine is shared.
         double best = 1e9, bestExport = 1e9;
         long peak = 0;
+        InProcessReader reader;
         for (int round = 0; round < 3; ++round) {
-            const Measure m = measureLoad(path, LoadMode::InProcess);
+            const Measure m = measureLoad(path, reader);
             if (!m.ok) {
                 std::printf("%s: loading failed\n", name);
                 ++failures;

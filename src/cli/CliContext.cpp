@@ -1,6 +1,7 @@
 #include "cli/CliContext.h"
 
 #include "cli/LoadProgress.h"
+#include "loader/chooseFileReader.h"
 #include "model/TOrbMDBFile.h"
 
 #include <unistd.h>
@@ -29,11 +30,13 @@ int usageError(const Command &command, const std::string &message)
     return kExitUsage;
 }
 
-std::unique_ptr<TOrbMDBFile> openDatabase(const std::string &path)
+std::unique_ptr<TOrbMDBFile> openDatabase(CliContext &context, const std::string &path)
 {
+    if (!context.reader)
+        context.reader = chooseFileReader([](const std::string &line) { std::fprintf(stderr, "%s\n", line.c_str()); });
     auto file = TOrbMDBFile::fromPath(path);
     LoadProgress progress(file->size());
-    if (access(path.c_str(), R_OK) != 0 || !file->open(progress.observer())) {
+    if (access(path.c_str(), R_OK) != 0 || !file->open(*context.reader, progress.observer())) {
         progress.finish();
         std::fprintf(stderr, "File (%s) cannot be opened\n", path.c_str());
         return nullptr;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/FileReader.h"
+
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -22,6 +24,9 @@ enum ExitStatus { kExitOk = 0, kExitFailure = 1, kExitUsage = 2 };
 struct CliContext {
     std::vector<std::string> args;
     std::FILE *out = stdout;
+    /// How `openDatabase` reads files; chosen at the first open (isolated when vellum-loader
+    /// is beside vellum-cli, otherwise in process with a line on standard error saying so).
+    std::unique_ptr<FileReader> reader;
 };
 
 /// A command: name, one-line summary, usage text and the function that runs it.
@@ -39,9 +44,10 @@ int usageError(const Command &command, const std::string &message);
 /// Prints "vellum-cli: MESSAGE" on standard error.
 void printError(const std::string &message);
 
-/// Opens a database path into a loaded file model; prints "File (NAME) cannot be opened" on
-/// standard error and answers nullptr on failure. Shows progress for large files on a terminal.
-std::unique_ptr<TOrbMDBFile> openDatabase(const std::string &path);
+/// Opens a database path into a loaded file model with the context's reader; prints "File
+/// (NAME) cannot be opened" on standard error and answers nullptr on failure. Shows progress for
+/// large files on a terminal.
+std::unique_ptr<TOrbMDBFile> openDatabase(CliContext &context, const std::string &path);
 
 extern const Command kListCommand;
 extern const Command kSchemaCommand;

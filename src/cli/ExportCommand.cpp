@@ -224,7 +224,7 @@ int runExport(CliContext &context)
         return kExitUsage;
     }
 
-    auto file = openDatabase(parser.positionals()[0]);
+    auto file = openDatabase(context, parser.positionals()[0]);
     if (!file)
         return kExitFailure;
     const TOrbMDBTable *firstTable = nullptr;

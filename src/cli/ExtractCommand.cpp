@@ -68,7 +68,7 @@ int runExtract(CliContext &context)
     while (folder.size() > 1 && folder.back() == '/')
         folder.pop_back();
 
-    auto file = openDatabase(parser.positionals()[0]);
+    auto file = openDatabase(context, parser.positionals()[0]);
     if (!file)
         return kExitFailure;
     const TOrbMDBTable *table = file->tableNamed(tableName);

@@ -13,7 +13,7 @@ int runList(CliContext &context)
         return usageError(kListCommand, parser.error());
     if (parser.positionals().size() != 1)
         return usageError(kListCommand, "expected one FILE");
-    auto file = openDatabase(parser.positionals()[0]);
+    auto file = openDatabase(context, parser.positionals()[0]);
     if (!file)
         return kExitFailure;
     for (const auto &table : file->tables())

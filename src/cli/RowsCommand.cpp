@@ -103,7 +103,7 @@ int runRows(CliContext &context)
         return usageError(kRowsCommand, parser.error());
     if (parser.positionals().size() != 2)
         return usageError(kRowsCommand, "expected FILE and TABLE");
-    auto file = openDatabase(parser.positionals()[0]);
+    auto file = openDatabase(context, parser.positionals()[0]);
     if (!file)
         return kExitFailure;
     const TOrbMDBTable *table = file->tableNamed(parser.positionals()[1]);

@@ -101,7 +101,7 @@ int runSchema(CliContext &context)
         return usageError(kSchemaCommand, parser.error());
     if (parser.positionals().size() != 1)
         return usageError(kSchemaCommand, "expected one FILE");
-    auto file = openDatabase(parser.positionals()[0]);
+    auto file = openDatabase(context, parser.positionals()[0]);
     if (!file)
         return kExitFailure;
     if (parser.has("--json")) {

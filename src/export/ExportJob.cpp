@@ -14,7 +14,7 @@ void ExportObserver::updateRowProgress(const ExportJob &, std::size_t, std::size
 ExportJob::ExportJob(TOrbMDBFile &file, const TOrbMDBTable *selectedTable, ExportFileType kind)
     : m_exportFile(&file), m_exportFileType(kind), m_selectedTable(selectedTable == nullptr)
 {
-    if (!file.active() && !file.open())
+    if (!file.active())
         C_LogError("Export: file (%s) cannot be opened", file.fullPath().c_str());
     for (const auto &table : file.tables()) {
         ExportEntry entry = ExportEntry::exportEntryWithTableName(table->name(), kind);

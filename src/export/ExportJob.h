@@ -79,9 +79,10 @@ public:
     /// A routine of a kind: writes the job's entries (see the comment at the top).
     using Routine = void (*)(ExportJob &job);
 
-    /// The job for `file` (opened here when it is not yet active) and `kind`, with one entry per
-    /// table in the file's order: all selected when `selectedTable` is null (whole file),
-    /// otherwise only the entry of that very table. Options start at the kind's defaults.
+    /// The job for the open `file` (the caller reads it: export does not read databases) and
+    /// `kind`, with one entry per table in the file's order: all selected when `selectedTable`
+    /// is null (whole file), otherwise only the entry of that very table. Options start at the
+    /// kind's defaults.
     ExportJob(TOrbMDBFile &file, const TOrbMDBTable *selectedTable, ExportFileType kind);
     ~ExportJob();
     ExportJob(const ExportJob &) = delete;

@@ -1,6 +1,6 @@
 #include "model/TOrbMDBFile.h"
 
-#include "model/MdbLoader.h"
+#include "model/FileReader.h"
 #include "util/fileSize.h"
 #include "util/finderCompare.h"
 #include "util/format.h"
@@ -9,13 +9,10 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <atomic>
 
 namespace vellum {
 
 namespace {
-std::atomic<int> g_defaultMode{-1};
-
 TimePoint toTime(const struct statx_timestamp &ts)
 {
     return static_cast<double>(ts.tv_sec) + ts.tv_nsec / 1e9;
@@ -79,30 +76,11 @@ TOrbMDBForeignKey *TOrbMDBFile::addForeignKey(std::unique_ptr<TOrbMDBForeignKey>
     return m_allForeignKeys.back().get();
 }
 
-LoadMode TOrbMDBFile::defaultLoadMode()
-{
-    const int mode = g_defaultMode.load();
-    if (mode >= 0)
-        return static_cast<LoadMode>(mode);
-    return isolatedLoaderAvailable() ? LoadMode::Isolated : LoadMode::InProcess;
-}
-
-void TOrbMDBFile::setDefaultLoadMode(LoadMode mode)
-{
-    g_defaultMode.store(static_cast<int>(mode));
-}
-
-bool TOrbMDBFile::open(LoadObserver *observer)
-{
-    return open(defaultLoadMode(), observer);
-}
-
-bool TOrbMDBFile::open(LoadMode mode, LoadObserver *observer)
+bool TOrbMDBFile::open(FileReader &reader, LoadObserver *observer)
 {
     if (m_fActive)
         return true;
-    const bool ok = mode == LoadMode::Isolated ? loadFileIsolated(*this, observer) : loadFileInProcess(*this, observer);
-    if (!ok) {
+    if (!reader.read(*this, observer)) {
         m_tables.clear();
         m_allForeignKeys.clear();
         return false;

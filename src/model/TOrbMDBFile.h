@@ -14,6 +14,8 @@
 
 namespace vellum {
 
+class FileReader;
+
 /// Receives the progress of an open and may cancel it. Called on the thread that opens.
 class LoadObserver {
 public:
@@ -29,15 +31,9 @@ public:
     virtual bool shouldCancel() = 0;
 };
 
-/// How `open` reads the file.
-enum class LoadMode {
-    InProcess, ///< libmdb runs in this process
-    Isolated,  ///< a vellum-loader helper process reads the file and sends the model back
-};
-
 /// One Access database file of the application's list. `open` reads the whole database into
-/// memory (kept tables with columns, rows and indexes, and the relationships) and closes
-/// libmdb again; browsing and export then work on the model alone.
+/// memory (kept tables with columns, rows and indexes, and the relationships) through the
+/// reader it is given; browsing and export then work on the model alone.
 class TOrbMDBFile : public TOrbMDBObject {
 public:
     TOrbMDBFile();
@@ -70,16 +66,11 @@ public:
     const std::vector<std::unique_ptr<TOrbMDBForeignKey>> &allForeignKeys() const { return m_allForeignKeys; }
     TOrbMDBForeignKey *addForeignKey(std::unique_ptr<TOrbMDBForeignKey> key);
 
-    /// Loads the whole file; true when it is (now) loaded. An active file answers true at once.
-    [[nodiscard]] bool open(LoadObserver *observer = nullptr);
-    /// Loads with an explicit mode (the default mode is `defaultLoadMode()`).
-    [[nodiscard]] bool open(LoadMode mode, LoadObserver *observer);
+    /// Loads the whole file with `reader`; true when it is (now) loaded. An active file answers
+    /// true at once; after a failed read the file holds no tables and no relationships.
+    [[nodiscard]] bool open(FileReader &reader, LoadObserver *observer = nullptr);
     /// Unloads tables and relationships; the file stays in the list and can be opened again.
     void close();
-
-    /// The mode `open()` uses; the isolated helper when it can be found.
-    static LoadMode defaultLoadMode();
-    static void setDefaultLoadMode(LoadMode mode);
 
     /// The relationships whose referencing table is exactly `tableName`, in list order;
     /// nullopt when the file has no relationships at all.

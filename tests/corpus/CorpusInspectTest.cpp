@@ -4,7 +4,7 @@
 #include "support/Fixtures.h"
 #include "support/RunProcess.h"
 
-#include "model/mdbtoolsInclude.h"
+#include "mdb/mdbtoolsInclude.h"
 
 #include <gtest/gtest.h>
 

@@ -47,7 +47,7 @@ private slots:
     {
         RecentDocuments().clear();
         QSettings().clear();
-        VellumAppDelegate window(VellumAppDelegate::Options{false, nullptr});
+        VellumAppDelegate window(VellumAppDelegate::Options{false, nullptr, test::inProcessReader()});
         window.setAlertHandler([](const QString &, const QString &) {});
         window.show();
         QSignalSpy finished(&window, &VellumAppDelegate::openFinished);

@@ -49,7 +49,7 @@ private slots:
     {
         QSettings().clear();
         m_file = TOrbMDBFile::fromPath(test::copyFixture("features.mdb", m_dir.path(), "db.mdb").toStdString());
-        QVERIFY(m_file->open());
+        QVERIFY(m_file->open(*test::inProcessReader()));
     }
 
     void startsForTheFileOrForOneTable()

@@ -4,7 +4,7 @@
 #include "guiTestSupport.h"
 
 #include "app/support/FileLoader.h"
-#include "model/MdbLoader.h"
+#include "loader/chooseFileReader.h"
 #include "model/TOrbMDBFile.h"
 
 #include <QElapsedTimer>
@@ -25,7 +25,7 @@ private slots:
         QTemporaryDir dir;
         QWidget window;
         window.show();
-        FileLoader loader(&window);
+        FileLoader loader(&window, test::inProcessReader());
         auto file = TOrbMDBFile::fromPath(test::copyFixture("features.mdb", dir.path()).toStdString());
         std::optional<LoadResult> result;
         QVERIFY(loader.open(file.get(), [&](LoadResult r) { result = r; }));
@@ -49,12 +49,11 @@ private slots:
         const QString big = QStringLiteral(VELLUM_SHARED_DIR) + "/testdata/big.mdb";
         if (!QFileInfo::exists(big))
             QSKIP("../shared/testdata/big.mdb is not there: the slow open cannot be tried");
-        // The window opens files the way the application does by default (isolated when the
-        // helper is there).
-        TOrbMDBFile::setDefaultLoadMode(isolatedLoaderAvailable() ? LoadMode::Isolated : LoadMode::InProcess);
+        // The window opens files the way the application does (isolated when the helper is
+        // there).
         QWidget window;
         window.show();
-        FileLoader loader(&window);
+        FileLoader loader(&window, chooseFileReader(nullptr));
         auto file = TOrbMDBFile::fromPath(big.toStdString());
         std::optional<LoadResult> result;
         int ticks = 0;
@@ -84,7 +83,6 @@ private slots:
         QCOMPARE(*result, LoadResult::Cancelled);
         QVERIFY(!file->active());
         QVERIFY(file->tables().empty());
-        TOrbMDBFile::setDefaultLoadMode(LoadMode::InProcess);
     }
 };
 

@@ -35,7 +35,7 @@ private slots:
     void initTestCase()
     {
         m_file = TOrbMDBFile::fromPath(test::copyFixture("features.mdb", m_dir.path()).toStdString());
-        QVERIFY(m_file->open());
+        QVERIFY(m_file->open(*test::inProcessReader()));
     }
 
     void buttonsAndPagesFollowTheSelection()

@@ -38,7 +38,7 @@ private slots:
         test(&model);
         TOrbMDBFile *open = controller.createNewMDBFile(test::copyFixture("features.mdb", m_dir.path()).toStdString(), false);
         controller.createNewMDBFile(m_dir.path().toStdString() + "/closed.mdb", false);
-        QVERIFY(open->open());
+        QVERIFY(open->open(*test::inProcessReader()));
         model.reload();
         QCOMPARE(model.rowCount(), 2);
         const QModelIndex file = model.index(0, 0);
@@ -69,7 +69,7 @@ private slots:
     void tableDataModel()
     {
         auto file = TOrbMDBFile::fromPath(test::copyFixture("ole.mdb", m_dir.path()).toStdString());
-        QVERIFY(file->open());
+        QVERIFY(file->open(*test::inProcessReader()));
         const TOrbMDBTable *blobs = file->tableNamed("Blobs");
         QVERIFY(blobs);
         TableDataModel model;
@@ -109,7 +109,7 @@ private slots:
     void informationLists()
     {
         auto file = TOrbMDBFile::fromPath(test::copyFixture("features.mdb", m_dir.path()).toStdString());
-        QVERIFY(file->open());
+        QVERIFY(file->open(*test::inProcessReader()));
         InfoRowsModel rows;
         test(&rows);
         rows.setObject(file->tableNamed("Orders"));

@@ -47,7 +47,8 @@ private:
         m_window.reset();
         RecentDocuments().clear();
         QSettings().clear();
-        m_window = std::make_unique<VellumAppDelegate>(VellumAppDelegate::Options{false, nullptr});
+        m_window =
+            std::make_unique<VellumAppDelegate>(VellumAppDelegate::Options{false, nullptr, test::inProcessReader()});
         m_alerts.clear();
         m_window->setAlertHandler([this](const QString &title, const QString &text) { m_alerts << title + "|" + text; });
         m_window->show();

@@ -5,6 +5,7 @@
 // fixture files in a temporary folder.
 
 #include "app/support/applicationSetup.h"
+#include "mdb/InProcessReader.h"
 #include "model/TOrbMDBFile.h"
 
 #include <QApplication>
@@ -14,8 +15,16 @@
 #include <QTest>
 
 #include <cstdlib>
+#include <memory>
 
 namespace vellum::test {
+
+/// The reader the widget tests open files with: libmdb in the test's own process.
+inline std::shared_ptr<FileReader> inProcessReader()
+{
+    static const auto reader = std::make_shared<InProcessReader>();
+    return reader;
+}
 
 /// Copies a fixture from tests/data into `folder` under `name` (the fixture's own name when
 /// empty) and answers the copy's path.
@@ -43,7 +52,6 @@ inline QString copyFixture(const QString &fixture, const QString &folder, const 
             qputenv("QT_QPA_PLATFORM", "offscreen");                                                                   \
         QApplication application(argc, argv);                                                                          \
         vellum::setUpApplication();                                                                                    \
-        vellum::TOrbMDBFile::setDefaultLoadMode(vellum::LoadMode::InProcess);                                          \
         TestClass test;                                                                                                \
         return QTest::qExec(&test, argc, argv);                                                                        \
     }

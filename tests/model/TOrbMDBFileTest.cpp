@@ -1,5 +1,7 @@
 #include "support/Fixtures.h"
 
+#include "mdb/InProcessReader.h"
+#include "model/FileReader.h"
 #include "model/TOrbMDBFile.h"
 
 #include <gtest/gtest.h>
@@ -140,12 +142,13 @@ INSTANTIATE_TEST_SUITE_P(Formats, FeaturesFile, ::testing::Values("features.mdb"
 
 TEST(TOrbMDBFile, OpenTwiceAndCloseAndReopen)
 {
+    InProcessReader reader;
     auto file = test::openInProcess(fixturePath("features.mdb"));
     ASSERT_TRUE(file);
     const TOrbMDBTable *first = file->tables().front().get();
     EXPECT_TRUE(file->active());
     // A second open of an active file does not read it again: the same objects stay.
-    EXPECT_TRUE(file->open(LoadMode::InProcess, nullptr));
+    EXPECT_TRUE(file->open(reader, nullptr));
     EXPECT_EQ(file->tables().front().get(), first);
     EXPECT_EQ(file->tables().size(), 14u);
 
@@ -154,15 +157,16 @@ TEST(TOrbMDBFile, OpenTwiceAndCloseAndReopen)
     EXPECT_TRUE(file->tables().empty());
     EXPECT_TRUE(file->allForeignKeys().empty());
     EXPECT_FALSE(file->foreignKeysForTable("Orders").has_value());
-    EXPECT_TRUE(file->open(LoadMode::InProcess, nullptr));
+    EXPECT_TRUE(file->open(reader, nullptr));
     EXPECT_EQ(file->tables().size(), 14u);
 }
 
 TEST(TOrbMDBFile, FilesThatCannotBeOpenedStayInactive)
 {
+    InProcessReader reader;
     const std::string missing = fixturePath("no-such-file.mdb");
     auto file = TOrbMDBFile::fromPath(missing);
-    EXPECT_FALSE(file->open(LoadMode::InProcess, nullptr));
+    EXPECT_FALSE(file->open(reader, nullptr));
     EXPECT_FALSE(file->active());
 
     // Not an Access file at all.
@@ -173,9 +177,53 @@ TEST(TOrbMDBFile, FilesThatCannotBeOpenedStayInactive)
     ASSERT_EQ(write(fd, garbage, sizeof garbage), static_cast<ssize_t>(sizeof garbage));
     close(fd);
     auto notMdb = TOrbMDBFile::fromPath(tmpl);
-    EXPECT_FALSE(notMdb->open(LoadMode::InProcess, nullptr));
+    EXPECT_FALSE(notMdb->open(reader, nullptr));
     EXPECT_FALSE(notMdb->active());
     unlink(tmpl);
+}
+
+/// Adds two tables and a relationship out of name order, then answers as told.
+class ScriptedReader : public FileReader {
+public:
+    explicit ScriptedReader(bool succeeds) : m_succeeds(succeeds) {}
+    bool read(TOrbMDBFile &file, LoadObserver *) override
+    {
+        ++reads;
+        for (const char *name : {"Zebra", "Apple"}) {
+            auto table = std::make_unique<TOrbMDBTable>();
+            table->setName(name);
+            file.addTable(std::move(table));
+        }
+        auto key = std::make_unique<TOrbMDBForeignKey>();
+        key->setName("Link");
+        file.addForeignKey(std::move(key));
+        return m_succeeds;
+    }
+    int reads = 0;
+
+private:
+    bool m_succeeds;
+};
+
+TEST(TOrbMDBFile, OpenKeepsWhatTheReaderReadOnlyWhenItSucceeds)
+{
+    for (const bool succeeds : {true, false}) {
+        SCOPED_TRACE(succeeds ? "reader succeeds" : "reader fails");
+        ScriptedReader reader(succeeds);
+        TOrbMDBFile file;
+        EXPECT_EQ(file.open(reader, nullptr), succeeds);
+        EXPECT_EQ(file.active(), succeeds);
+        if (succeeds) {
+            ASSERT_EQ(file.tables().size(), 2u);
+            EXPECT_EQ(file.tables()[0]->name(), "Apple"); // sorted once read
+            EXPECT_EQ(file.allForeignKeys().size(), 1u);
+            EXPECT_TRUE(file.open(reader, nullptr)); // an active file is not read again
+            EXPECT_EQ(reader.reads, 1);
+        } else {
+            EXPECT_TRUE(file.tables().empty()); // a failed read leaves nothing behind
+            EXPECT_TRUE(file.allForeignKeys().empty());
+        }
+    }
 }
 
 TEST(TOrbMDBFile, PathPartsAndInformationRows)

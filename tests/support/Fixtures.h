@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mdb/InProcessReader.h"
 #include "model/TOrbMDBFile.h"
 
 #include <nlohmann/json.hpp>
@@ -35,7 +36,8 @@ inline nlohmann::json loadSidecar(const std::string &path)
 inline std::unique_ptr<TOrbMDBFile> openInProcess(const std::string &path)
 {
     auto file = TOrbMDBFile::fromPath(path);
-    if (!file->open(LoadMode::InProcess, nullptr))
+    InProcessReader reader;
+    if (!file->open(reader, nullptr))
         return nullptr;
     return file;
 }

@@ -2,6 +2,7 @@
 
 #include "app/support/qtStrings.h"
 #include "browser/localizedFormat.h"
+#include "model/FileReader.h"
 #include "model/TOrbMDBFile.h"
 
 #include <QMetaObject>
@@ -52,7 +53,9 @@ private:
     std::atomic<std::uint64_t> m_expected{0};
 };
 
-FileLoader::FileLoader(QWidget *parent) : QObject(parent), m_parent(parent), m_delay(new QTimer(this)), m_refresh(new QTimer(this))
+FileLoader::FileLoader(QWidget *parent, std::shared_ptr<FileReader> reader)
+    : QObject(parent), m_parent(parent), m_reader(std::move(reader)), m_delay(new QTimer(this)),
+      m_refresh(new QTimer(this))
 {
     m_delay->setSingleShot(true);
     m_delay->setInterval(kDialogDelayMs);
@@ -97,7 +100,7 @@ bool FileLoader::open(TOrbMDBFile *file, std::function<void(LoadResult)> done)
     m_delay->start();
     Observer *observer = m_observer.get();
     m_task.post([this, file, observer](const BackgroundTask::Run &run) {
-        const bool ok = file->open(observer);
+        const bool ok = file->open(*m_reader, observer);
         QMetaObject::invokeMethod(
             this, [this, generation = run.generation(), ok] { workerDone(generation, ok); }, Qt::QueuedConnection);
     });

@@ -15,6 +15,7 @@ class QWidget;
 
 namespace vellum {
 
+class FileReader;
 class TOrbMDBFile;
 
 /// How an open ended.
@@ -23,11 +24,12 @@ enum class LoadResult { Opened, Failed, Cancelled };
 /// Opens one database file on a worker thread so that the window stays responsive. After half a
 /// second a window-modal progress dialog with Cancel appears on `parent`, fed by the loader's
 /// observer. While it runs, nobody else may touch the file object; `isLoading` tells the views.
-/// One open at a time per loader.
+/// One open at a time per loader; every open reads through the loader's reader.
 class FileLoader : public QObject {
     Q_OBJECT
 public:
-    explicit FileLoader(QWidget *parent);
+    /// `reader` (not null) reads every file this loader opens, on the worker thread.
+    FileLoader(QWidget *parent, std::shared_ptr<FileReader> reader);
     ~FileLoader() override;
 
     /// Starts opening `file`; `done` runs on the main thread when it ended. An active file is
@@ -55,6 +57,7 @@ private:
     void updateProgress();
 
     QWidget *m_parent;
+    std::shared_ptr<FileReader> m_reader;
     TOrbMDBFile *m_file = nullptr;
     std::function<void(LoadResult)> m_done;
     std::unique_ptr<Observer> m_observer;

@@ -16,9 +16,11 @@
 #include "browser/localizedFormat.h"
 #include "browser/statusTexts.h"
 #include "export/ExportRoutines.h"
+#include "loader/chooseFileReader.h"
 #include "model/TOrbMDBFile.h"
 #include "util/format.h"
 #include "util/localized.h"
+#include "util/logging.h"
 
 #include <QAction>
 #include <QApplication>
@@ -68,7 +70,10 @@ VellumAppDelegate::VellumAppDelegate(const Options &options)
     setObjectName("mainWindow");
     setWindowTitle(QGuiApplication::applicationDisplayName());
     m_controller.setListener(this);
-    m_loader = new FileLoader(this);
+    std::shared_ptr<FileReader> reader = options.reader;
+    if (!reader)
+        reader = chooseFileReader([](const std::string &line) { C_LogError("%s", line.c_str()); });
+    m_loader = new FileLoader(this, std::move(reader));
     for (int flag = 0; flag < 5; ++flag)
         m_paneFlags[static_cast<std::size_t>(flag)] = SettingsStore::paneFlag(static_cast<PaneFlag>(flag));
 

@@ -49,6 +49,9 @@ public:
         bool openPanelWhenEmpty = true;
         /// The recent-documents list to mirror (the freedesktop one when null).
         RecentDocumentList *recentDocuments = nullptr;
+        /// How files are read; when null, the isolated reader if vellum-loader is beside the
+        /// executable, otherwise the in-process reader with a line in the log saying so.
+        std::shared_ptr<FileReader> reader;
     };
 
     explicit VellumAppDelegate(const Options &options);

@@ -1,7 +1,6 @@
 #include "model/ole/oleField.h"
 
 #include "model/fileExtensions.h"
-#include "model/mdbtoolsInclude.h"
 #include "model/ole/inflateRaw.h"
 #include "model/ole/pole.h"
 
@@ -53,16 +52,18 @@ constexpr OleClass kClasses[] = {
     {"PowerPoint.OpenDocumentPresentation.12", "odp", "EmbeddedOdf"},
 };
 
-/// Little-endian signed integers of the field, read with libmdb.
+/// Little-endian signed integers of the field.
 int int16At(const unsigned char *field, std::size_t offset)
 {
-    return static_cast<std::int16_t>(mdb_get_int16(const_cast<unsigned char *>(field), static_cast<int>(offset)));
+    return static_cast<std::int16_t>(static_cast<std::uint16_t>(field[offset] | field[offset + 1] << 8));
 }
 
 std::int64_t int32At(const unsigned char *field, std::size_t offset)
 {
-    return static_cast<std::int32_t>(
-        static_cast<std::uint32_t>(mdb_get_int32(const_cast<unsigned char *>(field), static_cast<int>(offset))));
+    const std::uint32_t value =
+        static_cast<std::uint32_t>(field[offset]) | static_cast<std::uint32_t>(field[offset + 1]) << 8 |
+        static_cast<std::uint32_t>(field[offset + 2]) << 16 | static_cast<std::uint32_t>(field[offset + 3]) << 24;
+    return static_cast<std::int32_t>(value);
 }
 
 /// Position of the zero byte ending a string that starts at `from`, or nullopt before `end`.

@@ -1,4 +1,4 @@
-#include "model/modelWire.h"
+#include "loader/modelWire.h"
 
 #include "model/TOrbBlobData.h"
 #include "model/TOrbMDBFile.h"
@@ -294,6 +294,16 @@ std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader, PartialStore parts
         return nullptr;
     }
     return table;
+}
+
+void ReceivedModel::moveInto(TOrbMDBFile &file)
+{
+    for (auto &key : foreignKeys)
+        file.addForeignKey(std::move(key));
+    for (auto &table : tables)
+        file.addTable(std::move(table));
+    foreignKeys.clear();
+    tables.clear();
 }
 
 bool readModelStream(ByteSource &source, LoadObserver *observer, ReceivedModel &model)

@@ -7,8 +7,8 @@
 // TablePart messages while it is still loading, so that the transfer overlaps the loading; its
 // Table message then carries the rest.
 
-#include "model/WireReader.h"
-#include "model/WireWriter.h"
+#include "loader/WireReader.h"
+#include "loader/WireWriter.h"
 
 #include "model/TableStore.h"
 
@@ -19,6 +19,7 @@
 namespace vellum {
 
 class LoadObserver;
+class TOrbMDBFile;
 class TOrbMDBForeignKey;
 class TOrbMDBTable;
 
@@ -80,6 +81,10 @@ std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader, PartialStore parts
 struct ReceivedModel {
     std::vector<std::unique_ptr<TOrbMDBTable>> tables;
     std::vector<std::unique_ptr<TOrbMDBForeignKey>> foreignKeys;
+
+    /// Hands the relationships and then the tables to `file`, in the order received; this
+    /// model is left empty.
+    void moveInto(TOrbMDBFile &file);
 };
 
 /// Reads one whole stream from the header to End, passing the progress messages to the

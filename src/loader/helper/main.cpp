@@ -1,5 +1,5 @@
 // vellum-loader: reads an Access file with libmdb in a process of its own and sends the loaded
-// model to the process that started it (see model/modelWire.h), so that a damaged file can
+// model to the process that started it (see loader/modelWire.h), so that a damaged file can
 // neither hang nor crash that process.
 //
 //   vellum-loader [--fd N] [--parent PID] [--workers N] [--parallel-from CELLS] [--split-from CELLS] [--] FILE
@@ -7,8 +7,8 @@
 // Exit status: 0 when the whole model was sent, 1 when the file cannot be read or the pipe
 // broke, 2 for wrong arguments.
 
-#include "model/MdbLoader.h"
-#include "model/ModelStreamWriter.h"
+#include "mdb/MdbLoader.h"
+#include "loader/ModelStreamWriter.h"
 
 #include <signal.h>
 #include <sys/prctl.h>

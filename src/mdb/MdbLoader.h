@@ -1,11 +1,10 @@
 #pragma once
 
-// The layer over libmdb: reading a file into the model. Only this unit and the loader process
-// see libmdb's structures.
+// The layer over libmdb: reading a file into the model. Only src/mdb sees libmdb's structures;
+// this header does not expose them.
 
 #include "model/TOrbMDBFile.h"
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -62,27 +61,5 @@ public:
 /// rows and indexes, relationships). False when libmdb cannot open the file or the observer
 /// cancelled. Tables are added in catalog order, tables and relationships left unsorted.
 [[nodiscard]] bool loadFileInProcess(TOrbMDBFile &file, LoadObserver *observer, const LoadOptions &options = {});
-
-/// How the isolated load runs its helper.
-struct IsolatedLoadOptions {
-    /// The helper executable; empty means vellum-loader beside the running executable.
-    std::string helperPath;
-    /// The helper is killed (and the open fails) when it sends nothing for this long.
-    std::chrono::milliseconds stallTimeout{30000};
-    /// Passed on to the helper's own load.
-    LoadOptions load;
-};
-
-/// Reads the file in a vellum-loader helper process and receives the model over a pipe. False
-/// (and the file unchanged) when the helper cannot start, crashes, stalls, sends anything
-/// malformed, ends without a complete model, or the observer cancels; the helper is then
-/// killed and reaped.
-[[nodiscard]] bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedLoadOptions &options = {});
-
-/// The vellum-loader beside the running executable ("" when there is none).
-const std::string &isolatedLoaderPath();
-
-/// True when the vellum-loader helper is found beside the running executable.
-bool isolatedLoaderAvailable();
 
 } // namespace vellum

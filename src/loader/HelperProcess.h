@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/WireReader.h"
+#include "loader/WireReader.h"
 
 #include <sys/types.h>
 

@@ -1,11 +1,11 @@
-#include "model/MdbLoader.h"
+#include "mdb/MdbLoader.h"
 
+#include "mdb/mdbColumnsUnsorted.h"
 #include "model/TOrbMDBFile.h"
-#include "model/mdbColumnsUnsorted.h"
 #include "model/mdbTypeNames.h"
 #include "model/ole/decodeOleCell.h"
 
-#include "model/mdbtoolsInclude.h"
+#include "mdb/mdbtoolsInclude.h"
 
 #include <algorithm>
 #include <atomic>

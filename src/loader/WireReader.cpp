@@ -1,4 +1,4 @@
-#include "model/WireReader.h"
+#include "loader/WireReader.h"
 
 #include <cstring>
 

@@ -1,7 +1,7 @@
-#include "model/MdbLoader.h"
+#include "loader/IsolatedReader.h"
 
-#include "model/HelperProcess.h"
-#include "model/modelWire.h"
+#include "loader/HelperProcess.h"
+#include "loader/modelWire.h"
 
 #include <limits.h>
 #include <unistd.h>
@@ -11,7 +11,7 @@
 
 namespace vellum {
 
-const std::string &isolatedLoaderPath()
+const std::string &helperPathBesideExecutable()
 {
     static const std::string path = [] {
         char buffer[PATH_MAX];
@@ -22,8 +22,16 @@ const std::string &isolatedLoaderPath()
         const std::size_t slash = executable.rfind('/');
         if (slash == std::string::npos)
             return std::string();
-        std::string helper = executable.substr(0, slash + 1) + "vellum-loader";
-        return access(helper.c_str(), X_OK) == 0 ? helper : std::string();
+        return executable.substr(0, slash + 1) + "vellum-loader";
+    }();
+    return path;
+}
+
+const std::string &isolatedLoaderPath()
+{
+    static const std::string path = [] {
+        const std::string &helper = helperPathBesideExecutable();
+        return !helper.empty() && access(helper.c_str(), X_OK) == 0 ? helper : std::string();
     }();
     return path;
 }
@@ -58,14 +66,16 @@ bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedL
         ReceivedModel model;
         if (!readModelStream(process, observer, model) || !process.finish())
             return false; // the process object kills and reaps the helper
-        for (auto &key : model.foreignKeys)
-            file.addForeignKey(std::move(key));
-        for (auto &table : model.tables)
-            file.addTable(std::move(table));
+        model.moveInto(file);
         return true;
     } catch (const std::exception &) {
         return false; // out of memory while receiving
     }
+}
+
+bool IsolatedReader::read(TOrbMDBFile &file, LoadObserver *observer)
+{
+    return loadFileIsolated(file, observer, m_options);
 }
 
 } // namespace vellum

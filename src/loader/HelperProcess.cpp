@@ -1,4 +1,4 @@
-#include "model/HelperProcess.h"
+#include "loader/HelperProcess.h"
 
 #include <fcntl.h>
 #include <poll.h>

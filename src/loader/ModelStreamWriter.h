@@ -1,8 +1,8 @@
 #pragma once
 
-#include "model/MdbLoader.h"
-#include "model/WireWriter.h"
-#include "model/modelWire.h"
+#include "mdb/MdbLoader.h"
+#include "loader/WireWriter.h"
+#include "loader/modelWire.h"
 
 #include <atomic>
 #include <condition_variable>

@@ -1,4 +1,4 @@
-#include "model/mdbColumnsUnsorted.h"
+#include "mdb/mdbColumnsUnsorted.h"
 
 #include <cstring>
 #include <string>

@@ -1,4 +1,4 @@
-#include "model/ModelStreamWriter.h"
+#include "loader/ModelStreamWriter.h"
 
 #include "model/TOrbMDBTable.h"
 

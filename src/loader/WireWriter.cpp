@@ -1,4 +1,4 @@
-#include "model/WireWriter.h"
+#include "loader/WireWriter.h"
 
 #include <cstring>
 

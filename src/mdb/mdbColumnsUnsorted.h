@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/mdbtoolsInclude.h"
+#include "mdb/mdbtoolsInclude.h"
 
 #include <vector>
 

@@ -5,10 +5,10 @@
 #include "modelComparison.h"
 #include "support/Fixtures.h"
 
-#include "model/MdbLoader.h"
-#include "model/ModelStreamWriter.h"
+#include "loader/ModelStreamWriter.h"
+#include "loader/modelWire.h"
+#include "mdb/MdbLoader.h"
 #include "model/TOrbBlobData.h"
-#include "model/modelWire.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,9 @@
 #include "modelComparison.h"
 #include "support/Fixtures.h"
 
-#include "model/MdbLoader.h"
+#include "loader/IsolatedReader.h"
+#include "mdb/InProcessReader.h"
+#include "mdb/MdbLoader.h"
 
 #include <gtest/gtest.h>
 
@@ -19,6 +21,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <limits>
 #include <set>
 #include <sstream>
@@ -107,17 +110,17 @@ protected:
     std::string m_dir;
 };
 
-TEST_F(IsolatedLoader, IsTheDefaultAndGivesTheInProcessModel)
+TEST_F(IsolatedLoader, GivesTheInProcessModel)
 {
     ASSERT_TRUE(isolatedLoaderAvailable()) << "vellum-loader is built beside the test executables";
-    EXPECT_EQ(TOrbMDBFile::defaultLoadMode(), LoadMode::Isolated);
+    IsolatedReader reader;
     for (const char *name :
          {"features.mdb", "features.accdb", "ole.mdb", "ole.accdb", "jet3_size97.mdb", "newtypes.accdb"}) {
         SCOPED_TRACE(name);
         auto expected = test::openInProcess(test::fixturePath(name));
         ASSERT_TRUE(expected);
         auto isolated = TOrbMDBFile::fromPath(test::fixturePath(name));
-        ASSERT_TRUE(isolated->open(LoadMode::Isolated, nullptr));
+        ASSERT_TRUE(isolated->open(reader, nullptr));
         EXPECT_TRUE(isolated->active());
         test::expectSameModel(*expected, *isolated);
         for (const auto &table : isolated->tables())
@@ -251,10 +254,12 @@ TEST_F(IsolatedLoader, CancelInTheMiddleOfASplitTableStopsBothHandles)
 
 TEST_F(IsolatedLoader, ReportsEveryTableAndTheRowTotal)
 {
-    for (const LoadMode mode : {LoadMode::InProcess, LoadMode::Isolated}) {
+    InProcessReader inProcess;
+    IsolatedReader isolated;
+    for (FileReader *reader : std::initializer_list<FileReader *>{&inProcess, &isolated}) {
         RecordingObserver observer;
         auto file = TOrbMDBFile::fromPath(test::fixturePath("features.accdb"));
-        ASSERT_TRUE(file->open(mode, &observer));
+        ASSERT_TRUE(file->open(*reader, &observer));
         std::set<std::string> names;
         std::uint64_t rows = 0;
         for (const auto &table : file->tables()) {
@@ -276,16 +281,18 @@ TEST_F(IsolatedLoader, ReportsEveryTableAndTheRowTotal)
 
 TEST_F(IsolatedLoader, CancelLeavesTheFileClosed)
 {
-    for (const LoadMode mode : {LoadMode::InProcess, LoadMode::Isolated}) {
+    InProcessReader inProcess;
+    IsolatedReader isolated;
+    for (FileReader *reader : std::initializer_list<FileReader *>{&inProcess, &isolated}) {
         for (const int at : {0, 3}) {
             RecordingObserver observer(at);
             auto file = TOrbMDBFile::fromPath(test::fixturePath("features.mdb"));
-            EXPECT_FALSE(file->open(mode, &observer));
+            EXPECT_FALSE(file->open(*reader, &observer));
             EXPECT_FALSE(file->active());
             EXPECT_TRUE(file->tables().empty());
             EXPECT_TRUE(file->allForeignKeys().empty());
             // Opening again without cancelling works.
-            EXPECT_TRUE(file->open(mode, nullptr));
+            EXPECT_TRUE(file->open(*reader, nullptr));
             EXPECT_EQ(file->tables().size(), 14u);
         }
     }
@@ -413,9 +420,11 @@ TEST_F(IsolatedLoader, UnreadableInputsFailOrOpenEmptyAsInProcess)
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.path);
-        for (const LoadMode mode : {LoadMode::InProcess, LoadMode::Isolated}) {
+        InProcessReader inProcess;
+        IsolatedReader isolated;
+        for (FileReader *reader : std::initializer_list<FileReader *>{&inProcess, &isolated}) {
             auto file = TOrbMDBFile::fromPath(c.path);
-            EXPECT_EQ(file->open(mode, nullptr), c.opens);
+            EXPECT_EQ(file->open(*reader, nullptr), c.opens);
             EXPECT_TRUE(file->tables().empty());
         }
     }

@@ -1,0 +1,21 @@
+#pragma once
+
+namespace vellum {
+
+class LoadObserver;
+class TOrbMDBFile;
+
+/// Fills a file's model from the database on disk. The model cannot read a file by itself: a
+/// layer above it (libmdb in this process, or a helper process) provides the reader, and the
+/// caller of `TOrbMDBFile::open` chooses which.
+class FileReader {
+public:
+    virtual ~FileReader() = default;
+    /// Adds the kept tables (with columns, rows and indexes) and the relationships of the
+    /// database at `file.fullPath()` to `file`, reporting progress to `observer` (may be null)
+    /// and polling it for a cancel. False when the file cannot be read or the observer
+    /// cancelled; the file may then hold part of the model, which `open` drops.
+    [[nodiscard]] virtual bool read(TOrbMDBFile &file, LoadObserver *observer) = 0;
+};
+
+} // namespace vellum
