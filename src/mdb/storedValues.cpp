@@ -183,7 +183,89 @@ bool parseDigits(const unsigned char *p, std::size_t n, std::uint64_t &value)
     return true;
 }
 
+void appendUtf8(std::string &out, char32_t c)
+{
+    if (c < 0x80) {
+        out.push_back(static_cast<char>(c));
+    } else if (c < 0x800) {
+        out.push_back(static_cast<char>(0xC0 | (c >> 6)));
+        out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+    } else if (c < 0x10000) {
+        out.push_back(static_cast<char>(0xE0 | (c >> 12)));
+        out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+    } else {
+        out.push_back(static_cast<char>(0xF0 | (c >> 18)));
+        out.push_back(static_cast<char>(0x80 | ((c >> 12) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+    }
+}
+
+/// Appends UTF-16 code units as UTF-8, pairing surrogates across calls through `pendingHigh`.
+class Utf16ToUtf8 {
+public:
+    explicit Utf16ToUtf8(std::string &out) : m_out(out) {}
+    void unit(char16_t u)
+    {
+        if (u >= 0xDC00 && u <= 0xDFFF) {
+            if (m_high) {
+                appendUtf8(m_out, 0x10000 + ((static_cast<char32_t>(m_high) - 0xD800) << 10) + (u - 0xDC00));
+                m_high = 0;
+            } else {
+                appendUtf8(m_out, 0xFFFD);
+            }
+            return;
+        }
+        flush();
+        if (u >= 0xD800 && u <= 0xDBFF)
+            m_high = u;
+        else
+            appendUtf8(m_out, u);
+    }
+    void flush()
+    {
+        if (m_high)
+            appendUtf8(m_out, 0xFFFD);
+        m_high = 0;
+    }
+
+private:
+    std::string &m_out;
+    char16_t m_high = 0;
+};
+
 } // namespace
+
+std::string decodeUnicodeText(StoredBytes bytes)
+{
+    std::string out;
+    out.reserve(bytes.size());
+    Utf16ToUtf8 converter(out);
+    std::size_t i = 0;
+    const std::size_t n = bytes.size();
+    if (n >= 2 && bytes[0] == 0xFF && bytes[1] == 0xFE) {
+        bool compressed = true;
+        for (i = 2; i < n;) {
+            if (bytes[i] == 0) {
+                compressed = !compressed;
+                ++i;
+            } else if (compressed) {
+                converter.unit(bytes[i++]);
+            } else if (i + 1 < n) {
+                converter.unit(static_cast<char16_t>(bytes[i] | bytes[i + 1] << 8));
+                i += 2;
+            } else {
+                break;
+            }
+        }
+    } else {
+        for (; i + 1 < n; i += 2)
+            converter.unit(static_cast<char16_t>(bytes[i] | bytes[i + 1] << 8));
+    }
+    converter.flush();
+    return out;
+}
 
 std::optional<std::string> formatStoredDateTime(double serial)
 {

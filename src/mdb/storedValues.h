@@ -63,4 +63,10 @@ std::optional<std::string> decodeExtendedDateTime(StoredBytes bytes);
 /// value); nullopt when the field is too short for its own length.
 std::optional<StoredBytes> unwrapCalculatedValue(StoredBytes bytes);
 
+/// Text of Jet 4 and later files as UTF-8: UTF-16LE, or Access's compressed form (FF FE, then
+/// runs of one-byte characters and of UTF-16LE units, each 00 byte switching between them).
+/// Surrogate pairs become one character, an unpaired surrogate U+FFFD; an odd last byte is
+/// dropped.
+std::string decodeUnicodeText(StoredBytes bytes);
+
 } // namespace vellum

@@ -172,3 +172,17 @@ TEST(StoredValues, CalculatedValueSitsBehindItsWrapper)
     EXPECT_FALSE(unwrapCalculatedValue(field).has_value());
     EXPECT_FALSE(unwrapCalculatedValue(std::vector<unsigned char>(19, 0)).has_value());
 }
+
+TEST(StoredValues, UnicodeTextPlainAndCompressed)
+{
+    // "Aé€😀" in UTF-16LE: 41 00, E9 00, AC 20, 3D D8 00 DE.
+    const std::vector<unsigned char> plain = {0x41, 0x00, 0xE9, 0x00, 0xAC, 0x20, 0x3D, 0xD8, 0x00, 0xDE};
+    EXPECT_EQ(decodeUnicodeText(plain), "A\u00e9\u20ac\U0001F600");
+    // Compressed: "Ab" as one-byte characters, 00 switches to UTF-16 for "€", 00 back for "c".
+    const std::vector<unsigned char> compressed = {0xFF, 0xFE, 'A', 'b', 0x00, 0xAC, 0x20, 0x00, 'c'};
+    EXPECT_EQ(decodeUnicodeText(compressed), "Ab\u20acc");
+    // A lone high surrogate, a lone low surrogate, and an odd last byte.
+    const std::vector<unsigned char> broken = {0x3D, 0xD8, 0x41, 0x00, 0x00, 0xDE, 0x42};
+    EXPECT_EQ(decodeUnicodeText(broken), "\uFFFDA\uFFFD");
+    EXPECT_EQ(decodeUnicodeText(std::vector<unsigned char>{}), "");
+}
