@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 
@@ -29,14 +30,32 @@ std::uint64_t fileSizeOf(MdbHandle *mdb)
 
 } // namespace
 
+bool isCalculatedColumn(const ColumnDescriptorFlags &flags)
+{
+    return (flags.extFlags & kCalculatedFlags) == kCalculatedFlags;
+}
+
+int storedValueType(const MdbColumn &column, bool calculated)
+{
+    if (calculated) {
+        if (const char *resultType = mdb_col_get_prop(&column, "ResultType")) {
+            char *end = nullptr;
+            const long code = std::strtol(resultType, &end, 10);
+            if (end != resultType && *end == '\0' && code > 0 && code < 0x100)
+                return static_cast<int>(code);
+        }
+    }
+    return column.col_type;
+}
+
 FieldReader::FieldReader(MdbHandle *mdb, std::vector<MdbColumn *> columns,
                          const std::vector<ColumnDescriptorFlags> &flags, const std::string &jet3Charset)
     : m_mdb(mdb), m_jet3(mdb->f->jet_version == MDB_VER_JET3), m_longValueLimit(fileSizeOf(mdb))
 {
     m_fields.reserve(columns.size());
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        const bool calculated = !m_jet3 && i < flags.size() && (flags[i].extFlags & kCalculatedFlags) == kCalculatedFlags;
-        m_fields.push_back(Field{columns[i], decodeFor(columns[i]->col_type), calculated});
+        const bool calculated = !m_jet3 && i < flags.size() && isCalculatedColumn(flags[i]);
+        m_fields.push_back(Field{columns[i], decodeFor(storedValueType(*columns[i], calculated)), calculated});
     }
     if (m_jet3)
         m_jet3Iconv = iconv_open("UTF-8", jet3Charset.c_str());
@@ -76,7 +95,7 @@ bool FieldReader::appendRow(TableStore &store)
     bool heavy = false;
     for (const Field &field : m_fields) {
         MdbColumn &column = *field.column;
-        if (field.decode == Decode::Boolean) {
+        if (field.decode == Decode::Boolean && !field.calculated) {
             // A Boolean lives in the row's null mask: libmdb leaves 0 here for a set bit (true).
             store.appendText(column.cur_value_len == 0 ? "1" : "0", 1);
             continue;
@@ -90,19 +109,7 @@ bool FieldReader::appendRow(TableStore &store)
         StoredBytes bytes(static_cast<const unsigned char *>(m_mdb->pg_buf) + column.cur_value_start,
                           static_cast<std::size_t>(column.cur_value_len));
         if (field.calculated) {
-            const auto inner = unwrapCalculatedValue(bytes);
-            if (!inner) {
-                ++m_undecoded;
-                store.appendNull();
-                continue;
-            }
-            // A calculated Text or Memo holds its text in place, not in a long-value chain.
-            const Decode decode =
-                field.decode == Decode::Memo || field.decode == Decode::Text ? Decode::Text : field.decode;
-            if (inner->empty())
-                store.appendNull();
-            else
-                appendValue(store, decode, *inner, column);
+            appendCalculated(store, field.decode, bytes, column);
             continue;
         }
         if (field.decode == Decode::Ole)
@@ -110,6 +117,41 @@ bool FieldReader::appendRow(TableStore &store)
         appendValue(store, field.decode, bytes, column);
     }
     return heavy;
+}
+
+void FieldReader::appendCalculated(TableStore &store, Decode decode, StoredBytes bytes, const MdbColumn &column)
+{
+    // A calculated Memo is a long value whose content is wrapped; every other result is wrapped
+    // in place.
+    std::optional<std::string> longValue;
+    if (decode == Decode::Memo) {
+        longValue = readLongValue(m_mdb, bytes, m_longValueLimit);
+        if (!longValue) {
+            ++m_undecoded;
+            store.appendNull();
+            return;
+        }
+        bytes = StoredBytes(reinterpret_cast<const unsigned char *>(longValue->data()), longValue->size());
+    }
+    const auto inner = unwrapCalculatedValue(bytes);
+    if (!inner) {
+        ++m_undecoded;
+        store.appendNull();
+        return;
+    }
+    switch (decode) {
+    case Decode::Boolean:
+        if (inner->empty())
+            return appendDecoded(store, std::nullopt);
+        return store.appendText((*inner)[0] != 0 ? "1" : "0", 1);
+    case Decode::Memo:
+    case Decode::Text:
+        return inner->empty() ? store.appendNull() : appendText(store, *inner);
+    case Decode::Numeric:
+        return appendDecoded(store, decodeCalculatedNumeric(*inner));
+    default:
+        return appendValue(store, decode, *inner, column);
+    }
 }
 
 void FieldReader::appendDecoded(TableStore &store, const std::optional<std::string> &text)

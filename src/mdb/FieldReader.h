@@ -12,6 +12,14 @@
 
 namespace vellum {
 
+/// The type a column's values are stored as: its own type code, or for a calculated column the
+/// type its "ResultType" property names (the descriptor's code can differ: a calculated Currency
+/// may be described as Double, a calculated Memo as Text).
+int storedValueType(const MdbColumn &column, bool calculated);
+
+/// True when the descriptor flags mark a calculated column (Access 2010 and later).
+bool isCalculatedColumn(const ColumnDescriptorFlags &flags);
+
 /// Reads the fields of the row libmdb has just fetched from their stored bytes (libmdb locates
 /// every field of a fetched row: `cur_value_start` and `cur_value_len` into `mdb->pg_buf`) and
 /// appends their values to a table store in Vellum's text forms. libmdb's own text conversion
@@ -62,6 +70,7 @@ private:
 
     static Decode decodeFor(int type);
     void appendValue(TableStore &store, Decode decode, StoredBytes bytes, const MdbColumn &column);
+    void appendCalculated(TableStore &store, Decode decode, StoredBytes bytes, const MdbColumn &column);
     void appendText(TableStore &store, StoredBytes bytes);
     void appendDecoded(TableStore &store, const std::optional<std::string> &text);
 

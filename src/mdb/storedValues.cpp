@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -353,6 +354,31 @@ std::optional<std::string> decodeNumeric(StoredBytes bytes, unsigned scale)
     for (std::size_t word = 0; word < 4; ++word)
         magnitude = (magnitude << 32) | readLittleEndian<std::uint32_t>(bytes.subspan(1 + word * 4, 4));
     return withScale(bytes[0] != 0, magnitude, scale);
+}
+
+std::optional<std::string> decodeCalculatedNumeric(StoredBytes bytes)
+{
+    if (bytes.size() < 4)
+        return std::nullopt;
+    const auto announced = readLittleEndian<std::int16_t>(bytes);
+    const std::size_t available = bytes.size() - 2;
+    const std::size_t total = announced > 0 ? static_cast<std::size_t>(announced) : available;
+    if (total < 2)
+        return std::nullopt;
+    const std::size_t count = std::min<std::size_t>((total - 2) / 4 * 4, 16);
+    const unsigned scale = bytes[2];
+    const bool negative = bytes[3] != 0;
+    if (count + 4 > bytes.size() || scale > 38)
+        return std::nullopt;
+    unsigned __int128 magnitude = 0;
+    std::size_t at = 4;
+    if (count % 8 != 0) {
+        magnitude = readLittleEndian<std::uint32_t>(bytes.subspan(at, 4));
+        at += 4;
+    }
+    for (; at < 4 + count; at += 8)
+        magnitude = (magnitude << 64) | readLittleEndian<std::uint64_t>(bytes.subspan(at, 8));
+    return withScale(negative, magnitude, scale);
 }
 
 std::optional<std::string> decodeInteger(StoredBytes bytes, std::size_t width)

@@ -63,6 +63,12 @@ std::optional<std::string> decodeExtendedDateTime(StoredBytes bytes);
 /// value); nullopt when the field is too short for its own length.
 std::optional<StoredBytes> unwrapCalculatedValue(StoredBytes bytes);
 
+/// The Numeric value of a calculated column (inside its wrapper): a 16-bit length, the scale,
+/// a sign byte, then up to 16 bytes of magnitude (a leading 4-byte group when the count is not a
+/// multiple of 8, then 8-byte groups, each little-endian, most significant group first); written
+/// with its own scale. nullopt when the bytes are too few for what they announce.
+std::optional<std::string> decodeCalculatedNumeric(StoredBytes bytes);
+
 /// Text of Jet 4 and later files as UTF-8: UTF-16LE, or Access's compressed form (FF FE, then
 /// runs of one-byte characters and of UTF-16LE units, each 00 byte switching between them).
 /// Surrogate pairs become one character, an unpaired surrogate U+FFFD; an odd last byte is

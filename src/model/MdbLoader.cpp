@@ -82,13 +82,14 @@ void getColumnsFromMdbTableDef(TOrbMDBTable &table, MdbHandle *mdb, GPtrArray *s
             continue;
         auto column = std::make_unique<TOrbMDBColumn>();
         column->setName(col->name);
-        column->setDataType(mdb_get_colbacktype_string_fromMdbType(col->col_type));
+        const ColumnDescriptorFlags f = i < flags.size() ? flags[i] : ColumnDescriptorFlags{};
+        const bool calculated = mdb->f->jet_version != MDB_VER_JET3 && isCalculatedColumn(f);
+        column->setDataType(mdb_get_colbacktype_string_fromMdbType(storedValueType(*col, calculated)));
         if (col->col_type == MDB_TEXT && col->col_size > 0)
             column->setFieldSize(mdb->f->jet_version != MDB_VER_JET3 ? col->col_size / 2 : col->col_size);
-        const ColumnDescriptorFlags f = i < flags.size() ? flags[i] : ColumnDescriptorFlags{};
         if (col->col_type == MDB_MEMO && (f.flags & 0x80))
             column->setIsHyperlink(true);
-        if ((f.extFlags & 0xC0) == 0xC0)
+        if (calculated)
             column->setIsCalculatedType(true);
         // libmdb keeps the precision in col_scale and the scale in col_prec.
         if (col->col_scale > 0) {

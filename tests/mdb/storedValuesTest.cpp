@@ -173,6 +173,22 @@ TEST(StoredValues, CalculatedValueSitsBehindItsWrapper)
     EXPECT_FALSE(unwrapCalculatedValue(std::vector<unsigned char>(19, 0)).has_value());
 }
 
+TEST(StoredValues, CalculatedNumericCarriesItsOwnScale)
+{
+    // 192307692307692 at scale 10: a 4-byte group of 0, then one 8-byte group.
+    const std::vector<unsigned char> weekly = {0x0e, 0x00, 0x0a, 0x00, 0x00, 0x00, 0x00, 0x00,
+                                               0xec, 0x04, 0xb0, 0x1f, 0xe7, 0xae, 0x00, 0x00};
+    EXPECT_EQ(decodeCalculatedNumeric(weekly).value_or(""), "19230.7692307692");
+    std::vector<unsigned char> negative = weekly;
+    negative[3] = 0x80;
+    EXPECT_EQ(decodeCalculatedNumeric(negative).value_or(""), "-19230.7692307692");
+    // The leading group is the most significant: 1 << 64 at scale 0.
+    const std::vector<unsigned char> big = {0x0e, 0x00, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00,
+                                            0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00};
+    EXPECT_EQ(decodeCalculatedNumeric(big).value_or(""), "18446744073709551616");
+    EXPECT_FALSE(decodeCalculatedNumeric(std::vector<unsigned char>(weekly.begin(), weekly.begin() + 10)).has_value());
+}
+
 TEST(StoredValues, UnicodeTextPlainAndCompressed)
 {
     // "Aé€😀" in UTF-16LE: 41 00, E9 00, AC 20, 3D D8 00 DE.
