@@ -2,6 +2,7 @@
 
 #include "model/TOrbBlobData.h"
 #include "model/TOrbMDBTable.h"
+#include "model/hex.h"
 
 #include <climits>
 
@@ -18,6 +19,23 @@ std::string cellDisplayText(const CellValue &value)
         break;
     }
     return "[NULL]";
+}
+
+bool columnHoldsBytes(const TOrbMDBColumn &column)
+{
+    const std::string &type = column.dataType();
+    return type == "Binary" || type.starts_with("Unknown_");
+}
+
+std::string cellDisplayText(const CellValue &value, const TOrbMDBColumn &column)
+{
+    if (!value.isText() || !columnHoldsBytes(column))
+        return cellDisplayText(value);
+    std::string out(2 + 2 * value.text.size(), '\0');
+    out[0] = '0';
+    out[1] = 'x';
+    toHex(out.data() + 2, out.size() - 2, reinterpret_cast<const std::uint8_t *>(value.text.data()), value.text.size());
+    return out;
 }
 
 std::string copyField(std::string_view displayText)
@@ -37,7 +55,7 @@ std::string copyTextForRows(const TOrbMDBTable &table, const std::vector<std::ui
     std::string out;
     for (const std::uint32_t row : rows) {
         for (const std::size_t column : columns) {
-            out += copyField(cellDisplayText(table.cell(row, column)));
+            out += copyField(cellDisplayText(table.cell(row, column), *table.columns()[column]));
             out.push_back('\t');
         }
         if (!out.empty()) {

@@ -10,11 +10,20 @@
 
 namespace vellum {
 
+class TOrbMDBColumn;
 class TOrbMDBTable;
 
 /// The grid's text for a cell: the text itself, "[NULL]" for the null marker, or the blob's
 /// cell description (".bmp [3 KB]").
 std::string cellDisplayText(const CellValue &value);
+
+/// True for a column whose values are bytes rather than text: Binary, and the types Vellum
+/// does not know (their values are kept as stored).
+bool columnHoldsBytes(const TOrbMDBColumn &column);
+
+/// The grid's text for a cell of `column`: bytes as "0x" and two lower-case hex digits per
+/// byte (Binary values may hold any byte, NUL included), everything else as `cellDisplayText`.
+std::string cellDisplayText(const CellValue &value, const TOrbMDBColumn &column);
 
 /// The clipboard text of grid rows: for each row (table row numbers, in the given order) the
 /// display texts of the given columns (positions, in display order), "[NULL]" and

@@ -1,3 +1,4 @@
+#include "browser/gridTexts.h"
 #include "cli/ArgParser.h"
 #include "cli/CliContext.h"
 #include "model/TOrbBlobData.h"
@@ -23,21 +24,20 @@ void appendTsvText(std::string &out, std::string_view text)
     }
 }
 
-void appendTsvCell(std::string &out, const CellValue &cell)
+void appendTsvCell(std::string &out, const CellValue &cell, const TOrbMDBColumn &column)
 {
-    if (cell.isNull()) {
-        out += "[NULL]";
-    } else if (cell.isText()) {
-        appendTsvText(out, cell.text);
-    } else {
-        appendTsvText(out, cell.blob->cellDescription());
-    }
+    appendTsvText(out, cellDisplayText(cell, column));
 }
 
-void appendJsonCell(std::string &out, const CellValue &cell)
+void appendJsonCell(std::string &out, const CellValue &cell, const TOrbMDBColumn &column)
 {
     if (cell.isNull()) {
         out += "null";
+    } else if (cell.isText() && columnHoldsBytes(column)) {
+        // Bytes as {"hex": "0001…"}, so that no consumer takes them for text.
+        out += "{\"hex\": ";
+        appendJsonString(out, cellDisplayText(cell, column).substr(2));
+        out += "}";
     } else if (cell.isText()) {
         appendJsonString(out, cell.text);
     } else {
@@ -84,9 +84,9 @@ void printRows(std::FILE *out, const TOrbMDBTable &table, bool json)
             if (c)
                 buffer += json ? ", " : "\t";
             if (json)
-                appendJsonCell(buffer, table.cell(r, c));
+                appendJsonCell(buffer, table.cell(r, c), *columns[c]);
             else
-                appendTsvCell(buffer, table.cell(r, c));
+                appendTsvCell(buffer, table.cell(r, c), *columns[c]);
         }
         buffer += json ? "]" : "\n";
         flushIfLarge(buffer, out);

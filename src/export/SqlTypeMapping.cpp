@@ -151,6 +151,12 @@ void appendSqlValueLiteral(std::string &out, const CellValue &value, const SqlLi
                            int dialect, std::string_view decimalSymbol)
 {
     const std::string_view type = column.dataType;
+    if (value.isText() && value.text.find('\0') != std::string_view::npos) {
+        // No text literal can hold a NUL byte (a Binary value's bytes): clients stop reading the
+        // script there. The value goes in as a blob literal, whole.
+        appendSqlBlobValue(out, reinterpret_cast<const std::uint8_t *>(value.text.data()), value.text.size());
+        return;
+    }
     if (value.isText()) {
         std::string_view text = value.text;
         if (dialect == kOracle || isQuotedType(type) || (dialect == kPostgreSQL && type == "Boolean")) {

@@ -6,6 +6,7 @@
 #include "export/xls/utf16.h"
 #include "util/logging.h"
 
+#include <algorithm>
 #include <glib.h>
 #include <xlsxwriter.h>
 
@@ -18,15 +19,35 @@ namespace {
 
 bool isHex(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
 
+/// UTF-8 that may hold NUL characters (GLib's check refuses every NUL).
+bool isUtf8WithNuls(std::string_view text)
+{
+    for (std::size_t from = 0; from <= text.size();) {
+        const std::size_t nul = std::min(text.find('\0', from), text.size());
+        if (nul > from && !g_utf8_validate_len(text.data() + from, nul - from, nullptr))
+            return false;
+        from = nul + 1;
+    }
+    return true;
+}
+
 } // namespace
 
 void appendOoxmlText(std::string &out, std::string_view text)
 {
-    // Copies runs up to each underscore whole; only an underscore that starts "_xHHHH_" changes.
+    // Copies runs up to each underscore or NUL whole; only an underscore that starts "_xHHHH_"
+    // changes, and a NUL (which would end the text in the C string libxlsxwriter takes) becomes
+    // the escape Excel reads back as NUL.
+    static constexpr std::string_view kSpecial("_\0", 2);
     std::size_t from = 0;
-    for (std::size_t i = text.find('_'); i != std::string_view::npos; i = text.find('_', i + 1)) {
-        if (i + 6 < text.size() && text[i + 1] == 'x' && isHex(text[i + 2]) && isHex(text[i + 3]) &&
-            isHex(text[i + 4]) && isHex(text[i + 5]) && text[i + 6] == '_') {
+    for (std::size_t i = text.find_first_of(kSpecial); i != std::string_view::npos;
+         i = text.find_first_of(kSpecial, i + 1)) {
+        if (text[i] == '\0') {
+            out.append(text.substr(from, i - from));
+            out += "_x0000_";
+            from = i + 1;
+        } else if (i + 6 < text.size() && text[i + 1] == 'x' && isHex(text[i + 2]) && isHex(text[i + 3]) &&
+                   isHex(text[i + 4]) && isHex(text[i + 5]) && text[i + 6] == '_') {
             out.append(text.substr(from, i - from));
             out += "_x005F";
             from = i; // the underscore itself follows with the rest
@@ -76,8 +97,9 @@ bool XlsxExport::addSheet(std::string_view name)
 
 void XlsxExport::writeString(std::string_view text, std::uint32_t row, std::uint32_t col)
 {
-    // As in .xls files, a text that is not valid UTF-8 (a Binary value) is left out.
-    if (text.empty() || m_sheet == nullptr || !g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr))
+    // As in .xls files, a text that is not valid UTF-8 (a Binary value) is left out; NUL bytes
+    // are valid and kept.
+    if (text.empty() || m_sheet == nullptr || !isUtf8WithNuls(text))
         return;
     m_text.clear();
     appendOoxmlText(m_text, text);

@@ -3,7 +3,7 @@
 #include "mdb/mdbColumnsUnsorted.h"
 #include "model/TOrbMDBFile.h"
 #include "model/mdbTypeNames.h"
-#include "model/ole/decodeOleCell.h"
+#include "mdb/FieldReader.h"
 
 #include "mdb/mdbtoolsInclude.h"
 
@@ -59,38 +59,6 @@ void useUtf16Conversion(MdbHandle *mdb)
     mdb->iconv_in = utf16;
 }
 
-/// Value buffers bound to every column of a table definition, freed on every path.
-class Bindings {
-public:
-    explicit Bindings(MdbTableDef *tdef) : m_lengths(tdef->columns ? tdef->columns->len : 0, 0)
-    {
-        const unsigned n = tdef->columns ? tdef->columns->len : 0;
-        m_buffers.resize(n);
-        for (unsigned i = 0; i < n; ++i) {
-            if (!g_ptr_array_index(tdef->columns, i))
-                continue;
-            m_buffers[i].reset(new char[kBindBufferSize]);
-            m_buffers[i][0] = '\0';
-            mdb_bind_column(tdef, static_cast<int>(i + 1), m_buffers[i].get(), &m_lengths[i]);
-        }
-    }
-    char *buffer(unsigned i) const { return m_buffers[i].get(); }
-    int length(unsigned i) const { return m_lengths[i]; }
-
-private:
-    std::vector<int> m_lengths;
-    std::vector<std::unique_ptr<char[]>> m_buffers;
-};
-
-/// Position of a column pointer in the table definition's (sorted) array.
-std::optional<unsigned> sortedPosition(MdbTableDef *tdef, const MdbColumn *col)
-{
-    for (unsigned i = 0; i < tdef->columns->len; ++i)
-        if (g_ptr_array_index(tdef->columns, i) == col)
-            return i;
-    return std::nullopt;
-}
-
 void applyProperties(TOrbMDBColumn &column, const MdbColumn *col)
 {
     if (!col->props || !col->props->hash)
@@ -114,13 +82,14 @@ void getColumnsFromMdbTableDef(TOrbMDBTable &table, MdbHandle *mdb, GPtrArray *s
             continue;
         auto column = std::make_unique<TOrbMDBColumn>();
         column->setName(col->name);
-        column->setDataType(mdb_get_colbacktype_string_fromMdbType(col->col_type));
+        const ColumnDescriptorFlags f = i < flags.size() ? flags[i] : ColumnDescriptorFlags{};
+        const bool calculated = mdb->f->jet_version != MDB_VER_JET3 && isCalculatedColumn(f);
+        column->setDataType(mdb_get_colbacktype_string_fromMdbType(storedValueType(*col, calculated)));
         if (col->col_type == MDB_TEXT && col->col_size > 0)
             column->setFieldSize(mdb->f->jet_version != MDB_VER_JET3 ? col->col_size / 2 : col->col_size);
-        const ColumnDescriptorFlags f = i < flags.size() ? flags[i] : ColumnDescriptorFlags{};
         if (col->col_type == MDB_MEMO && (f.flags & 0x80))
             column->setIsHyperlink(true);
-        if ((f.extFlags & 0xC0) == 0xC0)
+        if (calculated)
             column->setIsCalculatedType(true);
         // libmdb keeps the precision in col_scale and the scale in col_prec.
         if (col->col_scale > 0) {
@@ -152,22 +121,22 @@ struct PageRange {
     }
 };
 
-/// Loads the rows of `range` into `store` in storage order; false when the ticker stopped it.
+/// Loads the rows of `range` into `store` in storage order, decoding every field from its
+/// stored bytes; false when the ticker stopped it.
 bool getRowsFromMdbTableDef(TableStore &store, MdbTableDef *tdef, MdbHandle *mdb, GPtrArray *stored,
-                            const RowTicker &tick, const PageRange &range = {})
+                            const std::vector<ColumnDescriptorFlags> &flags, const RowTicker &tick,
+                            const PageRange &range = {})
 {
-    Bindings bindings(tdef);
-    // Stored-order slot → position in libmdb's array (its binding number minus one).
-    std::vector<unsigned> slots;
     std::vector<MdbColumn *> cols;
+    std::vector<ColumnDescriptorFlags> colFlags;
     for (unsigned i = 0; i < stored->len; ++i) {
         auto *col = static_cast<MdbColumn *>(g_ptr_array_index(stored, i));
         if (!col)
             continue;
-        const auto position = sortedPosition(tdef, col);
-        slots.push_back(position.value_or(0));
         cols.push_back(col);
+        colFlags.push_back(i < flags.size() ? flags[i] : ColumnDescriptorFlags{});
     }
+    FieldReader reader(mdb, std::move(cols), colFlags);
     std::uint64_t untold = 0;
     mdb_rewind_table(tdef);
     if (range.part == PageRange::Part::Back)
@@ -178,32 +147,8 @@ bool getRowsFromMdbTableDef(TableStore &store, MdbTableDef *tdef, MdbHandle *mdb
                 break; // the back half's pages begin
             continue;  // a page before the back half, read when libmdb cannot use the map
         }
-        bool heavy = false;
         store.beginRow();
-        for (size_t c = 0; c < cols.size(); ++c) {
-            MdbColumn *col = cols[c];
-            const unsigned slot = slots[c];
-            const int length = bindings.length(slot);
-            if (col->col_type != MDB_OLE) {
-                const char *text = bindings.buffer(slot);
-                const size_t n = length > 0 ? strnlen(text, std::min(length, kBindBufferSize - 1)) : 0;
-                store.appendText(text, n);
-                continue;
-            }
-            if (length <= 0) {
-                store.appendNull();
-                continue;
-            }
-            heavy = true;
-            size_t size = 0;
-            void *full = mdb_ole_read_full(mdb, col, &size);
-            std::unique_ptr<TOrbBlobData> blob = full && size ? decodeOleCell(full, size) : nullptr;
-            std::free(full);
-            if (blob)
-                store.appendBlob(std::move(blob));
-            else
-                store.appendNull();
-        }
+        const bool heavy = reader.appendRow(store);
         store.endRow();
         if ((++untold >= kTickEveryRows || heavy) && !tick(std::exchange(untold, 0)))
             return false;
@@ -288,8 +233,8 @@ void readRelationships(TOrbMDBFile &file, MdbTableDef *tdef)
     }
 }
 
-/// Opens a handle set up the way every load reads: text converted from UTF-16, 200000-byte
-/// value buffers, month-first dates.
+/// Opens a handle set up the way every load reads: libmdb's own text (used for the catalog
+/// tables only) converted from UTF-16, 200000-byte value buffers, month-first dates.
 HandlePtr openHandle(const std::string &path)
 {
     HandlePtr mdb(mdb_open(path.c_str(), MDB_NOFLAGS));
@@ -476,7 +421,7 @@ bool loadPlannedRows(MdbHandle *mdb, PlannedTable &planned, TableStore &store, c
     }
     if (n != columns.size())
         return false;
-    return getRowsFromMdbTableDef(store, tdef.get(), mdb, layout.stored(), tick, range);
+    return getRowsFromMdbTableDef(store, tdef.get(), mdb, layout.stored(), layout.flags(), tick, range);
 }
 
 /// The rows phase. Hands the planned tables to the workers (in catalog order for one worker,

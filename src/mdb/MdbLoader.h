@@ -14,7 +14,8 @@ namespace vellum {
 
 class TOrbMDBTable;
 
-/// Size of each libmdb value buffer: the bound on a field's text.
+/// Size of each libmdb value buffer where libmdb's own text is read (the relationships
+/// catalog); table rows are decoded from their stored bytes and have no such bound.
 constexpr int kBindBufferSize = 200000;
 
 /// How a load spreads its work.

@@ -27,4 +27,30 @@ bool isUsableFileExtension(std::string_view extension)
            extension.find('/') == std::string_view::npos && extension.find('\0') == std::string_view::npos;
 }
 
+std::string_view extensionFromSignature(const unsigned char *bytes, std::size_t length)
+{
+    struct Signature {
+        std::string_view magic;
+        std::string_view extension;
+    };
+    static constexpr Signature kSignatures[] = {
+        {std::string_view("\x89PNG\r\n\x1a\n", 8), "png"},
+        {std::string_view("\xff\xd8\xff", 3), "jpg"},
+        {"GIF87a", "gif"},
+        {"GIF89a", "gif"},
+        {"BM", "bmp"},
+        {std::string_view("II*\0", 4), "tif"},
+        {std::string_view("MM\0*", 4), "tif"},
+        {"%PDF-", "pdf"},
+        {std::string_view("PK\x03\x04", 4), "zip"},
+        {"{\\rtf", "rtf"},
+        {std::string_view("\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1", 8), "doc"},
+    };
+    const std::string_view start(reinterpret_cast<const char *>(bytes), bytes ? length : 0);
+    for (const Signature &signature : kSignatures)
+        if (start.starts_with(signature.magic))
+            return signature.extension;
+    return {};
+}
+
 } // namespace vellum

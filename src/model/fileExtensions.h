@@ -17,4 +17,9 @@ bool isSafeFileExtension(std::string_view extension);
 /// no NUL, and not longer than kMaxFileExtensionLength. Anything else counts as no extension.
 bool isUsableFileExtension(std::string_view extension);
 
+/// The usual extension of a file that starts with a well-known signature: "png", "jpg", "gif",
+/// "bmp", "tif", "pdf", "zip" (Office documents included), "rtf", "doc" (a compound document);
+/// "" when the bytes start with none of them.
+std::string_view extensionFromSignature(const unsigned char *bytes, std::size_t length);
+
 } // namespace vellum

@@ -21,6 +21,8 @@ std::string mdb_get_colbacktype_string_fromMdbType(int typeCode)
     case 0x0C: return "Memo/Hyperlink";
     case 0x0F: return "Replication ID";
     case 0x10: return "Numeric";
+    case 0x13: return "Large Number";
+    case 0x14: return "Date/Time Extended";
     default: return formatString("Unknown_%04x", static_cast<unsigned>(typeCode) & 0xFFFFu);
     }
 }

@@ -30,6 +30,21 @@ TEST(gridTexts, DisplayTexts)
     EXPECT_EQ(cellDisplayText(CellValue::ofBlob(&blob)), ".bmp [3 KB]");
 }
 
+TEST(gridTexts, BytesShowAsHexInBinaryAndUnknownColumns)
+{
+    TOrbMDBColumn binary;
+    binary.setDataType("Binary");
+    TOrbMDBColumn unknown;
+    unknown.setDataType("Unknown_0046");
+    TOrbMDBColumn text;
+    text.setDataType("Text");
+    const std::string bytes("\0\x01\xff", 3);
+    EXPECT_EQ(cellDisplayText(CellValue::ofText(bytes), binary), "0x0001ff");
+    EXPECT_EQ(cellDisplayText(CellValue::ofText(bytes), unknown), "0x0001ff");
+    EXPECT_EQ(cellDisplayText(CellValue::ofText("0x"), text), "0x");
+    EXPECT_EQ(cellDisplayText(CellValue::null(), binary), "[NULL]");
+}
+
 TEST(gridTexts, JumpToRowBounds)
 {
     struct Case {

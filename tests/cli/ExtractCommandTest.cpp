@@ -47,10 +47,14 @@ TEST_P(VellumCliExtract, WritesEachBlobAsAFileOfItsType)
     // What the sidecar says was inserted: (SHA-256, extension) of each decodable payload.
     std::multiset<std::pair<std::string, std::string>> expected;
     const auto sidecar = test::loadSidecar(fixturePath(GetParam()));
-    for (const auto &row : sidecar["ole_rows"])
+    for (const auto &row : sidecar["ole_rows"]) {
         if (row["expected_decode"] == "payload")
             expected.insert({row["payload_sha256"].get<std::string>(),
                              row["expected_extension"].is_null() ? "" : row["expected_extension"].get<std::string>()});
+        // Data stored without an OLE header comes out as stored, named by its signature.
+        if (row["expected_decode"] == "fail")
+            expected.insert({row["field_sha256"].get<std::string>(), row["ID"] == 7 ? "png" : ""});
+    }
 
     std::multiset<std::pair<std::string, std::string>> written;
     const auto paths = lines(result.out);
@@ -96,7 +100,7 @@ TEST(VellumCliExtractOptions, ColumnsTablesAndFolders)
         const char *message;
     };
     const Case cases[] = {
-        {{"extract", db, "Blobs", dir.file("a"), "--column", "Data"}, 0, 9, ""},
+        {{"extract", db, "Blobs", dir.file("a"), "--column", "Data"}, 0, 11, ""},
         {{"extract", db, "Blobs", dir.file("b"), "--column", "ID"}, 0, 0, ""},
         {{"extract", db, "Blobs", dir.file("c"), "--column", "Nope"}, 1, 0, "Nope"},
         {{"extract", db, "NoSuchTable", dir.file("d")}, 1, 0, "NoSuchTable"},
@@ -128,7 +132,8 @@ TEST(VellumCliExtractOptions, RowsShowBlobsByTheirCellDescription)
     };
     EXPECT_EQ(dataOf("1"), ".pdf [1 KB]");
     EXPECT_EQ(dataOf("2"), "[1 KB]");
-    EXPECT_EQ(dataOf("7"), "[NULL]");
+    EXPECT_EQ(dataOf("7"), ".png [1 KB]"); // a PNG stored without an OLE header
+    EXPECT_EQ(dataOf("9"), "[NULL]");
     EXPECT_EQ(dataOf("14"), ".bin [293 KB]");
 }
 

@@ -73,6 +73,10 @@ TEST(XlsxExport, EscapesOnlyUnderscoresThatStartAnOoxmlEscape)
         appendOoxmlText(out, text);
         EXPECT_EQ(out, std::string("prefix:") + expected) << text;
     }
+    // Binary values keep their NUL bytes: each becomes Excel's escape instead of ending the text.
+    std::string out;
+    appendOoxmlText(out, std::string_view("\0a\0_x0041_\0", 11));
+    EXPECT_EQ(out, "_x0000_a_x0000__x005F_x0041__x0000_");
 }
 
 TEST(ExcelExport, AdapterKeepsOneWorkbookAndLogsWithoutOne)

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 
 namespace vellum {
@@ -52,6 +53,9 @@ TEST(TextExportGolden, FixtureTablesInEveryKind)
         for (const auto &expected : std::filesystem::directory_iterator(golden)) {
             const std::filesystem::path written = std::filesystem::path(dir.path()) / expected.path().filename();
             ASSERT_TRUE(std::filesystem::exists(written)) << written;
+            // VELLUM_UPDATE_GOLDEN=1 rewrites the reviewed files after a deliberate change.
+            if (std::getenv("VELLUM_UPDATE_GOLDEN"))
+                std::filesystem::copy_file(written, expected.path(), std::filesystem::copy_options::overwrite_existing);
             EXPECT_EQ(test::fileContents(written), test::fileContents(expected.path())) << written;
             ++compared;
         }

@@ -24,7 +24,7 @@ TEST(TOrbMDBColumn, TypeNamesOfEveryColumnMatchTheFixture)
         {"BOOLEAN", "Boolean"}, {"BYTE", "Byte"},       {"INT", "Integer"},         {"LONG", "Long Integer"},
         {"MONEY", "Currency"},  {"FLOAT", "Single"},    {"DOUBLE", "Double"},       {"SHORT_DATE_TIME", "DateTime"},
         {"BINARY", "Binary"},   {"TEXT", "Text"},       {"OLE", "OLE"},             {"MEMO", "Memo/Hyperlink"},
-        {"GUID", "Replication ID"}, {"NUMERIC", "Numeric"}, {"BIG_INT", "Unknown_0013"}, {"EXT_DATE_TIME", "Unknown_0014"}};
+        {"GUID", "Replication ID"}, {"NUMERIC", "Numeric"}, {"BIG_INT", "Large Number"}, {"EXT_DATE_TIME", "Date/Time Extended"}};
     for (const char *name : {"features.mdb", "features.accdb", "newtypes.accdb"}) {
         auto file = test::openInProcess(fixturePath(name));
         ASSERT_TRUE(file) << name;

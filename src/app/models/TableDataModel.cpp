@@ -169,6 +169,9 @@ QVariant TableDataModel::data(const QModelIndex &index, int role) const
         const CellValue value = cellValue(index.row(), index.column());
         if (role == Qt::ToolTipRole && !value.isBlob())
             return {};
+        const TOrbMDBTable *table = m_rows.table();
+        if (table && index.column() < m_columnCount)
+            return toQString(cellDisplayText(value, *table->columns()[static_cast<std::size_t>(index.column())]));
         return toQString(cellDisplayText(value));
     }
     case Qt::ForegroundRole: {

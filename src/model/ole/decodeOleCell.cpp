@@ -1,5 +1,6 @@
 #include "model/ole/decodeOleCell.h"
 
+#include "model/fileExtensions.h"
 #include "model/ole/oleField.h"
 
 #include <cstdlib>
@@ -11,10 +12,20 @@ std::unique_ptr<TOrbBlobData> decodeOleCell(const void *field, std::size_t lengt
     void *payload = nullptr;
     char *extension = nullptr;
     std::size_t size = length;
-    if (!field || mdb_read_ole_field(field, &payload, &size, &extension) != 0)
+    if (!field || length == 0)
         return nullptr;
-    const auto *bytes = static_cast<const std::uint8_t *>(payload);
-    auto blob = std::make_unique<TOrbBlobData>(std::vector<std::uint8_t>(bytes, bytes + size), extension);
+    const auto *bytes = static_cast<const std::uint8_t *>(field);
+    if (mdb_read_ole_field(field, &payload, &size, &extension) != 0) {
+        // An OLE object that does not decode is damaged: it stays the null marker. Data stored
+        // without an OLE wrapper by other programs ("long binary data") is kept as it is, named
+        // by its signature when it has a known one.
+        if (length >= 2 && bytes[0] == 0x15 && bytes[1] == 0x1C)
+            return nullptr;
+        return std::make_unique<TOrbBlobData>(std::vector<std::uint8_t>(bytes, bytes + length),
+                                              std::string(extensionFromSignature(bytes, length)).c_str());
+    }
+    const auto *decoded = static_cast<const std::uint8_t *>(payload);
+    auto blob = std::make_unique<TOrbBlobData>(std::vector<std::uint8_t>(decoded, decoded + size), extension);
     std::free(payload);
     std::free(extension);
     return blob;

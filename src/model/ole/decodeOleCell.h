@@ -7,8 +7,9 @@
 
 namespace vellum {
 
-/// Turns the raw bytes of a non-empty OLE Object field (as mdb_ole_read_full returns them)
-/// into a blob cell, or nullptr when nothing decodes (the cell is then the null marker).
+/// Turns the raw bytes of a non-empty OLE Object field into a blob cell: the file inside its OLE
+/// wrapper, or the bytes as they are when they do not decode as one (data stored by other
+/// programs), with an extension from their signature. nullptr only for an empty field.
 std::unique_ptr<TOrbBlobData> decodeOleCell(const void *field, std::size_t length);
 
 } // namespace vellum

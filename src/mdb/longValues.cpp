@@ -1,0 +1,72 @@
+#include "mdb/longValues.h"
+
+#include <cstring>
+#include <unordered_set>
+
+namespace vellum {
+namespace {
+
+constexpr std::size_t kHeaderSize = 12;
+constexpr std::uint32_t kInline = 0x80000000u;
+constexpr std::uint32_t kSinglePage = 0x40000000u;
+constexpr std::uint32_t kLengthMask = 0x3FFFFFFFu;
+
+std::uint32_t le32(const unsigned char *p)
+{
+    std::uint32_t v;
+    std::memcpy(&v, p, sizeof v);
+    return v;
+}
+
+/// The bytes of row `pgRow` (page << 8 | row) in libmdb's second page buffer.
+std::optional<std::span<const unsigned char>> rowAt(MdbHandle *mdb, std::uint32_t pgRow)
+{
+    void *page = nullptr;
+    int offset = 0;
+    size_t length = 0;
+    if (mdb_find_pg_row(mdb, static_cast<int>(pgRow), &page, &offset, &length) != 0 || !page || offset < 0)
+        return std::nullopt;
+    if (static_cast<std::size_t>(offset) + length > static_cast<std::size_t>(mdb->fmt->pg_size))
+        return std::nullopt;
+    return std::span<const unsigned char>(static_cast<const unsigned char *>(page) + offset, length);
+}
+
+} // namespace
+
+std::optional<std::string> readLongValue(MdbHandle *mdb, std::span<const unsigned char> field, std::uint64_t limit)
+{
+    if (field.size() < kHeaderSize)
+        return std::nullopt;
+    const std::uint32_t header = le32(field.data());
+    if (header & kInline)
+        return std::string(reinterpret_cast<const char *>(field.data()) + kHeaderSize, field.size() - kHeaderSize);
+    const std::uint32_t length = header & kLengthMask;
+    if (length > limit)
+        return std::nullopt;
+    std::uint32_t pgRow = le32(field.data() + 4);
+    std::string out;
+    if (header & kSinglePage) {
+        const auto row = rowAt(mdb, pgRow);
+        if (!row || row->size() < length)
+            return std::nullopt;
+        out.assign(reinterpret_cast<const char *>(row->data()), length);
+        return out;
+    }
+    if (header & ~kLengthMask)
+        return std::nullopt; // a flag combination no writer makes
+    out.reserve(length);
+    std::unordered_set<std::uint32_t> visited;
+    while (out.size() < length) {
+        if (pgRow == 0 || !visited.insert(pgRow).second)
+            return std::nullopt; // the chain ends early or loops
+        const auto row = rowAt(mdb, pgRow);
+        if (!row || row->size() < 4)
+            return std::nullopt;
+        pgRow = le32(row->data());
+        const std::size_t take = std::min<std::size_t>(row->size() - 4, length - out.size());
+        out.append(reinterpret_cast<const char *>(row->data()) + 4, take);
+    }
+    return out;
+}
+
+} // namespace vellum
