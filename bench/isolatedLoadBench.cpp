@@ -91,7 +91,7 @@ int main(int argc, char **argv)
         const auto inProcess = [&](unsigned workers) {
             return best(rounds, [&] {
                 return openWith(path,
-                                [&](TOrbMDBFile &f) { return loadFileInProcess(f, nullptr, LoadOptions{workers}); });
+                                [&](TOrbMDBFile &f) { return loadFileInProcess(f, nullptr, LoadOptions{.workers = workers}); });
             });
         };
         const auto isolated = [&](unsigned workers) {

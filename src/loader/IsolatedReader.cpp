@@ -48,7 +48,7 @@ bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedL
         return false;
     try {
         HelperProcess process(options.stallTimeout, [observer] { return observer && observer->shouldCancel(); });
-        const std::vector<std::string> argv = {helper,
+        std::vector<std::string> argv = {helper,
                                                "--fd",
                                                std::to_string(HelperProcess::kChildPipe),
                                                "--parent",
@@ -61,6 +61,8 @@ bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedL
                                                std::to_string(options.load.splitFromCells),
                                                "--",
                                                file.fullPath()};
+        if (!options.load.jet3CodePage.empty())
+            argv.insert(argv.end() - 2, {"--codepage", options.load.jet3CodePage});
         if (!process.start(argv))
             return false;
         ReceivedModel model;

@@ -30,7 +30,7 @@ public:
     /// `columns` in stored order, `flags[i]` the descriptor flag bytes of `columns[i]`; `jet3Charset`
     /// names the code page of Jet 3 text (iconv's name).
     FieldReader(MdbHandle *mdb, std::vector<MdbColumn *> columns, const std::vector<ColumnDescriptorFlags> &flags,
-                const std::string &jet3Charset = "CP1252");
+                const std::string &jet3Charset);
     ~FieldReader();
     FieldReader(const FieldReader &) = delete;
     FieldReader &operator=(const FieldReader &) = delete;

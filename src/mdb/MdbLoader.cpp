@@ -45,18 +45,24 @@ struct TableDefFree {
 };
 using TableDefPtr = std::unique_ptr<MdbTableDef, TableDefFree>;
 
-/// libmdb converts Jet 4 and later text from UCS-2, which turns every character outside the
-/// Basic Multilingual Plane into "??". UTF-16LE keeps surrogate pairs intact.
-void useUtf16Conversion(MdbHandle *mdb)
+/// Sets the conversion libmdb uses for the names it reads (tables, columns, the catalog). libmdb
+/// converts Jet 4 and later text from UCS-2, which turns every character outside the Basic
+/// Multilingual Plane into "??": UTF-16LE keeps surrogate pairs intact. Jet 3 text is read in
+/// `codePage`, the same one as the rows.
+void useTextConversion(MdbHandle *mdb, const std::string &codePage)
 {
-    if (mdb->f->jet_version == MDB_VER_JET3)
-        return;
-    iconv_t utf16 = iconv_open("UTF-8", "UTF-16LE");
-    if (utf16 == reinterpret_cast<iconv_t>(-1))
+    const bool jet3 = mdb->f->jet_version == MDB_VER_JET3;
+    iconv_t converter = iconv_open("UTF-8", jet3 ? codePage.c_str() : "UTF-16LE");
+    if (converter == reinterpret_cast<iconv_t>(-1))
         return;
     if (mdb->iconv_in != reinterpret_cast<iconv_t>(-1))
         iconv_close(mdb->iconv_in);
-    mdb->iconv_in = utf16;
+    mdb->iconv_in = converter;
+}
+
+std::string codePageOf(const LoadOptions &options)
+{
+    return options.jet3CodePage.empty() ? std::string(kDefaultJet3CodePage) : options.jet3CodePage;
 }
 
 void applyProperties(TOrbMDBColumn &column, const MdbColumn *col)
@@ -124,8 +130,8 @@ struct PageRange {
 /// Loads the rows of `range` into `store` in storage order, decoding every field from its
 /// stored bytes; false when the ticker stopped it.
 bool getRowsFromMdbTableDef(TableStore &store, MdbTableDef *tdef, MdbHandle *mdb, GPtrArray *stored,
-                            const std::vector<ColumnDescriptorFlags> &flags, const RowTicker &tick,
-                            const PageRange &range = {})
+                            const std::vector<ColumnDescriptorFlags> &flags, const std::string &codePage,
+                            const RowTicker &tick, const PageRange &range = {})
 {
     std::vector<MdbColumn *> cols;
     std::vector<ColumnDescriptorFlags> colFlags;
@@ -136,7 +142,7 @@ bool getRowsFromMdbTableDef(TableStore &store, MdbTableDef *tdef, MdbHandle *mdb
         cols.push_back(col);
         colFlags.push_back(i < flags.size() ? flags[i] : ColumnDescriptorFlags{});
     }
-    FieldReader reader(mdb, std::move(cols), colFlags);
+    FieldReader reader(mdb, std::move(cols), colFlags, codePage);
     std::uint64_t untold = 0;
     mdb_rewind_table(tdef);
     if (range.part == PageRange::Part::Back)
@@ -235,12 +241,12 @@ void readRelationships(TOrbMDBFile &file, MdbTableDef *tdef)
 
 /// Opens a handle set up the way every load reads: libmdb's own text (used for the catalog
 /// tables only) converted from UTF-16, 200000-byte value buffers, month-first dates.
-HandlePtr openHandle(const std::string &path)
+HandlePtr openHandle(const std::string &path, const std::string &codePage)
 {
     HandlePtr mdb(mdb_open(path.c_str(), MDB_NOFLAGS));
     if (!mdb)
         return nullptr;
-    useUtf16Conversion(mdb.get());
+    useTextConversion(mdb.get(), codePage);
     mdb_set_bind_size(mdb.get(), kBindBufferSize);
     mdb_set_date_fmt(mdb.get(), "%m/%d/%Y %H:%M:%S");
     return mdb;
@@ -297,6 +303,7 @@ struct PlannedTable {
     std::uint64_t rows = 0; ///< as the table definition says
     std::uint64_t cost = 0; ///< estimated cells
     std::unique_ptr<BackHalf> backHalf; ///< set when a second handle reads the later pages
+    std::string codePage;               ///< of Jet 3 text
 };
 
 /// Walks the catalog in order: reads "MSysRelationships" into `file` and describes every kept
@@ -353,7 +360,7 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
         table->setName(workingName);
         const std::uint64_t rows = tdef->num_rows > 0 ? static_cast<std::uint64_t>(tdef->num_rows) : 0;
         const std::uint64_t cost = rows * std::max<std::uint64_t>(1, table->columns().size());
-        plan.push_back(PlannedTable{i, entry->object_name, std::move(table), rows, cost, nullptr});
+        plan.push_back(PlannedTable{i, entry->object_name, std::move(table), rows, cost, nullptr, {}});
     }
     return true;
 }
@@ -421,7 +428,8 @@ bool loadPlannedRows(MdbHandle *mdb, PlannedTable &planned, TableStore &store, c
     }
     if (n != columns.size())
         return false;
-    return getRowsFromMdbTableDef(store, tdef.get(), mdb, layout.stored(), layout.flags(), tick, range);
+    return getRowsFromMdbTableDef(store, tdef.get(), mdb, layout.stored(), layout.flags(), planned.codePage, tick,
+                                  range);
 }
 
 /// The rows phase. Hands the planned tables to the workers (in catalog order for one worker,
@@ -638,11 +646,11 @@ private:
 
 /// The second handle's work when several tables are large: opens the file again and takes
 /// tables from the hub as the owner does.
-void loadSharedTables(RowLoadHub &hub, const std::string &path, unsigned catalogSize)
+void loadSharedTables(RowLoadHub &hub, const std::string &path, const std::string &codePage, unsigned catalogSize)
 {
     try {
         // A handle that cannot be opened the same way simply does not help.
-        HandlePtr own = openHandle(path);
+        HandlePtr own = openHandle(path, codePage);
         if (own && mdb_read_catalog(own.get(), MDB_ANY) && own->num_catalog == catalogSize)
             runWorker(own.get(), hub, false);
     } catch (...) {
@@ -684,7 +692,7 @@ void readBackHalf(RowLoadHub &hub, const std::string &path, unsigned catalogSize
     BackHalf &half = *split.backHalf;
     bool ok = false;
     try {
-        HandlePtr own = openHandle(path);
+        HandlePtr own = openHandle(path, split.codePage);
         if (own && mdb_read_catalog(own.get(), MDB_ANY) && own->num_catalog == catalogSize) {
             const RowTicker tick = [&hub](std::uint64_t rows) {
                 hub.addRows(rows);
@@ -716,7 +724,9 @@ bool loadRows(const std::string &path, MdbHandle *mdb, std::vector<PlannedTable>
     if (split)
         second = std::thread([&hub, path, catalogSize, split] { readBackHalf(hub, path, catalogSize, *split); });
     else if (parallel)
-        second = std::thread([&hub, path, catalogSize] { loadSharedTables(hub, path, catalogSize); });
+        second = std::thread([&hub, path, codePage = codePageOf(options), catalogSize] {
+            loadSharedTables(hub, path, codePage, catalogSize);
+        });
     const bool ownerDone = runWorker(mdb, hub, true);
     if (!ownerDone)
         hub.stop();
@@ -773,15 +783,26 @@ private:
 
 } // namespace
 
+bool isKnownCodePage(const std::string &codePage)
+{
+    iconv_t converter = iconv_open("UTF-8", codePage.c_str());
+    if (converter == reinterpret_cast<iconv_t>(-1))
+        return false;
+    iconv_close(converter);
+    return true;
+}
+
 bool loadDatabase(const std::string &path, TOrbMDBFile &relationships, LoadSink &sink, const LoadOptions &options)
 {
     try {
-        HandlePtr mdb = openHandle(path);
+        HandlePtr mdb = openHandle(path, codePageOf(options));
         if (!mdb)
             return false;
         std::vector<PlannedTable> plan;
         if (mdb_read_catalog(mdb.get(), MDB_ANY) && !walkCatalog(mdb.get(), relationships, sink, plan))
             return false;
+        for (PlannedTable &planned : plan)
+            planned.codePage = codePageOf(options);
         std::uint64_t expectedRows = 0;
         for (const PlannedTable &planned : plan)
             expectedRows += planned.rows;

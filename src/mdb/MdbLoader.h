@@ -29,7 +29,16 @@ struct LoadOptions {
     /// reaches this many estimated cells, is read by both handles: the first reads the earlier
     /// half of its data pages, the second the later half, and the rows are joined in order.
     std::uint64_t splitFromCells = 100'000;
+    /// The code page of a Jet 3 (Access 97) file's text, as iconv names it: those files do not
+    /// record it. Empty means windows-1252, what most of them use. Later formats store Unicode.
+    std::string jet3CodePage{};
 };
+
+/// The code page Jet 3 text is read in when none is given.
+inline constexpr const char *kDefaultJet3CodePage = "CP1252";
+
+/// True when iconv can convert from `codePage` (a name such as "GBK" or "CP1251").
+bool isKnownCodePage(const std::string &codePage);
 
 /// Receives a load as it happens. Every call comes on the thread that called `loadDatabase`.
 class LoadSink : public LoadObserver {

@@ -137,14 +137,14 @@ TEST_F(IsolatedLoader, ParallelLoadingMergesInCatalogOrder)
     for (const char *name : {"features.mdb", "features.accdb", "ole.accdb"}) {
         SCOPED_TRACE(name);
         auto sequential = TOrbMDBFile::fromPath(test::fixturePath(name));
-        ASSERT_TRUE(loadFileInProcess(*sequential, nullptr, LoadOptions{1, 0}));
+        ASSERT_TRUE(loadFileInProcess(*sequential, nullptr, LoadOptions{.workers = 1, .parallelFromCells = 0}));
         auto parallel = TOrbMDBFile::fromPath(test::fixturePath(name));
-        ASSERT_TRUE(loadFileInProcess(*parallel, nullptr, LoadOptions{2, 0}));
+        ASSERT_TRUE(loadFileInProcess(*parallel, nullptr, LoadOptions{.workers = 2, .parallelFromCells = 0}));
         // Unsorted: the tables must come in the same (catalog) order from both.
         test::expectSameModel(*sequential, *parallel);
         auto isolated = TOrbMDBFile::fromPath(test::fixturePath(name));
         IsolatedLoadOptions options;
-        options.load = LoadOptions{2, 0};
+        options.load = LoadOptions{.workers = 2, .parallelFromCells = 0};
         ASSERT_TRUE(loadFileIsolated(*isolated, nullptr, options));
         test::expectSameModel(*sequential, *isolated);
     }
@@ -165,7 +165,7 @@ TEST_F(IsolatedLoader, SplitTableGivesTheRowsOfASingleRead)
     for (const std::string &path : paths) {
         SCOPED_TRACE(path);
         auto sequential = TOrbMDBFile::fromPath(path);
-        ASSERT_TRUE(loadFileInProcess(*sequential, nullptr, LoadOptions{1, 0, 0}));
+        ASSERT_TRUE(loadFileInProcess(*sequential, nullptr, LoadOptions{.workers = 1, .parallelFromCells = 0, .splitFromCells = 0}));
         auto inProcess = TOrbMDBFile::fromPath(path);
         ASSERT_TRUE(loadFileInProcess(*inProcess, nullptr, split));
         test::expectSameModel(*sequential, *inProcess);
@@ -206,12 +206,12 @@ TEST_F(IsolatedLoader, SplitTableIsReadWholeWhenTheSecondHandleCannotOpenTheFile
     if (source.empty())
         GTEST_SKIP() << "../shared/testdata/rows70000.mdb is absent: no table large enough to split";
     auto reference = TOrbMDBFile::fromPath(source);
-    ASSERT_TRUE(loadFileInProcess(*reference, nullptr, LoadOptions{1, 0, 0}));
+    ASSERT_TRUE(loadFileInProcess(*reference, nullptr, LoadOptions{.workers = 1, .parallelFromCells = 0, .splitFromCells = 0}));
     const std::string copy = m_dir + "/rows.mdb";
     fs::copy_file(source, copy);
     TOrbMDBFile relationships;
     FileRemovingSink sink(copy);
-    ASSERT_TRUE(loadDatabase(copy, relationships, sink, LoadOptions{2, std::numeric_limits<std::uint64_t>::max(), 0}));
+    ASSERT_TRUE(loadDatabase(copy, relationships, sink, LoadOptions{.workers = 2, .parallelFromCells = std::numeric_limits<std::uint64_t>::max(), .splitFromCells = 0}));
     EXPECT_FALSE(fs::exists(copy));
     ASSERT_EQ(sink.tables.size(), reference->tables().size());
     for (std::size_t i = 0; i < sink.tables.size(); ++i) {

@@ -33,10 +33,10 @@ inline nlohmann::json loadSidecar(const std::string &path)
 }
 
 /// Opens a database file in this process; nullptr when it cannot be opened.
-inline std::unique_ptr<TOrbMDBFile> openInProcess(const std::string &path)
+inline std::unique_ptr<TOrbMDBFile> openInProcess(const std::string &path, const LoadOptions &options = {})
 {
     auto file = TOrbMDBFile::fromPath(path);
-    InProcessReader reader;
+    InProcessReader reader(options);
     if (!file->open(reader, nullptr))
         return nullptr;
     return file;

@@ -2,7 +2,8 @@
 // model to the process that started it (see loader/modelWire.h), so that a damaged file can
 // neither hang nor crash that process.
 //
-//   vellum-loader [--fd N] [--parent PID] [--workers N] [--parallel-from CELLS] [--split-from CELLS] [--] FILE
+//   vellum-loader [--fd N] [--parent PID] [--workers N] [--parallel-from CELLS] [--split-from CELLS]
+//                 [--codepage NAME] [--] FILE
 //
 // Exit status: 0 when the whole model was sent, 1 when the file cannot be read or the pipe
 // broke, 2 for wrong arguments.
@@ -60,7 +61,7 @@ int usage(const char *message)
 {
     std::fprintf(stderr,
                  "vellum-loader: %s\nusage: vellum-loader [--fd N] [--parent PID] [--workers N] "
-                 "[--parallel-from CELLS] [--split-from CELLS] [--] FILE\n",
+                 "[--parallel-from CELLS] [--split-from CELLS] [--codepage NAME] [--] FILE\n",
                  message);
     return kExitUsage;
 }
@@ -97,6 +98,10 @@ int main(int argc, char **argv)
             else
                 options.splitFromCells = value;
             ++i;
+        } else if (arg == "--codepage") {
+            if (i + 1 >= argc || !isKnownCodePage(argv[i + 1]))
+                return usage("option --codepage needs a code page iconv knows");
+            options.jet3CodePage = argv[++i];
         } else if (arg.rfind("--", 0) == 0 || !path.empty()) {
             return usage(("unexpected argument " + arg).c_str());
         } else {
