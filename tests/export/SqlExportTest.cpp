@@ -82,7 +82,7 @@ protected:
     {
         auto job = std::make_unique<ExportJob>(*m_file, nullptr, ExportFileType::SQL);
         ExportOptions options = job->options();
-        options.sqlFormat = dialect;
+        options.sqlFormat = serverTypeFromValue(dialect).value();
         options.exportSingleFile = singleFile;
         job->setOptions(options);
         job->setExportPath(path);
