@@ -68,7 +68,8 @@ SqlScriptWriter::SqlScriptWriter(const TOrbMDBFile &file, const SqlScriptSetting
         break;
     }
     const ServerType d = m_settings.dialect;
-    if ((d == ServerTypePostgreSQL || d == ServerTypeOracle || d == ServerTypeSQLServer) && !m_settings.schemaName.empty())
+    if ((d == ServerTypePostgreSQL || d == ServerTypeOracle || d == ServerTypeSQLServer) &&
+        !m_settings.schemaName.empty())
         m_schemaPrefix = quoteName(m_settings.schemaName) + ".";
     // SQL Server's column comments name the schema as a text; without one the user is left a
     // placeholder to replace by hand.
@@ -373,7 +374,8 @@ bool SqlScriptWriter::writeTable(const TOrbMDBTable &table, ExportSink &sink,
             appendDropTable(quotedTable);
         appendCreateTable(table, quotedTable);
         if (m_settings.includeIndexes &&
-            (d == ServerTypePostgreSQL || d == ServerTypeOracle || d == ServerTypeSQLServer || (d == ServerTypeSQLite && !m_settings.singleFile)))
+            (d == ServerTypePostgreSQL || d == ServerTypeOracle || d == ServerTypeSQLServer ||
+             (d == ServerTypeSQLite && !m_settings.singleFile)))
             appendSeparateIndexes(table, quotedTable);
         appendColumnComments(table, quotedTable);
         m_out += '\n';

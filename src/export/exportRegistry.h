@@ -25,17 +25,17 @@ bool containsKind(const ExportKinds &kinds, ExportFileType kind);
 
 /// One export kind.
 struct ExportKindInfo {
-    ExportFileType kind;
-    const char *name;      ///< the --format value ("csv")
-    const char *extension; ///< the file extension without a dot ("csv")
-    const char *title;     ///< the wizard's title, an English localization key ("Export CSV")
-    const char *summary;   ///< one line of the command line's help
-    ExportJob::Routine routine;
+    ExportFileType kind = ExportFileType::CSV;
+    const char *name = "";      ///< the --format value ("csv")
+    const char *extension = ""; ///< the file extension without a dot ("csv")
+    const char *title = "";     ///< the wizard's title, an English localization key ("Export CSV")
+    const char *summary = "";   ///< one line of the command line's help
+    ExportJob::Routine routine = nullptr;
     /// With "single file" on, the target is one file chosen in a save panel (else a folder).
-    bool singleFileTarget;
+    bool singleFileTarget = false;
     /// The last check of a request after every option was set; nullptr when there is none.
     /// False with `error` set (an English text naming the command-line options) refuses it.
-    bool (*validate)(const ExportOptions &options, std::string &error);
+    bool (*validate)(const ExportOptions &options, std::string &error) = nullptr;
 };
 
 /// The options of the export, one per control of the wizard.
@@ -89,41 +89,41 @@ struct ExportKindDefault {
 /// One way to give an option on the command line. An option may have several (a switch on and
 /// a switch off, or one per group of kinds with its own help line).
 struct ExportCommandLineForm {
-    ExportOptionId option;
-    const char *flag;      ///< "--dialect"
-    const char *valueName; ///< "NAME" in the help; nullptr for a switch
-    const char *help;      ///< one line of the help
-    ExportKinds kinds;     ///< the kinds that take it in this form
-    bool switchValue = false; ///< what a switch sets
+    ExportOptionId option = ExportOptionId::ColumnHeader;
+    const char *flag = "";           ///< "--dialect"
+    const char *valueName = nullptr; ///< "NAME" in the help; nullptr for a switch
+    const char *help = "";           ///< one line of the help
+    ExportKinds kinds = {};          ///< the kinds that take it in this form
+    bool switchValue = false;        ///< what a switch sets
 };
 
 /// One option.
 struct ExportOptionInfo {
-    ExportOptionId id;
+    ExportOptionId id = ExportOptionId::ColumnHeader;
     /// The kinds that take the option: their writer reads it and the command line offers it.
-    ExportKinds kinds;
+    ExportKinds kinds = {};
     /// The kinds whose wizard shows its control: the encoding menu is shown for every kind but
     /// SQLite, the decimal symbol only for the text kinds.
-    ExportKinds wizardKinds;
-    ExportControl control;
+    ExportKinds wizardKinds = {};
+    ExportControl control = ExportControl::None;
     /// The check box's title or the form row's label, an English localization key.
-    const char *label;
+    const char *label = "";
     /// The menu items are localized (delimiters) or product names shown as they are (dialects).
-    bool localizedChoices;
-    std::vector<ExportOptionChoice> choices;
-    std::vector<ExportKindDefault> kindDefaults;
+    bool localizedChoices = false;
+    std::vector<ExportOptionChoice> choices = {};
+    std::vector<ExportKindDefault> kindDefaults = {};
     /// When the wizard enables the control, given the values its controls hold; nullptr = always.
-    bool (*enabledWhen)(ExportFileType kind, const ExportOptions &options);
+    bool (*enabledWhen)(ExportFileType kind, const ExportOptions &options) = nullptr;
     /// The option's value in `options`.
-    ExportOptionValue (*read)(const ExportOptions &options);
+    ExportOptionValue (*read)(const ExportOptions &options) = nullptr;
     /// Stores a value as it stands.
-    void (*store)(ExportOptions &options, const ExportOptionValue &value);
+    void (*store)(ExportOptions &options, const ExportOptionValue &value) = nullptr;
     /// Stores a value the user chose, with what choosing it implies (a field delimiter also
     /// sets the decimal symbol); nullptr = `store`.
-    void (*choose)(ExportOptions &options, const ExportOptionValue &value);
+    void (*choose)(ExportOptions &options, const ExportOptionValue &value) = nullptr;
     /// Reads a command-line text that is not one of the choices (an encoding name, a
     /// password); false with `error` set when the text is refused. nullptr = any text.
-    bool (*parseText)(const std::string &text, ExportOptionValue &value, std::string &error);
+    bool (*parseText)(const std::string &text, ExportOptionValue &value, std::string &error) = nullptr;
 };
 
 /// Every kind, in the order the command line lists them.

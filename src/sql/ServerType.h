@@ -29,6 +29,9 @@ inline std::optional<ServerType> serverTypeFromValue(std::int64_t value)
 }
 
 /// The stored number of a server type.
-constexpr std::int32_t serverTypeValue(ServerType type) { return static_cast<std::int32_t>(type); }
+constexpr std::int32_t serverTypeValue(ServerType type)
+{
+    return static_cast<std::int32_t>(type);
+}
 
 } // namespace vellum

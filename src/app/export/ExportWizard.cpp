@@ -258,7 +258,8 @@ ExportOptions ExportWizard::optionsFromControls() const
             option.store(options, static_cast<QCheckBox *>(widget)->isChecked());
             break;
         case ExportControl::Menu:
-            option.store(options, static_cast<std::int64_t>(static_cast<QComboBox *>(widget)->currentData().toLongLong()));
+            option.store(options,
+                         static_cast<std::int64_t>(static_cast<QComboBox *>(widget)->currentData().toLongLong()));
             break;
         case ExportControl::EncodingMenu:
             option.store(options,
@@ -296,8 +297,9 @@ void ExportWizard::showOptions(const ExportOptions &options)
             break;
         }
         case ExportControl::TextField:
-            if (auto *field = static_cast<QLineEdit *>(widget); field->text() != toQString(std::get<std::string>(value)))
-                field->setText(toQString(std::get<std::string>(value)));
+            if (const QString text = toQString(std::get<std::string>(value));
+                static_cast<QLineEdit *>(widget)->text() != text)
+                static_cast<QLineEdit *>(widget)->setText(text);
             break;
         case ExportControl::None:
             break;
