@@ -184,9 +184,11 @@ private slots:
         QCOMPARE(txt->decimalSymbolField()->text(), QString("."));
 
         auto sql = wizard(ExportFileType::SQL);
-        for (int format = 1; format <= 5; ++format) {
-            sql->sqlFormatBox()->setCurrentIndex(sql->sqlFormatBox()->findData(format));
-            QCOMPARE(sql->schemaNameField()->isEnabled(), format == 2 || format == 3 || format == 5);
+        for (const ServerType format :
+             {ServerTypeMySQL, ServerTypePostgreSQL, ServerTypeOracle, ServerTypeSQLite, ServerTypeSQLServer}) {
+            sql->sqlFormatBox()->setCurrentIndex(sql->sqlFormatBox()->findData(serverTypeValue(format)));
+            QCOMPARE(sql->schemaNameField()->isEnabled(),
+                     format == ServerTypePostgreSQL || format == ServerTypeOracle || format == ServerTypeSQLServer);
         }
     }
 

@@ -140,7 +140,8 @@ void ExportWizard::buildInterface()
             form->addRow(widget);
         else
             form->addRow(localizedQ(option.label), widget);
-        widget->setVisible(shown);
+        if (!shown)
+            widget->hide();
         anyShown = anyShown || shown;
     }
     updateEnabledControls();
@@ -161,7 +162,8 @@ void ExportWizard::buildInterface()
 
     const ExportOptionInfo &singleFile = exportOptionInfo(ExportOptionId::SingleFile);
     m_singleFile = static_cast<QCheckBox *>(makeControl(singleFile, options, this));
-    m_singleFile->setVisible(containsKind(singleFile.wizardKinds, m_kind));
+    if (!containsKind(singleFile.wizardKinds, m_kind))
+        m_singleFile->hide();
     layout->addWidget(m_singleFile);
     connect(m_singleFile, &QCheckBox::clicked, this, &ExportWizard::exportSingleFileToggled);
 
