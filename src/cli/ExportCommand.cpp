@@ -145,8 +145,8 @@ bool applyOptions(const ArgParser &parser, ExportRequest &request, std::string &
         applied.insert(form.flag);
         const ExportOptionInfo &option = exportOptionInfo(form.option);
         ExportOptionValue value = form.switchValue;
-        if (form.valueName && !parseExportOptionText(option, request.kind, form.flag,
-                                                     parser.value(form.flag).value_or(""), value, error))
+        if (form.valueName &&
+            !parseExportOptionText(option, request.kind, form.flag, parser.value(form.flag).value_or(""), value, error))
             return false;
         chooseExportOption(option, request.options, value);
     }

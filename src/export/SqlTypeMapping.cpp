@@ -133,8 +133,8 @@ void appendSqlQuotedText(std::string &out, std::string_view text)
     out += '\'';
 }
 
-void appendSqlValueLiteral(std::string &out, const CellValue &value, const SqlLiteralColumn &column,
-                           ServerType dialect, std::string_view decimalSymbol)
+void appendSqlValueLiteral(std::string &out, const CellValue &value, const SqlLiteralColumn &column, ServerType dialect,
+                           std::string_view decimalSymbol)
 {
     if (value.isText()) {
         const ColumnValueClass valueClass = columnValueClassForDataType(column.dataType);

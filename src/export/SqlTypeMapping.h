@@ -41,8 +41,8 @@ struct SqlLiteralColumn {
 /// Appends the literal of one cell to `out`: quoted and escaped text, the dialect's date form,
 /// numbers with the decimal symbol, GUIDs per dialect, the blob literal, or for a missing value
 /// "null" ("''" when the column forbids zero-length text).
-void appendSqlValueLiteral(std::string &out, const CellValue &value, const SqlLiteralColumn &column,
-                           ServerType dialect, std::string_view decimalSymbol);
+void appendSqlValueLiteral(std::string &out, const CellValue &value, const SqlLiteralColumn &column, ServerType dialect,
+                           std::string_view decimalSymbol);
 
 /// The literal of one cell, as `appendSqlValueLiteral` writes it.
 std::string sqlValueLiteral(const CellValue &value, const SqlLiteralColumn &column, ServerType dialect,

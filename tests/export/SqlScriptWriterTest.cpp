@@ -20,7 +20,7 @@ namespace vellum {
 namespace {
 
 constexpr ServerType kDialects[] = {ServerTypeMySQL, ServerTypePostgreSQL, ServerTypeOracle, ServerTypeSQLite,
-                                     ServerTypeSQLServer};
+                                    ServerTypeSQLServer};
 
 /// The properties of one column that the script writer reads beyond name and type.
 struct ColumnProps {

@@ -11,7 +11,7 @@ namespace vellum {
 namespace {
 
 constexpr ServerType kDialects[] = {ServerTypeMySQL, ServerTypePostgreSQL, ServerTypeOracle, ServerTypeSQLite,
-                                     ServerTypeSQLServer};
+                                    ServerTypeSQLServer};
 
 TEST(SqlTypeMapping, TypeTableForEveryDialect)
 {

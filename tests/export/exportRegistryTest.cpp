@@ -152,7 +152,8 @@ TEST(ExportRegistry, ReadsCommandLineTexts)
         const char *error;
     };
     const Case cases[] = {
-        {ExportOptionId::FieldDelimiter, ExportFileType::TXT, "--delimiter", "tab", std::int64_t{kFieldDelimiterTab}, ""},
+        {ExportOptionId::FieldDelimiter, ExportFileType::TXT, "--delimiter", "tab", std::int64_t{kFieldDelimiterTab},
+         ""},
         {ExportOptionId::FieldDelimiter, ExportFileType::CSV, "--delimiter", "tab", std::nullopt,
          "unknown delimiter 'tab' (use semicolon|comma)"},
         {ExportOptionId::FieldDelimiter, ExportFileType::TXT, "--delimiter", "pipe", std::nullopt,

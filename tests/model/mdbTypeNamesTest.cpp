@@ -39,9 +39,7 @@ TEST(mdbTypeNames, ValueClassOfEveryColumnTypeName)
     for (int code = 0; code <= 0x12; ++code) {
         const std::string name = mdb_get_colbacktype_string_fromMdbType(code);
         const bool known = name.rfind("Unknown_", 0) != 0;
-        EXPECT_EQ(columnValueClassForDataType(name) == C::Other,
-                  !known || name == "Byte" || name == "OLE")
-            << name;
+        EXPECT_EQ(columnValueClassForDataType(name) == C::Other, !known || name == "Byte" || name == "OLE") << name;
     }
 }
 

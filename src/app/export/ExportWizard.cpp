@@ -244,11 +244,20 @@ QWidget *ExportWizard::control(ExportOptionId id) const
     return found == m_controls.end() ? nullptr : found->second;
 }
 
-QCheckBox *ExportWizard::checkBox(ExportOptionId id) const { return qobject_cast<QCheckBox *>(control(id)); }
+QCheckBox *ExportWizard::checkBox(ExportOptionId id) const
+{
+    return qobject_cast<QCheckBox *>(control(id));
+}
 
-QComboBox *ExportWizard::menu(ExportOptionId id) const { return qobject_cast<QComboBox *>(control(id)); }
+QComboBox *ExportWizard::menu(ExportOptionId id) const
+{
+    return qobject_cast<QComboBox *>(control(id));
+}
 
-QLineEdit *ExportWizard::textField(ExportOptionId id) const { return qobject_cast<QLineEdit *>(control(id)); }
+QLineEdit *ExportWizard::textField(ExportOptionId id) const
+{
+    return qobject_cast<QLineEdit *>(control(id));
+}
 
 ExportOptions ExportWizard::optionsFromControls() const
 {
