@@ -440,6 +440,12 @@ const std::vector<ExportKindInfo> &exportKinds()
     return kindTable();
 }
 
+const ExportKinds &exportMenuKinds()
+{
+    static const ExportKinds kinds = {kCsv, kTxt, kXml, kXls, kXlsx, kSql, kSqlite};
+    return kinds;
+}
+
 const ExportKindInfo *exportKindInfo(ExportFileType kind)
 {
     for (const ExportKindInfo &info : kindTable())

@@ -128,6 +128,8 @@ struct ExportOptionInfo {
 
 /// Every kind, in the order the command line lists them.
 const std::vector<ExportKindInfo> &exportKinds();
+/// Every kind in the order the window's Export menus list them.
+const ExportKinds &exportMenuKinds();
 /// The row of a kind; nullptr for a number that is no kind.
 const ExportKindInfo *exportKindInfo(ExportFileType kind);
 

@@ -38,6 +38,11 @@ TEST(ExportRegistry, EveryKindIsCompleteAndFoundByNumberAndName)
     }
     // The kinds keep their numbers 0 … 6 without a gap.
     EXPECT_EQ(numbers, (std::set<std::uint32_t>{0, 1, 2, 3, 4, 5, 6}));
+    // The menus list every kind once.
+    std::set<std::uint32_t> inMenus;
+    for (const ExportFileType kind : exportMenuKinds())
+        EXPECT_TRUE(inMenus.insert(static_cast<std::uint32_t>(kind)).second);
+    EXPECT_EQ(inMenus, numbers);
     EXPECT_FALSE(exportFileTypeFromValue(7));
     EXPECT_EQ(exportKindInfo(static_cast<ExportFileType>(7)), nullptr);
 }

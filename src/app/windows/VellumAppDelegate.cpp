@@ -15,6 +15,7 @@
 #include "browser/localizedFormat.h"
 #include "browser/statusTexts.h"
 #include "export/ExportRoutines.h"
+#include "export/exportRegistry.h"
 #include "model/TOrbMDBFile.h"
 #include "util/format.h"
 #include "util/localized.h"
@@ -63,14 +64,6 @@ const ToolbarItemDefinition kToolbarItems[] = {
     {"exportXls", "XLS_32x32", "Export XLS", "Export XLS", 3},
     {"exportSql", "SQL_32x32", "Export SQL", "Export SQL", 4},
     {"exportSqlite", "SQLite_32x32", "Export SQLite", "Export SQLite", 5},
-};
-
-/// The kinds in the Export menus, in menu order, with their titles.
-const std::pair<ExportFileType, const char *> kExportMenuKinds[] = {
-    {ExportFileType::CSV, "Export CSV"},         {ExportFileType::TXT, "Export TXT"},
-    {ExportFileType::XML, "Export XML"},         {ExportFileType::XLS, "Export XLS"},
-    {ExportFileType::XLSX, "Export XLSX"},       {ExportFileType::SQL, "Export SQL"},
-    {ExportFileType::SQLite, "Export SQLite"},
 };
 
 const std::pair<const char *, const char *> kToggleTitles[] = {
@@ -336,13 +329,11 @@ void VellumAppDelegate::buildMenus()
     });
     close->setShortcut(QKeySequence(QStringLiteral("Ctrl+W")));
     QMenu *exportMenu = fileMenu->addMenu(localizedQ("Export"));
-    std::size_t i = 0;
-    for (const auto &[kind, title] : kExportMenuKinds) {
-        QAction *item = exportMenu->addAction(localizedQ(title));
+    for (const ExportFileType kind : exportMenuKinds()) {
+        QAction *item = exportMenu->addAction(localizedQ(exportKindInfo(kind)->title));
         item->setData(static_cast<int>(kind) + 1); // menu items carry their kind plus one
-        const ExportFileType k = kind;
-        connect(item, &QAction::triggered, this, [this, k] { Export(k); });
-        m_exportMenuItems[i++] = item;
+        connect(item, &QAction::triggered, this, [this, kind] { Export(kind); });
+        m_exportMenuItems.push_back(item);
     }
     fileMenu->addSeparator();
     fileMenu->addAction(localizedQ("Show in File Manager"), this, [this] {
@@ -428,8 +419,7 @@ void VellumAppDelegate::updateExportAvailability()
             if (QAction *action = toolbarAction(entry.identifier))
                 action->setEnabled(isExportFileTypeAvailable(static_cast<ExportFileType>(entry.kind)));
     for (QAction *item : m_exportMenuItems)
-        if (item)
-            item->setEnabled(isExportFileTypeAvailable(static_cast<ExportFileType>(item->data().toInt() - 1)));
+        item->setEnabled(isExportFileTypeAvailable(static_cast<ExportFileType>(item->data().toInt() - 1)));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -628,12 +618,11 @@ QMenu *VellumAppDelegate::contextMenuForItem(const BrowserItem &item)
     auto *menu = new QMenu(this);
     QMenu *exportMenu = new QMenu(localizedQ("Export"), menu);
     exportMenu->menuAction()->setData(kTagExportSubmenu);
-    for (const auto &[kind, title] : kExportMenuKinds) {
-        QAction *action = exportMenu->addAction(localizedQ(title));
+    for (const ExportFileType kind : exportMenuKinds()) {
+        QAction *action = exportMenu->addAction(localizedQ(exportKindInfo(kind)->title));
         action->setData(static_cast<int>(kind) + 1);
         action->setEnabled(isExportFileTypeAvailable(kind));
-        const ExportFileType k = kind;
-        connect(action, &QAction::triggered, this, [this, k, item] { Export(k, item); });
+        connect(action, &QAction::triggered, this, [this, kind, item] { Export(kind, item); });
     }
     if (item.isFile()) {
         TOrbMDBFile *file = item.file;

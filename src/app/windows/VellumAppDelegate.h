@@ -12,6 +12,7 @@
 #include <QPointer>
 
 #include <array>
+#include <vector>
 #include <functional>
 #include <memory>
 
@@ -227,7 +228,7 @@ private:
     QAction *m_menuitemForward = nullptr;
     QAction *m_fullScreenAction = nullptr;
     std::array<QAction *, 5> m_toggles{};
-    std::array<QAction *, 7> m_exportMenuItems{};
+    std::vector<QAction *> m_exportMenuItems; ///< the File menu's Export entries
 
     std::function<QStringList()> m_openPanel;
     std::function<void(const QString &, const QString &)> m_alert;
