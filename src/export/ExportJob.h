@@ -8,8 +8,9 @@
 // -----------------------------------------
 // 1. Write the routine in its own file under src/export/ (e.g. SqlExport.cpp) as
 //        void exportSQLThread(ExportJob &job);
-//    declare it in export/ExportRoutines.h, give the kind a value in ExportFileType.h and one
-//    row in export/exportRegistry.cpp (name, extension, title, routine, options it takes).
+//    declare it in export/ExportRoutines.h, give the kind a value in ExportFileType.h, one row
+//    in export/exportRegistry.cpp (name, extension, title, routine) and a place in its menu
+//    order, and add the kind to the rows of the options it takes.
 // 2. The driver around the routine already resets m_successTableCount before it, runs it on the
 //    worker thread and posts `exportThreadFinished` after it: the routine does neither.
 // 3. Inside the routine:
