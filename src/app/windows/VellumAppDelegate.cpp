@@ -37,6 +37,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <optional>
+
 namespace vellum {
 
 namespace {
@@ -51,19 +53,19 @@ struct ToolbarItemDefinition {
     const char *image;
     const char *label;
     const char *tooltip;
-    int kind; ///< export kind, -1 for none
+    std::optional<ExportFileType> kind; ///< the export kind of an export item
 };
 
 const ToolbarItemDefinition kToolbarItems[] = {
-    {"navigationBack", "back_32x32", "Back", "Show the previous table", -1},
-    {"navigationNext", "forward_32x32", "Next", "Show the next table", -1},
-    {"open", "open_folder_32x32", "Open", "Open MDB files", -1},
-    {"exportCsv", "CSV_32x32", "Export CSV", "Export CSV", 0},
-    {"exportTxt", "TXT_32x32", "Export TXT", "Export TXT", 1},
-    {"exportXml", "XML_32x32", "Export XML", "Export XML", 2},
-    {"exportXls", "XLS_32x32", "Export XLS", "Export XLS", 3},
-    {"exportSql", "SQL_32x32", "Export SQL", "Export SQL", 4},
-    {"exportSqlite", "SQLite_32x32", "Export SQLite", "Export SQLite", 5},
+    {"navigationBack", "back_32x32", "Back", "Show the previous table", std::nullopt},
+    {"navigationNext", "forward_32x32", "Next", "Show the next table", std::nullopt},
+    {"open", "open_folder_32x32", "Open", "Open MDB files", std::nullopt},
+    {"exportCsv", "CSV_32x32", "Export CSV", "Export CSV", ExportFileType::CSV},
+    {"exportTxt", "TXT_32x32", "Export TXT", "Export TXT", ExportFileType::TXT},
+    {"exportXml", "XML_32x32", "Export XML", "Export XML", ExportFileType::XML},
+    {"exportXls", "XLS_32x32", "Export XLS", "Export XLS", ExportFileType::XLS},
+    {"exportSql", "SQL_32x32", "Export SQL", "Export SQL", ExportFileType::SQL},
+    {"exportSqlite", "SQLite_32x32", "Export SQLite", "Export SQLite", ExportFileType::SQLite},
 };
 
 const std::pair<const char *, const char *> kToggleTitles[] = {
@@ -242,7 +244,7 @@ void VellumAppDelegate::SetupToolbar()
             connect(action, &QAction::triggered, this, &VellumAppDelegate::OpenFile);
         } else {
             action->setCheckable(true);
-            const auto kind = static_cast<ExportFileType>(entry.kind);
+            const ExportFileType kind = *entry.kind;
             connect(action, &QAction::triggered, this, [this, kind] { Export(kind); });
         }
     }
@@ -415,9 +417,9 @@ QAction *VellumAppDelegate::toolbarAction(const QString &identifier) const
 void VellumAppDelegate::updateExportAvailability()
 {
     for (const ToolbarItemDefinition &entry : kToolbarItems)
-        if (entry.kind >= 0)
+        if (entry.kind)
             if (QAction *action = toolbarAction(entry.identifier))
-                action->setEnabled(isExportFileTypeAvailable(static_cast<ExportFileType>(entry.kind)));
+                action->setEnabled(isExportFileTypeAvailable(*entry.kind));
     for (QAction *item : m_exportMenuItems)
         item->setEnabled(isExportFileTypeAvailable(static_cast<ExportFileType>(item->data().toInt() - 1)));
 }
