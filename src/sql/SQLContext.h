@@ -1,11 +1,11 @@
 #pragma once
 
+#include "sql/ServerType.h"
+
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
-
-#include "sql/ServerType.h"
 
 namespace vellum {
 
