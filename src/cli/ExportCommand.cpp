@@ -2,11 +2,11 @@
 
 #include "cli/ArgParser.h"
 #include "cli/CliContext.h"
-#include "cli/ExportCliFormat.h"
 #include "cli/TerminalBar.h"
 #include "export/ExportJob.h"
 #include "export/ExportRoutines.h"
 #include "export/exportPaths.h"
+#include "export/exportRegistry.h"
 #include "model/TOrbMDBFile.h"
 #include "util/format.h"
 #include "util/stringEncodings.h"
@@ -96,54 +96,63 @@ private:
 const char *exportUsage();
 int runExport(CliContext &context);
 
-const ExportCliFormat *formatNamed(const std::string &name)
+/// What the command has settled before the job starts.
+struct ExportRequest {
+    ExportFileType kind = ExportFileType::CSV;
+    /// The kind's defaults, then every option given.
+    ExportOptions options;
+    /// The --table names in the order given; empty = every table of the file.
+    std::vector<std::string> tables;
+    /// OUTPUT as given.
+    std::string output;
+
+    bool wholeFile() const { return tables.empty(); }
+};
+
+const ExportKindInfo *formatNamed(const std::string &name)
 {
-    for (const ExportCliFormat *format : exportCliFormats())
-        if (name == format->name)
-            return format;
+    for (const ExportKindInfo &format : exportKinds())
+        if (name == format.name)
+            return &format;
     return nullptr;
 }
 
 std::string formatNames()
 {
     std::string names;
-    for (const ExportCliFormat *format : exportCliFormats())
-        names += (names.empty() ? "" : "|") + std::string(format->name);
+    for (const ExportKindInfo &format : exportKinds())
+        names += (names.empty() ? "" : "|") + std::string(format.name);
     return names;
-}
-
-bool takes(const ExportCliOption &option, ExportFileType kind)
-{
-    for (const ExportFileType k : option.kinds)
-        if (k == kind)
-            return true;
-    return false;
 }
 
 ArgParser makeParser()
 {
     std::set<std::string> switches = {"--list-encodings"};
     std::set<std::string> valued = {"--format", "--table"};
-    for (const ExportCliOption &option : exportCliOptions())
-        (option.valueName ? valued : switches).insert(option.name);
+    for (const ExportCommandLineForm &form : exportCommandLineForms())
+        (form.valueName ? valued : switches).insert(form.flag);
     return ArgParser(switches, valued);
 }
 
-/// Applies every option given, in declaration order; false with `error` for an option the
-/// format does not take or a bad value.
-bool applyOptions(const ArgParser &parser, ExportCliRequest &request, std::string &error)
+/// Applies every option given, in the order of the forms, through the form whose kinds hold
+/// the request's kind; false with `error` for an option the kind does not take or a bad value.
+bool applyOptions(const ArgParser &parser, ExportRequest &request, std::string &error)
 {
     std::set<std::string> applied;
-    for (const ExportCliOption &option : exportCliOptions()) {
-        if (!parser.has(option.name) || !takes(option, request.kind) || applied.count(option.name))
+    for (const ExportCommandLineForm &form : exportCommandLineForms()) {
+        if (!parser.has(form.flag) || !containsKind(form.kinds, request.kind) || applied.count(form.flag))
             continue;
-        applied.insert(option.name);
-        if (!option.apply(request, option.valueName ? parser.value(option.name).value_or("") : "", error))
+        applied.insert(form.flag);
+        const ExportOptionInfo &option = exportOptionInfo(form.option);
+        ExportOptionValue value = form.switchValue;
+        if (form.valueName &&
+            !parseExportOptionText(option, request.kind, form.flag, parser.value(form.flag).value_or(""), value, error))
             return false;
+        chooseExportOption(option, request.options, value);
     }
-    for (const ExportCliOption &option : exportCliOptions()) {
-        if (parser.has(option.name) && !applied.count(option.name)) {
-            error = std::string("option ") + option.name + " does not apply to --format " +
+    for (const ExportCommandLineForm &form : exportCommandLineForms()) {
+        if (parser.has(form.flag) && !applied.count(form.flag)) {
+            error = std::string("option ") + form.flag + " does not apply to --format " +
                     fileExtensionByExportFileType(request.kind).value_or("");
             return false;
         }
@@ -200,17 +209,17 @@ int runExport(CliContext &context)
     const auto formatName = parser.value("--format");
     if (!formatName)
         return usageError(kExportCommand, "missing --format (" + formatNames() + ")");
-    const ExportCliFormat *format = formatNamed(*formatName);
+    const ExportKindInfo *format = formatNamed(*formatName);
     if (!format || !isExportFileTypeAvailable(format->kind))
         return usageError(kExportCommand, "unknown format '" + *formatName + "' (use " + formatNames() + ")");
 
-    ExportCliRequest request;
+    ExportRequest request;
     request.kind = format->kind;
     request.tables = parser.values("--table");
     request.output = parser.positionals()[1];
     request.options = ExportOptions::defaultsFor(request.kind, request.wholeFile());
     std::string error;
-    if (!applyOptions(parser, request, error) || (format->validate && !format->validate(request, error)))
+    if (!applyOptions(parser, request, error) || (format->validate && !format->validate(request.options, error)))
         return usageError(kExportCommand, error);
 
     const bool singleFile = request.options.exportSingleFile;
@@ -284,17 +293,16 @@ const char *exportUsage()
                            "  write one file. Ctrl-C stops; the file being written is deleted. Exit status 0 when\n"
                            "  every chosen table was written, 1 otherwise, 2 for a wrong argument.\n"
                            "  --format FORMAT      one of:";
-        for (const ExportCliFormat *format : exportCliFormats())
-            text += formatString("\n      %-7s %s", format->name, format->summary);
+        for (const ExportKindInfo &format : exportKinds())
+            text += formatString("\n      %-7s %s", format.name, format.summary);
         text += "\n  --table NAME         a table to export (repeatable; default every table)"
                 "\n  --list-encodings     print the encodings --encoding takes: code, name, display name";
-        for (const ExportCliOption &option : exportCliOptions()) {
+        for (const ExportCommandLineForm &form : exportCommandLineForms()) {
             std::string kinds;
-            for (const ExportFileType kind : option.kinds)
+            for (const ExportFileType kind : form.kinds)
                 kinds += (kinds.empty() ? "" : ", ") + fileExtensionByExportFileType(kind).value_or("");
-            const std::string head =
-                std::string(option.name) + (option.valueName ? std::string(" ") + option.valueName : "");
-            text += "\n  " + head + "\n      " + option.help + " [" + kinds + "]";
+            const std::string head = std::string(form.flag) + (form.valueName ? std::string(" ") + form.valueName : "");
+            text += "\n  " + head + "\n      " + form.help + " [" + kinds + "]";
         }
         return text;
     }();

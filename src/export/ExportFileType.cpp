@@ -1,28 +1,13 @@
 #include "export/ExportFileType.h"
 
-#include <array>
+#include "export/exportRegistry.h"
 
 namespace vellum {
 
-namespace {
-
-constexpr std::array<std::pair<ExportFileType, const char *>, 7> kExtensions = {{
-    {ExportFileType::CSV, "csv"},
-    {ExportFileType::TXT, "txt"},
-    {ExportFileType::XML, "xml"},
-    {ExportFileType::XLS, "xls"},
-    {ExportFileType::SQL, "sql"},
-    {ExportFileType::SQLite, "sqlite"},
-    {ExportFileType::XLSX, "xlsx"},
-}};
-
-} // namespace
-
 std::optional<std::string> fileExtensionByExportFileType(ExportFileType kind)
 {
-    for (const auto &[k, extension] : kExtensions)
-        if (k == kind)
-            return std::string(extension);
+    if (const ExportKindInfo *info = exportKindInfo(kind))
+        return std::string(info->extension);
     return std::nullopt;
 }
 
@@ -36,17 +21,17 @@ std::string exportFileNameSuffix(ExportFileType kind)
 
 std::optional<ExportFileType> exportFileTypeFromName(std::string_view name)
 {
-    for (const auto &[kind, extension] : kExtensions)
-        if (name == extension)
-            return kind;
+    for (const ExportKindInfo &info : exportKinds())
+        if (name == info.extension)
+            return info.kind;
     return std::nullopt;
 }
 
 std::optional<ExportFileType> exportFileTypeFromValue(std::uint32_t value)
 {
-    for (const auto &[kind, extension] : kExtensions)
-        if (static_cast<std::uint32_t>(kind) == value)
-            return kind;
+    for (const ExportKindInfo &info : exportKinds())
+        if (static_cast<std::uint32_t>(info.kind) == value)
+            return info.kind;
     return std::nullopt;
 }
 

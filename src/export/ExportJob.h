@@ -8,9 +8,9 @@
 // -----------------------------------------
 // 1. Write the routine in its own file under src/export/ (e.g. SqlExport.cpp) as
 //        void exportSQLThread(ExportJob &job);
-//    declare it in export/ExportRoutines.h and add one row {ExportFileType::SQL, exportSQLThread}
-//    to the table in export/ExportRoutines.cpp. A new kind also gets a value in ExportFileType.h
-//    and its extension in ExportFileType.cpp.
+//    declare it in export/ExportRoutines.h, give the kind a value in ExportFileType.h, one row
+//    in export/exportRegistry.cpp (name, extension, title, routine) and a place in its menu
+//    order, and add the kind to the rows of the options it takes.
 // 2. The driver around the routine already resets m_successTableCount before it, runs it on the
 //    worker thread and posts `exportThreadFinished` after it: the routine does neither.
 // 3. Inside the routine:
@@ -26,11 +26,12 @@
 //    - A table written completely: `job.addSuccess()`.
 //    - Where to write: `job.outputPathForEntry(entry)` with one file per table,
 //      `job.exportPath()` when `job.options().exportSingleFile` is on.
-//    - Options: `job.options()` (export/ExportOptions.h; add a field with its default there).
+//    - Options: `job.options()` (export/ExportOptions.h; a new one adds a field with its default
+//      there and a row in export/exportRegistry.cpp).
 //    - Optional finer progress inside a long table: `job.reportRowProgress(row, rowCount)`.
 //    - Writers take a sink (export/ExportSink.h) so their output can be tested in memory.
-// 4. The command line: src/cli/ExportCliFormat.h says how a kind adds its --format value and
-//    its own options.
+// 4. The command line and the wizard are generated from the registry: the kind's row and its
+//    options' rows are all they need.
 
 #include "export/ExportEntry.h"
 #include "export/ExportFileType.h"

@@ -1,28 +1,14 @@
 #include "export/ExportOptions.h"
 
+#include "export/exportRegistry.h"
+
 namespace vellum {
 
 ExportOptions ExportOptions::defaultsFor(ExportFileType kind, bool wholeFile)
 {
     ExportOptions options;
-    switch (kind) {
-    case ExportFileType::TXT:
-        options.fieldDelimiterTag = kFieldDelimiterTab;
-        break;
-    case ExportFileType::XML:
-        options.includeColumnHeader = false;
-        break;
-    case ExportFileType::XLS:
-    case ExportFileType::XLSX:
-    case ExportFileType::SQL:
-        options.exportSingleFile = wholeFile;
-        break;
-    case ExportFileType::SQLite:
-        options.exportSingleFile = true;
-        break;
-    case ExportFileType::CSV:
-        break;
-    }
+    for (const ExportOptionInfo &option : exportOptions())
+        option.store(options, exportOptionDefault(option, kind, wholeFile));
     return options;
 }
 
@@ -54,9 +40,9 @@ const char *recordDelimiterForTag(int tag)
     }
 }
 
-bool schemaNameEnabledForSqlFormat(int sqlFormat)
+bool schemaNameEnabledForSqlFormat(ServerType sqlFormat)
 {
-    return sqlFormat == 2 || sqlFormat == 3 || sqlFormat == 5;
+    return sqlFormat == ServerTypePostgreSQL || sqlFormat == ServerTypeOracle || sqlFormat == ServerTypeSQLServer;
 }
 
 bool enableOkButtonCheck(const std::string &pathText, int selectedTableCount, const ExportOptions &options)

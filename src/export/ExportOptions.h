@@ -1,6 +1,7 @@
 #pragma once
 
 #include "export/ExportFileType.h"
+#include "sql/ServerType.h"
 
 #include <cstdint>
 #include <string>
@@ -13,8 +14,8 @@ enum FieldDelimiterTag : int { kFieldDelimiterTab = 0, kFieldDelimiterSemicolon 
 enum RecordDelimiterTag : int { kRecordDelimiterLF = 0, kRecordDelimiterCR = 1, kRecordDelimiterCRLF = 2 };
 
 /// Every option value of the export wizard, read by the worker as plain values. A writer reads
-/// the fields of its kind and ignores the rest. Writers that need a further option add a field
-/// here with its default, and set a per-kind default in `defaultsFor` when it differs.
+/// the fields of its kind and ignores the rest. A further option adds a field here with its
+/// default and a row in export/exportRegistry.cpp (kinds, control, choices, per-kind defaults).
 struct ExportOptions {
     /// One output file for all tables (path text = the file) instead of one file per table
     /// (path text = the folder).
@@ -26,9 +27,9 @@ struct ExportOptions {
     std::string decimalSymbol = ".";
     /// Target encoding of text output (a code of the encoding table; 4 = UTF-8).
     std::uint64_t encoding = 4;
-    /// SQL dialect: 1 MySQL, 2 PostgreSQL, 3 Oracle, 4 SQLite, 5 SQL Server.
-    int sqlFormat = 1;
-    /// Schema prefix for the SQL dialects 2, 3 and 5; empty = none.
+    /// SQL dialect of a script.
+    ServerType sqlFormat = ServerTypeMySQL;
+    /// Schema prefix for the PostgreSQL, Oracle and SQL Server dialects; empty = none.
     std::string schemaName;
     bool exportStructure = true;
     bool includeDropTable = true;
@@ -38,9 +39,9 @@ struct ExportOptions {
     /// Key of an encrypted SQLite export; empty = a plain database.
     std::string password;
 
-    /// The wizard's defaults for a kind: header on (off for XML), tab for txt and "," for csv,
-    /// line feed, ".", UTF-8; single file on for xls, xlsx and sql opened for the whole file
-    /// and always for sqlite.
+    /// The defaults of a kind as the registry gives them: header on (off for XML), tab for txt
+    /// and "," for csv, line feed, ".", UTF-8; single file on for xls, xlsx and sql opened for
+    /// the whole file and always for sqlite.
     static ExportOptions defaultsFor(ExportFileType kind, bool wholeFile);
 
     /// Chooses a field delimiter as the wizard's menu does: "," sets the decimal symbol to ".",
@@ -54,7 +55,7 @@ const char *fieldDelimiterForTag(int tag);
 const char *recordDelimiterForTag(int tag);
 
 /// True when the schema name can be edited for a SQL dialect (PostgreSQL, Oracle, SQL Server).
-bool schemaNameEnabledForSqlFormat(int sqlFormat);
+bool schemaNameEnabledForSqlFormat(ServerType sqlFormat);
 
 /// The wizard's OK rule: a path, at least one chosen table, and structure or data on.
 bool enableOkButtonCheck(const std::string &pathText, int selectedTableCount, const ExportOptions &options);

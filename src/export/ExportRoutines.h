@@ -1,7 +1,7 @@
 #pragma once
 
-// The export routine of each kind. To add a kind: declare its routine here and add one row to
-// the table in ExportRoutines.cpp (see the comment at the top of ExportJob.h).
+// The export routine of each kind. To add a kind: declare its routine here and give it to the
+// kind's row in export/exportRegistry.cpp (see the comment at the top of ExportJob.h).
 
 #include "export/ExportFileType.h"
 #include "export/ExportJob.h"

@@ -4,6 +4,7 @@
 #include "export/xls/utf16.h"
 #include "model/TOrbMDBColumn.h"
 #include "model/TOrbMDBTable.h"
+#include "model/mdbTypeNames.h"
 #include "util/format.h"
 #include "util/localized.h"
 
@@ -88,8 +89,8 @@ void writeRows(ExportJob &job, SpreadsheetWriter &writer, const SpreadsheetLimit
 
 bool isSpreadsheetNumberType(std::string_view dataType)
 {
-    return dataType == "Integer" || dataType == "Long Integer" || dataType == "Currency" || dataType == "Single" ||
-           dataType == "Double" || dataType == "Numeric";
+    const ColumnValueClass valueClass = columnValueClassForDataType(dataType);
+    return valueClass == ColumnValueClass::Number || valueClass == ColumnValueClass::Fraction;
 }
 
 double leadingNumberValue(std::string_view text)

@@ -14,12 +14,6 @@ namespace vellum {
 
 namespace {
 
-constexpr int kMySQL = 1;
-constexpr int kPostgreSQL = 2;
-constexpr int kOracle = 3;
-constexpr int kSQLite = 4;
-constexpr int kSQLServer = 5;
-
 constexpr std::size_t kFlushBytes = 1 << 20;
 
 /// `text` with every single quote doubled.
@@ -59,13 +53,13 @@ SqlScriptSettings SqlScriptSettings::fromOptions(const ExportOptions &options)
 
 SqlScriptWriter::SqlScriptWriter(const TOrbMDBFile &file, const SqlScriptSettings &settings,
                                  const std::atomic<bool> &stop)
-    : m_file(file), m_settings(settings), m_stop(stop), m_indexNames(settings.dialect == kSQLite)
+    : m_file(file), m_settings(settings), m_stop(stop), m_indexNames(settings.dialect == ServerTypeSQLite)
 {
     switch (m_settings.dialect) {
-    case kMySQL:
+    case ServerTypeMySQL:
         m_open = m_close = '`';
         break;
-    case kSQLServer:
+    case ServerTypeSQLServer:
         m_open = '[';
         m_close = ']';
         break;
@@ -73,8 +67,9 @@ SqlScriptWriter::SqlScriptWriter(const TOrbMDBFile &file, const SqlScriptSetting
         m_open = m_close = '"';
         break;
     }
-    const int d = m_settings.dialect;
-    if ((d == kPostgreSQL || d == kOracle || d == kSQLServer) && !m_settings.schemaName.empty())
+    const ServerType d = m_settings.dialect;
+    if ((d == ServerTypePostgreSQL || d == ServerTypeOracle || d == ServerTypeSQLServer) &&
+        !m_settings.schemaName.empty())
         m_schemaPrefix = quoteName(m_settings.schemaName) + ".";
     // SQL Server's column comments name the schema as a text; without one the user is left a
     // placeholder to replace by hand.
@@ -115,13 +110,13 @@ bool SqlScriptWriter::writePrologue(ExportSink &sink)
     m_out.clear();
     m_failed = false;
     switch (m_settings.dialect) {
-    case kMySQL:
+    case ServerTypeMySQL:
         m_out += "SET NAMES 'UTF8';\nSET FOREIGN_KEY_CHECKS = 0;\n\n";
         break;
-    case kSQLite:
+    case ServerTypeSQLite:
         m_out += "PRAGMA foreign_keys = false;\n\n";
         break;
-    case kSQLServer:
+    case ServerTypeSQLServer:
         m_out += "BEGIN TRANSACTION\nGO\n";
         break;
     default:
@@ -133,13 +128,13 @@ bool SqlScriptWriter::writePrologue(ExportSink &sink)
 bool SqlScriptWriter::writeEpilogue(ExportSink &sink)
 {
     switch (m_settings.dialect) {
-    case kMySQL:
+    case ServerTypeMySQL:
         m_out += "SET FOREIGN_KEY_CHECKS = 1;\n";
         break;
-    case kSQLite:
+    case ServerTypeSQLite:
         m_out += "PRAGMA foreign_keys = true;\n";
         break;
-    case kSQLServer:
+    case ServerTypeSQLServer:
         m_out += "COMMIT\n";
         break;
     default:
@@ -159,8 +154,8 @@ void SqlScriptWriter::appendQuotedNameList(const std::vector<std::string> &names
 
 void SqlScriptWriter::appendDropTable(const std::string &quotedTable)
 {
-    const int d = m_settings.dialect;
-    if (d == kSQLServer) {
+    const ServerType d = m_settings.dialect;
+    if (d == ServerTypeSQLServer) {
         m_out += "IF EXISTS (SELECT * FROM sys.all_objects WHERE object_id = OBJECT_ID('";
         m_out += m_schemaPrefix + quotedTable;
         m_out += "') AND type IN ('U'))\n\tDROP TABLE ";
@@ -169,12 +164,12 @@ void SqlScriptWriter::appendDropTable(const std::string &quotedTable)
         return;
     }
     m_out += "DROP TABLE ";
-    if (d == kMySQL || d == kPostgreSQL || d == kSQLite)
+    if (d == ServerTypeMySQL || d == ServerTypePostgreSQL || d == ServerTypeSQLite)
         m_out += "IF EXISTS ";
     m_out += m_schemaPrefix + quotedTable;
-    if (d == kMySQL || d == kPostgreSQL || d == kOracle)
+    if (d == ServerTypeMySQL || d == ServerTypePostgreSQL || d == ServerTypeOracle)
         m_out += " CASCADE";
-    if (d == kOracle)
+    if (d == ServerTypeOracle)
         m_out += " CONSTRAINTS";
     m_out += ";\n";
 }
@@ -206,7 +201,7 @@ void SqlScriptWriter::appendInlineForeignKey(const TOrbMDBForeignKey &key)
 
 void SqlScriptWriter::appendCreateTable(const TOrbMDBTable &table, const std::string &quotedTable)
 {
-    const int d = m_settings.dialect;
+    const ServerType d = m_settings.dialect;
     m_out += "CREATE TABLE " + m_schemaPrefix + quotedTable + " (";
     std::vector<std::string> primaryKey;
     bool first = true;
@@ -219,7 +214,7 @@ void SqlScriptWriter::appendCreateTable(const TOrbMDBTable &table, const std::st
         m_out += sqlColumnDefinitionType(column->dataType(), column->fieldSize(), d);
         if (column->allowZeroLength() == "NO" || column->isPrimaryKey())
             m_out += " NOT NULL";
-        if (d == kMySQL && column->description()) {
+        if (d == ServerTypeMySQL && column->description()) {
             m_out += " COMMENT '";
             for (char c : *column->description()) {
                 if (c == '\\')
@@ -236,7 +231,7 @@ void SqlScriptWriter::appendCreateTable(const TOrbMDBTable &table, const std::st
     }
     if (!primaryKey.empty()) {
         m_out += ",\n\t";
-        if (d == kPostgreSQL || d == kSQLServer) {
+        if (d == ServerTypePostgreSQL || d == ServerTypeSQLServer) {
             // The constraint name is the table's name (as quoted inside) followed by "_pkey".
             m_out += "CONSTRAINT ";
             m_out += m_open;
@@ -246,16 +241,16 @@ void SqlScriptWriter::appendCreateTable(const TOrbMDBTable &table, const std::st
             m_out += ' ';
         }
         m_out += "PRIMARY KEY ";
-        if (d == kSQLServer)
+        if (d == ServerTypeSQLServer)
             m_out += "CLUSTERED ";
         m_out += "(" + join(primaryKey, ", ") + ")";
     }
-    if (d == kSQLite && m_settings.includeForeignKeys) {
+    if (d == ServerTypeSQLite && m_settings.includeForeignKeys) {
         for (const auto &key : m_file.allForeignKeys())
             if (key->referencingTable() == table.name())
                 appendInlineForeignKey(*key);
     }
-    if (d == kMySQL && m_settings.includeIndexes) {
+    if (d == ServerTypeMySQL && m_settings.includeIndexes) {
         for (const auto &index : table.indices()) {
             if (index->isPrimaryKey())
                 continue;
@@ -264,7 +259,7 @@ void SqlScriptWriter::appendCreateTable(const TOrbMDBTable &table, const std::st
             m_out += ")";
         }
     }
-    m_out += d == kSQLServer ? ")\nGO\n" : "\n);\n";
+    m_out += d == ServerTypeSQLServer ? ")\nGO\n" : "\n);\n";
 }
 
 std::string SqlScriptWriter::registeredIndexName(const std::string &name)
@@ -289,16 +284,16 @@ void SqlScriptWriter::appendSeparateIndexes(const TOrbMDBTable &table, const std
 
 void SqlScriptWriter::appendColumnComments(const TOrbMDBTable &table, const std::string &quotedTable)
 {
-    const int d = m_settings.dialect;
+    const ServerType d = m_settings.dialect;
     for (const auto &column : table.columns()) {
         if (!column->description())
             continue;
         const std::string &description = *column->description();
-        if (d == kPostgreSQL || d == kOracle) {
+        if (d == ServerTypePostgreSQL || d == ServerTypeOracle) {
             m_out += "COMMENT ON COLUMN " + m_schemaPrefix + quotedTable + "." + quoteName(column->name()) + " IS ";
             appendSqlQuotedText(m_out, description);
             m_out += ";\n";
-        } else if (d == kSQLServer) {
+        } else if (d == ServerTypeSQLServer) {
             m_out += "EXEC sp_addextendedproperty 'MS_Description', '" + doubledSingleQuotes(description) +
                      "', 'SCHEMA', " + m_sqlServerSchema + ", 'TABLE', '" + doubledSingleQuotes(table.name()) + "', ";
             m_out += "'COLUMN', '" + doubledSingleQuotes(column->name()) + "'\nGO\n";
@@ -309,7 +304,7 @@ void SqlScriptWriter::appendColumnComments(const TOrbMDBTable &table, const std:
 bool SqlScriptWriter::appendRows(const TOrbMDBTable &table, const std::string &quotedTable, ExportSink &sink,
                                  const std::function<void(std::size_t, std::size_t)> &rowProgress)
 {
-    const int d = m_settings.dialect;
+    const ServerType d = m_settings.dialect;
     const auto &columns = table.columns();
     std::string head = "INSERT INTO " + m_schemaPrefix + quotedTable + " (";
     std::vector<SqlLiteralColumn> literalColumns;
@@ -320,7 +315,7 @@ bool SqlScriptWriter::appendRows(const TOrbMDBTable &table, const std::string &q
         literalColumns.push_back({columns[c]->dataType(), columns[c]->allowZeroLength() == "NO"});
     }
     head += ") VALUES (";
-    const std::string rowEnd = d == kSQLServer ? ");\nGO\n" : ");\n";
+    const std::string rowEnd = d == ServerTypeSQLServer ? ");\nGO\n" : ");\n";
     const std::size_t rowCount = table.rowCount();
     std::vector<CellValue> cells;
     for (std::size_t row = 0; row < rowCount; ++row) {
@@ -348,19 +343,19 @@ bool SqlScriptWriter::appendRows(const TOrbMDBTable &table, const std::string &q
 
 void SqlScriptWriter::appendRelationship(const TOrbMDBForeignKey &key)
 {
-    const int d = m_settings.dialect;
+    const ServerType d = m_settings.dialect;
     m_out += "ALTER TABLE " + m_schemaPrefix + quoteName(key.referencingTable()) + " ADD CONSTRAINT ";
     m_out += quoteName(key.name()) + " FOREIGN KEY (";
     appendQuotedNameList(key.referencingColumns());
     m_out += ") REFERENCES " + m_schemaPrefix + quoteName(key.referencedTable()) + " (";
     appendQuotedNameList(key.referencedColumns());
     m_out += ") ON ";
-    if (d == kMySQL || d == kPostgreSQL || d == kSQLServer) // Oracle has no ON UPDATE
+    if (d == ServerTypeMySQL || d == ServerTypePostgreSQL || d == ServerTypeSQLServer) // Oracle has no ON UPDATE
         m_out += formatString("UPDATE %s ON ", cascadeOrSetNull(key.onUpdateCascade()));
     m_out += formatString("DELETE %s", cascadeOrSetNull(key.onDeleteCascade()));
-    if (d == kOracle)
+    if (d == ServerTypeOracle)
         m_out += " ENABLE;";
-    else if (d == kSQLServer)
+    else if (d == ServerTypeSQLServer)
         m_out += "\nGO";
     else
         m_out += ";";
@@ -370,16 +365,17 @@ void SqlScriptWriter::appendRelationship(const TOrbMDBForeignKey &key)
 bool SqlScriptWriter::writeTable(const TOrbMDBTable &table, ExportSink &sink,
                                  const std::function<void(std::size_t, std::size_t)> &rowProgress)
 {
-    const int d = m_settings.dialect;
+    const ServerType d = m_settings.dialect;
     const std::string quotedTable = quoteName(table.name());
-    if (d == kSQLite)
+    if (d == ServerTypeSQLite)
         m_indexNames.recordTable(table.name());
     if (m_settings.exportStructure) {
         if (m_settings.includeDropTable)
             appendDropTable(quotedTable);
         appendCreateTable(table, quotedTable);
         if (m_settings.includeIndexes &&
-            (d == kPostgreSQL || d == kOracle || d == kSQLServer || (d == kSQLite && !m_settings.singleFile)))
+            (d == ServerTypePostgreSQL || d == ServerTypeOracle || d == ServerTypeSQLServer ||
+             (d == ServerTypeSQLite && !m_settings.singleFile)))
             appendSeparateIndexes(table, quotedTable);
         appendColumnComments(table, quotedTable);
         m_out += '\n';
@@ -389,7 +385,7 @@ bool SqlScriptWriter::writeTable(const TOrbMDBTable &table, ExportSink &sink,
     if (stopped())
         return flush(sink);
     if (!m_settings.singleFile && m_settings.exportStructure && m_settings.includeForeignKeys &&
-        !m_file.allForeignKeys().empty() && d != kSQLite) {
+        !m_file.allForeignKeys().empty() && d != ServerTypeSQLite) {
         for (const auto &key : m_file.allForeignKeys())
             if (key->referencingTable() == table.name())
                 appendRelationship(*key);
@@ -402,7 +398,7 @@ bool SqlScriptWriter::writeSingleScriptEnd(const std::vector<const TOrbMDBTable 
 {
     if (!m_settings.exportStructure)
         return flush(sink);
-    if (m_settings.dialect == kSQLite) {
+    if (m_settings.dialect == ServerTypeSQLite) {
         if (m_settings.includeIndexes) {
             for (const TOrbMDBTable *table : writtenTables)
                 appendSeparateIndexes(*table, quoteName(table->name()));

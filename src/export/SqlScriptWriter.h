@@ -2,6 +2,7 @@
 
 #include "export/ExportSink.h"
 #include "export/IndexNameRegister.h"
+#include "sql/ServerType.h"
 
 #include <atomic>
 #include <cstddef>
@@ -21,7 +22,7 @@ class TOrbMDBTable;
 
 /// What a SQL script contains and in which dialect.
 struct SqlScriptSettings {
-    int dialect = 1; ///< 1 MySQL, 2 PostgreSQL, 3 Oracle, 4 SQLite, 5 SQL Server
+    ServerType dialect = ServerTypeMySQL;
     bool exportStructure = true;
     bool includeDropTable = true;
     bool includeForeignKeys = true;

@@ -1,6 +1,7 @@
 #include "export/SqlTypeMapping.h"
 
 #include "model/TOrbBlobData.h"
+#include "model/mdbTypeNames.h"
 #include "util/format.h"
 
 #include <array>
@@ -11,7 +12,7 @@ namespace {
 
 struct TypeRow {
     std::string_view mdbType;
-    std::array<std::string_view, 5> target; // dialects 1 … 5
+    std::array<std::string_view, 5> target; // ServerTypeMySQL … ServerTypeSQLServer
 };
 
 // Several cells are odd on purpose (MySQL "char" for Boolean, "float" for every fractional type,
@@ -35,12 +36,6 @@ constexpr std::array<TypeRow, 15> kTypeTable = {{
     {"Complex Value auto number", {"int", "INTEGER", "NUMBER(11)", "INTEGER", "int"}},
 }};
 
-constexpr int kMySQL = 1;
-constexpr int kPostgreSQL = 2;
-constexpr int kOracle = 3;
-constexpr int kSQLite = 4;
-constexpr int kSQLServer = 5;
-
 bool parseDigits(std::string_view text, std::size_t pos, std::size_t count, int &value)
 {
     value = 0;
@@ -59,32 +54,23 @@ int daysInMonth(int year, int month)
     return month == 2 && leap ? 29 : kDays[month - 1];
 }
 
-bool isQuotedType(std::string_view type)
-{
-    return type == "Text" || type == "Memo/Hyperlink" || type == "DateTime" || type == "Binary";
-}
-
-bool isFractionalType(std::string_view type)
-{
-    return type == "Currency" || type == "Single" || type == "Double";
-}
-
 } // namespace
 
-std::string convertMDBTypeToTargetType(std::string_view mdbType, int dialect)
+std::string convertMDBTypeToTargetType(std::string_view mdbType, ServerType dialect)
 {
-    if (dialect < kMySQL || dialect > kSQLServer)
+    const auto number = serverTypeValue(dialect);
+    if (number < serverTypeValue(ServerTypeMySQL) || number > serverTypeValue(ServerTypeSQLServer))
         return std::string(mdbType);
     for (const TypeRow &row : kTypeTable)
         if (row.mdbType == mdbType)
-            return std::string(row.target[static_cast<std::size_t>(dialect - 1)]);
+            return std::string(row.target[static_cast<std::size_t>(number - 1)]);
     return std::string(mdbType);
 }
 
-std::string sqlColumnDefinitionType(std::string_view mdbType, int fieldSize, int dialect)
+std::string sqlColumnDefinitionType(std::string_view mdbType, int fieldSize, ServerType dialect)
 {
     std::string type = convertMDBTypeToTargetType(mdbType, dialect);
-    if (mdbType == "Text" && dialect != kSQLite)
+    if (mdbType == "Text" && dialect != ServerTypeSQLite)
         type += formatString("(%d)", fieldSize);
     return type;
 }
@@ -147,10 +133,9 @@ void appendSqlQuotedText(std::string &out, std::string_view text)
     out += '\'';
 }
 
-void appendSqlValueLiteral(std::string &out, const CellValue &value, const SqlLiteralColumn &column,
-                           int dialect, std::string_view decimalSymbol)
+void appendSqlValueLiteral(std::string &out, const CellValue &value, const SqlLiteralColumn &column, ServerType dialect,
+                           std::string_view decimalSymbol)
 {
-    const std::string_view type = column.dataType;
     if (value.isText() && value.text.find('\0') != std::string_view::npos) {
         // No text literal can hold a NUL byte (a Binary value's bytes): clients stop reading the
         // script there. The value goes in as a blob literal, whole.
@@ -158,13 +143,17 @@ void appendSqlValueLiteral(std::string &out, const CellValue &value, const SqlLi
         return;
     }
     if (value.isText()) {
+        const ColumnValueClass valueClass = columnValueClassForDataType(column.dataType);
+        const bool date = valueClass == ColumnValueClass::DateTime;
         std::string_view text = value.text;
-        if (dialect == kOracle || isQuotedType(type) || (dialect == kPostgreSQL && type == "Boolean")) {
+        if (dialect == ServerTypeOracle || isQuotedValueClass(valueClass) ||
+            (dialect == ServerTypePostgreSQL && valueClass == ColumnValueClass::Boolean)) {
             std::string reformatted;
-            if (type == "DateTime" && (dialect == kMySQL || dialect == kPostgreSQL || dialect == kSQLServer) &&
+            if (date &&
+                (dialect == ServerTypeMySQL || dialect == ServerTypePostgreSQL || dialect == ServerTypeSQLServer) &&
                 reformatMonthFirstDate(text, reformatted))
                 text = reformatted;
-            const bool oracleDate = type == "DateTime" && dialect == kOracle;
+            const bool oracleDate = date && dialect == ServerTypeOracle;
             if (oracleDate)
                 out += "TO_DATE(";
             appendSqlQuotedText(out, text);
@@ -172,16 +161,16 @@ void appendSqlValueLiteral(std::string &out, const CellValue &value, const SqlLi
                 out += ", 'MM/DD/YYYY HH24:MI:SS')";
             return;
         }
-        if ((dialect == kMySQL || dialect == kPostgreSQL) && type == "Replication ID" && text.size() >= 2 &&
-            text.front() == '{' && text.back() == '}') {
+        if ((dialect == ServerTypeMySQL || dialect == ServerTypePostgreSQL) && valueClass == ColumnValueClass::Guid &&
+            text.size() >= 2 && text.front() == '{' && text.back() == '}') {
             out += '\'';
             for (char c : text.substr(1, text.size() - 2))
-                if (!(dialect == kMySQL && c == '-'))
+                if (!(dialect == ServerTypeMySQL && c == '-'))
                     out += c;
             out += '\'';
             return;
         }
-        if (isFractionalType(type)) {
+        if (valueClass == ColumnValueClass::Fraction) {
             for (char c : text) {
                 if (c == '.')
                     out += decimalSymbol;
@@ -201,7 +190,7 @@ void appendSqlValueLiteral(std::string &out, const CellValue &value, const SqlLi
     out += column.zeroLengthForbidden ? "''" : "null";
 }
 
-std::string sqlValueLiteral(const CellValue &value, const SqlLiteralColumn &column, int dialect,
+std::string sqlValueLiteral(const CellValue &value, const SqlLiteralColumn &column, ServerType dialect,
                             std::string_view decimalSymbol)
 {
     std::string out;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/CellValue.h"
+#include "sql/ServerType.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,13 +12,13 @@
 namespace vellum {
 
 /// The type name of an Access column type (a `dataType` text such as "Long Integer") in a target
-/// dialect (1 MySQL, 2 PostgreSQL, 3 Oracle, 4 SQLite, 5 SQL Server). An unknown dialect or a type
-/// the dialect does not list gives the input unchanged.
-std::string convertMDBTypeToTargetType(std::string_view mdbType, int dialect);
+/// dialect. ServerTypeNone, a number outside the dialects or a type the dialect does not list
+/// gives the input unchanged.
+std::string convertMDBTypeToTargetType(std::string_view mdbType, ServerType dialect);
 
 /// The type of a column definition: the mapped type plus "(fieldSize)" for a "Text" column in
 /// every dialect but SQLite.
-std::string sqlColumnDefinitionType(std::string_view mdbType, int fieldSize, int dialect);
+std::string sqlColumnDefinitionType(std::string_view mdbType, int fieldSize, ServerType dialect);
 
 /// The blob literal of a byte buffer: x'…' with two lower-case hex digits a byte (x'' when empty).
 std::string encodeSqlBlobValue(const std::uint8_t *bytes, std::size_t size);
@@ -40,11 +41,11 @@ struct SqlLiteralColumn {
 /// Appends the literal of one cell to `out`: quoted and escaped text, the dialect's date form,
 /// numbers with the decimal symbol, GUIDs per dialect, the blob literal, or for a missing value
 /// "null" ("''" when the column forbids zero-length text).
-void appendSqlValueLiteral(std::string &out, const CellValue &value, const SqlLiteralColumn &column,
-                           int dialect, std::string_view decimalSymbol);
+void appendSqlValueLiteral(std::string &out, const CellValue &value, const SqlLiteralColumn &column, ServerType dialect,
+                           std::string_view decimalSymbol);
 
 /// The literal of one cell, as `appendSqlValueLiteral` writes it.
-std::string sqlValueLiteral(const CellValue &value, const SqlLiteralColumn &column, int dialect,
+std::string sqlValueLiteral(const CellValue &value, const SqlLiteralColumn &column, ServerType dialect,
                             std::string_view decimalSymbol);
 
 /// Appends `text` with every backslash doubled and every single quote doubled, between single

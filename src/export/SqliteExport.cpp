@@ -8,6 +8,7 @@
 #include "model/TOrbMDBForeignKey.h"
 #include "model/TOrbMDBIndex.h"
 #include "model/TOrbMDBTable.h"
+#include "model/mdbTypeNames.h"
 #include "sql/SQLConnection.h"
 #include "util/format.h"
 #include "util/localized.h"
@@ -20,7 +21,6 @@ namespace vellum {
 
 namespace {
 
-constexpr int kSQLiteDialect = 4;
 constexpr const char *kForeignKeysOff = "PRAGMA foreign_keys = false;";
 constexpr const char *kReasonCreateTableFailed = "Create table failed.";
 constexpr const char *kReasonInsertRecordFailed = "Insert record failed.";
@@ -28,8 +28,8 @@ constexpr const char *kReasonInsertRecordFailed = "Insert record failed.";
 /// The column types whose text values are written as quoted texts.
 bool isQuotedSqliteType(std::string_view type)
 {
-    return type == "Text" || type == "Memo/Hyperlink" || type == "DateTime" || type == "Binary" ||
-           type == "Replication ID";
+    const ColumnValueClass valueClass = columnValueClassForDataType(type);
+    return isQuotedValueClass(valueClass) || valueClass == ColumnValueClass::Guid;
 }
 
 /// Whether a text is a plain decimal number SQLite reads as such: sign, digits with at most one
@@ -264,7 +264,7 @@ std::string sqliteCreateTableStatement(const TOrbMDBTable &table,
         if (!first)
             sql += ",";
         first = false;
-        sql += "\n\t" + quoted + " " + convertMDBTypeToTargetType(column->dataType(), kSQLiteDialect);
+        sql += "\n\t" + quoted + " " + convertMDBTypeToTargetType(column->dataType(), ServerTypeSQLite);
         // The zero-length property, not the required property, decides NOT NULL here.
         if (forbidsZeroLength(*column) || column->isPrimaryKey())
             sql += " NOT NULL";

@@ -3,6 +3,7 @@
 #include "export/ExportJob.h"
 #include "export/ExportRoutines.h"
 #include "model/TOrbMDBTable.h"
+#include "model/mdbTypeNames.h"
 #include "util/format.h"
 #include "util/localized.h"
 #include "util/stringEncodings.h"
@@ -94,9 +95,10 @@ struct EncodedPiece {
 
 TextValueClass textValueClassForDataType(std::string_view dataType)
 {
-    if (dataType == "Text" || dataType == "Memo/Hyperlink" || dataType == "DateTime" || dataType == "Binary")
+    const ColumnValueClass valueClass = columnValueClassForDataType(dataType);
+    if (isQuotedValueClass(valueClass))
         return TextValueClass::Quoted;
-    if (dataType == "Currency" || dataType == "Single" || dataType == "Double")
+    if (valueClass == ColumnValueClass::Fraction)
         return TextValueClass::Decimal;
     return TextValueClass::Plain;
 }

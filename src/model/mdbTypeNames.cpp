@@ -27,4 +27,23 @@ std::string mdb_get_colbacktype_string_fromMdbType(int typeCode)
     }
 }
 
+ColumnValueClass columnValueClassForDataType(std::string_view dataType)
+{
+    if (dataType == "Text" || dataType == "Memo/Hyperlink")
+        return ColumnValueClass::Text;
+    if (dataType == "Long Integer" || dataType == "Integer" || dataType == "Numeric")
+        return ColumnValueClass::Number;
+    if (dataType == "Double" || dataType == "Currency" || dataType == "Single")
+        return ColumnValueClass::Fraction;
+    if (dataType == "DateTime")
+        return ColumnValueClass::DateTime;
+    if (dataType == "Boolean")
+        return ColumnValueClass::Boolean;
+    if (dataType == "Replication ID")
+        return ColumnValueClass::Guid;
+    if (dataType == "Binary")
+        return ColumnValueClass::Binary;
+    return ColumnValueClass::Other;
+}
+
 } // namespace vellum

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sql/ServerType.h"
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -8,17 +10,6 @@
 namespace vellum {
 
 class SQLEscapeMethods;
-
-/// The kind of database server a context talks to. The numbers are shared by the whole system:
-/// they are also the SQL dialect tags of the export (1 MySQL … 5 SQL Server).
-enum ServerType : std::int32_t {
-    ServerTypeNone = 0, ///< not set: a fresh connection before a type is given
-    ServerTypeMySQL = 1,
-    ServerTypePostgreSQL = 2,
-    ServerTypeOracle = 3,
-    ServerTypeSQLite = 4,
-    ServerTypeSQLServer = 5,
-};
 
 /// A SQL dialect context: the server type, the client-side string encoding, the default schema
 /// and the escape methods that make a text safe inside a quoted string literal. Connections

@@ -3,6 +3,8 @@
 #include "support/FileContents.h"
 #include "support/TempDir.h"
 
+#include "export/exportRegistry.h"
+
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
@@ -13,6 +15,8 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <map>
+#include <set>
 #include <sstream>
 #include <thread>
 
@@ -57,6 +61,41 @@ TEST(VellumCliExport, RefusesBadArgumentsBeforeWritingAnything)
         EXPECT_FALSE(std::filesystem::exists(out)) << c.errContains;
     }
     EXPECT_EQ(test::fileContents(plainFile), "keep");
+}
+
+TEST(VellumCliExport, OptionsOfOtherFormatsAreRefusedAndEveryOptionIsInTheHelp)
+{
+    TempDir dir;
+    const std::string db = fixturePath("features.mdb");
+    const std::string out = dir.file("out");
+    const std::string help = runTool("vellum-cli", {"export", "--help"}).out;
+    std::map<std::string, std::set<ExportFileType>> takenBy;
+    for (const ExportCommandLineForm &form : exportCommandLineForms()) {
+        const std::string head = std::string(form.flag) + (form.valueName ? std::string(" ") + form.valueName : "");
+        EXPECT_NE(help.find("\n  " + head + "\n      " + form.help + " ["), std::string::npos) << head;
+        takenBy[form.flag].insert(form.kinds.begin(), form.kinds.end());
+    }
+    for (const auto &[flag, kinds] : takenBy) {
+        const bool valued = [&] {
+            for (const ExportCommandLineForm &form : exportCommandLineForms())
+                if (flag == form.flag)
+                    return form.valueName != nullptr;
+            return false;
+        }();
+        for (const ExportKindInfo &format : exportKinds()) {
+            if (kinds.count(format.kind))
+                continue;
+            std::vector<std::string> args = {"export", db, out, "--format", format.name, flag};
+            if (valued)
+                args.push_back("x");
+            const auto result = runTool("vellum-cli", args);
+            EXPECT_EQ(result.exitStatus, 2) << flag << " " << format.name;
+            EXPECT_NE(result.err.find("option " + flag + " does not apply to --format " + format.name),
+                      std::string::npos)
+                << result.err;
+        }
+    }
+    EXPECT_FALSE(std::filesystem::exists(out));
 }
 
 TEST(VellumCliExport, WritesIntoANewFolderAndPrintsTheReport)

@@ -23,7 +23,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const char *const kDialects[] = {"", "mysql", "postgresql", "oracle", "sqlite", "sqlserver"};
+/// Each dialect with the name of its golden files.
+const std::pair<ServerType, const char *> kDialects[] = {
+    {ServerTypeMySQL, "mysql"},   {ServerTypePostgreSQL, "postgresql"}, {ServerTypeOracle, "oracle"},
+    {ServerTypeSQLite, "sqlite"}, {ServerTypeSQLServer, "sqlserver"},
+};
 
 std::string goldenDir()
 {
@@ -77,7 +81,7 @@ protected:
     }
 
     /// Runs the SQL kind over the whole file on this thread; answers the job for its report.
-    std::unique_ptr<ExportJob> run(int dialect, bool singleFile, const std::string &path,
+    std::unique_ptr<ExportJob> run(ServerType dialect, bool singleFile, const std::string &path,
                                    ExportObserver *observer = nullptr)
     {
         auto job = std::make_unique<ExportJob>(*m_file, nullptr, ExportFileType::SQL);
@@ -97,26 +101,26 @@ protected:
 
 TEST_F(SqlExport, GoldenSingleScriptPerDialect)
 {
-    for (int dialect = 1; dialect <= 5; ++dialect) {
-        const std::string path = m_dir.file(std::string(kDialects[dialect]) + ".sql");
+    for (const auto &[dialect, name] : kDialects) {
+        const std::string path = m_dir.file(std::string(name) + ".sql");
         const auto job = run(dialect, true, path);
-        EXPECT_EQ(job->successTableCount(), 14) << kDialects[dialect];
+        EXPECT_EQ(job->successTableCount(), 14) << name;
         EXPECT_TRUE(job->msgLog().empty()) << job->report().message;
-        expectGolden(path, goldenDir() + "/" + kDialects[dialect] + ".sql");
+        expectGolden(path, goldenDir() + "/" + name + ".sql");
     }
 }
 
 TEST_F(SqlExport, GoldenScriptPerTablePerDialect)
 {
-    for (int dialect = 1; dialect <= 5; ++dialect) {
-        const std::string folder = m_dir.file(kDialects[dialect]);
+    for (const auto &[dialect, dialectName] : kDialects) {
+        const std::string folder = m_dir.file(dialectName);
         fs::create_directories(folder);
         const auto job = run(dialect, false, folder);
-        EXPECT_EQ(job->successTableCount(), 14) << kDialects[dialect];
+        EXPECT_EQ(job->successTableCount(), 14) << dialectName;
         std::size_t files = 0;
         for (const auto &table : m_file->tables()) {
             const std::string name = table->name() + ".sql";
-            expectGolden(folder + "/" + name, goldenDir() + "/" + kDialects[dialect] + "/" + name);
+            expectGolden(folder + "/" + name, goldenDir() + "/" + dialectName + "/" + name);
             ++files;
         }
         EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), files);
@@ -128,7 +132,7 @@ TEST_F(SqlExport, StopDeletesTheScriptBeingWritten)
     // One script: stopped before the third table, the whole script is deleted.
     const std::string path = m_dir.file("stopped.sql");
     StopAt stopSingle(2);
-    const auto single = run(2, true, path, &stopSingle);
+    const auto single = run(ServerTypePostgreSQL, true, path, &stopSingle);
     EXPECT_FALSE(fs::exists(path));
     ASSERT_EQ(single->msgLog().size(), 1u);
     EXPECT_EQ(single->msgLog()[0], "Failed: Terminated.");
@@ -138,7 +142,7 @@ TEST_F(SqlExport, StopDeletesTheScriptBeingWritten)
     const std::string folder = m_dir.file("per-table");
     fs::create_directories(folder);
     StopAt stopPerTable(2);
-    const auto perTable = run(1, false, folder, &stopPerTable);
+    const auto perTable = run(ServerTypeMySQL, false, folder, &stopPerTable);
     EXPECT_EQ(perTable->successTableCount(), 2);
     EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 2);
     EXPECT_EQ(perTable->msgLog(), std::vector<std::string>{"<Customers> Failed: Terminated."});
@@ -147,12 +151,12 @@ TEST_F(SqlExport, StopDeletesTheScriptBeingWritten)
 TEST_F(SqlExport, UnwritablePathsAreLogged)
 {
     const std::string missing = m_dir.file("no/such/folder");
-    const auto single = run(4, true, missing + "/db.sql");
+    const auto single = run(ServerTypeSQLite, true, missing + "/db.sql");
     EXPECT_EQ(single->successTableCount(), 0);
     ASSERT_EQ(single->msgLog().size(), 1u);
     EXPECT_EQ(single->msgLog()[0], "Unable to create file for export.");
 
-    const auto perTable = run(4, false, missing);
+    const auto perTable = run(ServerTypeSQLite, false, missing);
     EXPECT_EQ(perTable->successTableCount(), 0);
     ASSERT_EQ(perTable->msgLog().size(), 14u);
     EXPECT_EQ(perTable->msgLog()[0], "<a]b> Failed: Unable to create file for export.");

@@ -19,6 +19,9 @@
 namespace vellum {
 namespace {
 
+constexpr ServerType kDialects[] = {ServerTypeMySQL, ServerTypePostgreSQL, ServerTypeOracle, ServerTypeSQLite,
+                                    ServerTypeSQLServer};
+
 /// The properties of one column that the script writer reads beyond name and type.
 struct ColumnProps {
     const char *name;
@@ -113,7 +116,7 @@ std::string script(const TOrbMDBFile &file, SqlScriptSettings settings, const ch
     return sink.data();
 }
 
-SqlScriptSettings settingsFor(int dialect, bool singleFile = false)
+SqlScriptSettings settingsFor(ServerType dialect, bool singleFile = false)
 {
     SqlScriptSettings settings;
     settings.dialect = dialect;
@@ -124,11 +127,11 @@ SqlScriptSettings settingsFor(int dialect, bool singleFile = false)
 TEST(SqlScriptWriter, OneTableScriptPerDialect)
 {
     struct Case {
-        int dialect;
+        ServerType dialect;
         const char *expected;
     };
     const Case cases[] = {
-        {1, "SET NAMES 'UTF8';\nSET FOREIGN_KEY_CHECKS = 0;\n\n"
+        {ServerTypeMySQL, "SET NAMES 'UTF8';\nSET FOREIGN_KEY_CHECKS = 0;\n\n"
             "DROP TABLE IF EXISTS `Orders` CASCADE;\n"
             "CREATE TABLE `Orders` (\n\t`Shop` varchar(10) NOT NULL,\n\t`No` int NOT NULL,\n"
             "\t`Note` varchar(50) NOT NULL COMMENT 'O\\'Neil\\\\x',\n\t`Price` float,\n\t`When` datetime,\n"
@@ -136,7 +139,7 @@ TEST(SqlScriptWriter, OneTableScriptPerDialect)
             "INSERT INTO `Orders` (`Shop`, `No`, `Note`, `Price`, `When`) VALUES ('A', 1, 'O''Neil\\\\x', 1.5, '2010-03-04 13:05:00');\n"
             "INSERT INTO `Orders` (`Shop`, `No`, `Note`, `Price`, `When`) VALUES ('B', 2, '', null, null);\n\n\n"
             "SET FOREIGN_KEY_CHECKS = 1;\n"},
-        {2, "DROP TABLE IF EXISTS \"Orders\" CASCADE;\n"
+        {ServerTypePostgreSQL, "DROP TABLE IF EXISTS \"Orders\" CASCADE;\n"
             "CREATE TABLE \"Orders\" (\n\t\"Shop\" VARCHAR(10) NOT NULL,\n\t\"No\" INTEGER NOT NULL,\n"
             "\t\"Note\" VARCHAR(50) NOT NULL,\n\t\"Price\" DOUBLE PRECISION,\n\t\"When\" TIMESTAMP WITHOUT TIME ZONE,\n"
             "\tCONSTRAINT \"Orders_pkey\" PRIMARY KEY (\"Shop\", \"No\")\n);\n"
@@ -144,7 +147,7 @@ TEST(SqlScriptWriter, OneTableScriptPerDialect)
             "COMMENT ON COLUMN \"Orders\".\"Note\" IS 'O''Neil\\\\x';\n\n"
             "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('A', 1, 'O''Neil\\\\x', 1.5, '2010-03-04 13:05:00');\n"
             "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('B', 2, '', null, null);\n\n\n"},
-        {3, "DROP TABLE \"Orders\" CASCADE CONSTRAINTS;\n"
+        {ServerTypeOracle, "DROP TABLE \"Orders\" CASCADE CONSTRAINTS;\n"
             "CREATE TABLE \"Orders\" (\n\t\"Shop\" VARCHAR2(10) NOT NULL,\n\t\"No\" NUMBER(11) NOT NULL,\n"
             "\t\"Note\" VARCHAR2(50) NOT NULL,\n\t\"Price\" FLOAT,\n\t\"When\" TIMESTAMP,\n"
             "\tPRIMARY KEY (\"Shop\", \"No\")\n);\n"
@@ -153,7 +156,7 @@ TEST(SqlScriptWriter, OneTableScriptPerDialect)
             "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('A', '1', 'O''Neil\\\\x', '1.5', "
             "TO_DATE('03/04/2010 13:05:00', 'MM/DD/YYYY HH24:MI:SS'));\n"
             "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('B', '2', '', null, null);\n\n\n"},
-        {4, "PRAGMA foreign_keys = false;\n\n"
+        {ServerTypeSQLite, "PRAGMA foreign_keys = false;\n\n"
             "DROP TABLE IF EXISTS \"Orders\";\n"
             "CREATE TABLE \"Orders\" (\n\t\"Shop\" TEXT NOT NULL,\n\t\"No\" INTEGER NOT NULL,\n"
             "\t\"Note\" TEXT NOT NULL,\n\t\"Price\" REAL,\n\t\"When\" TEXT,\n"
@@ -162,7 +165,7 @@ TEST(SqlScriptWriter, OneTableScriptPerDialect)
             "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('A', 1, 'O''Neil\\\\x', 1.5, '03/04/2010 13:05:00');\n"
             "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('B', 2, '', null, null);\n\n"
             "PRAGMA foreign_keys = true;\n"},
-        {5, "BEGIN TRANSACTION\nGO\n"
+        {ServerTypeSQLServer, "BEGIN TRANSACTION\nGO\n"
             "IF EXISTS (SELECT * FROM sys.all_objects WHERE object_id = OBJECT_ID('[Orders]') AND type IN ('U'))\n"
             "\tDROP TABLE [Orders]\nGO\n"
             "CREATE TABLE [Orders] (\n\t[Shop] varchar(10) NOT NULL,\n\t[No] int NOT NULL,\n"
@@ -177,13 +180,13 @@ TEST(SqlScriptWriter, OneTableScriptPerDialect)
     };
     const auto file = makeFile();
     for (const Case &c : cases)
-        EXPECT_EQ(script(*file, settingsFor(c.dialect), "Orders"), c.expected) << "dialect " << c.dialect;
+        EXPECT_EQ(script(*file, settingsFor(c.dialect), "Orders"), c.expected) << "dialect " << serverTypeValue(c.dialect);
 }
 
 TEST(SqlScriptWriter, QuotingSchemaAndNamesWithClosingCharacter)
 {
     const auto file = makeFile();
-    SqlScriptSettings sqlServer = settingsFor(5);
+    SqlScriptSettings sqlServer = settingsFor(ServerTypeSQLServer);
     sqlServer.schemaName = "it's";
     const std::string text = script(*file, sqlServer, "a]b");
     EXPECT_NE(text.find("OBJECT_ID('[it's].[a]]b]')"), std::string::npos) << text;
@@ -192,7 +195,7 @@ TEST(SqlScriptWriter, QuotingSchemaAndNamesWithClosingCharacter)
     // No key column: the last column is followed directly by the closing line.
     EXPECT_EQ(text.find("PRIMARY KEY"), std::string::npos);
 
-    SqlScriptSettings postgres = settingsFor(2);
+    SqlScriptSettings postgres = settingsFor(ServerTypePostgreSQL);
     postgres.schemaName = "s\"x";
     const std::string pg = script(*file, postgres, "Orders");
     EXPECT_NE(pg.find("DROP TABLE IF EXISTS \"s\"\"x\".\"Orders\" CASCADE;"), std::string::npos) << pg;
@@ -200,23 +203,23 @@ TEST(SqlScriptWriter, QuotingSchemaAndNamesWithClosingCharacter)
     EXPECT_NE(pg.find("ON \"s\"\"x\".\"Orders\" (\"Price\" DESC)"), std::string::npos) << pg;
 
     // MySQL and SQLite never take a schema.
-    SqlScriptSettings mysql = settingsFor(1);
+    SqlScriptSettings mysql = settingsFor(ServerTypeMySQL);
     mysql.schemaName = "ignored";
     EXPECT_EQ(script(*file, mysql, "a]b").find("ignored"), std::string::npos);
-    EXPECT_NE(script(*file, settingsFor(1), "a]b").find("`a]b`"), std::string::npos);
+    EXPECT_NE(script(*file, settingsFor(ServerTypeMySQL), "a]b").find("`a]b`"), std::string::npos);
 }
 
 TEST(SqlScriptWriter, IndexNamesAreMadeUniqueAcrossTheJob)
 {
     const auto file = makeFile();
     // PostgreSQL: the second ix becomes ix_1; the index named like a table keeps its name.
-    const std::string pg = script(*file, settingsFor(2, true));
+    const std::string pg = script(*file, settingsFor(ServerTypePostgreSQL, true));
     EXPECT_NE(pg.find("CREATE INDEX \"ix\" ON \"Orders\""), std::string::npos) << pg;
     EXPECT_NE(pg.find("CREATE UNIQUE INDEX \"ix_1\" ON \"Lines\" (\"Shop\" ASC, \"No\" ASC);"), std::string::npos) << pg;
     EXPECT_NE(pg.find("CREATE INDEX \"orders\" ON \"Lines\""), std::string::npos) << pg;
 
     // SQLite, single script: all indexes after the last table, table names registered case-folded.
-    const std::string sqlite = script(*file, settingsFor(4, true));
+    const std::string sqlite = script(*file, settingsFor(ServerTypeSQLite, true));
     const std::size_t lastInsert = sqlite.rfind("INSERT INTO");
     const std::size_t firstIndex = sqlite.find("CREATE INDEX");
     EXPECT_LT(lastInsert, firstIndex);
@@ -225,7 +228,7 @@ TEST(SqlScriptWriter, IndexNamesAreMadeUniqueAcrossTheJob)
     EXPECT_TRUE(sqlite.ends_with(");\n\nPRAGMA foreign_keys = true;\n")) << sqlite;
 
     // MySQL writes its indexes inline, by their own names.
-    const std::string mysql = script(*file, settingsFor(1, true));
+    const std::string mysql = script(*file, settingsFor(ServerTypeMySQL, true));
     EXPECT_NE(mysql.find(",\n\tINDEX `ix` (`Shop` ASC, `No` ASC),\n\tINDEX `orders` (`No` ASC)\n);"), std::string::npos) << mysql;
     EXPECT_EQ(mysql.find("ix_1"), std::string::npos);
 }
@@ -233,17 +236,17 @@ TEST(SqlScriptWriter, IndexNamesAreMadeUniqueAcrossTheJob)
 TEST(SqlScriptWriter, RelationshipsPerDialectAndPlacement)
 {
     struct Case {
-        int dialect;
+        ServerType dialect;
         const char *statement;
     };
     const Case cases[] = {
-        {1, "ALTER TABLE `Lines` ADD CONSTRAINT `LinesOrders` FOREIGN KEY (`Shop`, `No`) REFERENCES `Orders` (`Shop`, `No`) "
+        {ServerTypeMySQL, "ALTER TABLE `Lines` ADD CONSTRAINT `LinesOrders` FOREIGN KEY (`Shop`, `No`) REFERENCES `Orders` (`Shop`, `No`) "
             "ON UPDATE CASCADE ON DELETE SET NULL;\n\n"},
-        {2, "ALTER TABLE \"Lines\" ADD CONSTRAINT \"LinesOrders\" FOREIGN KEY (\"Shop\", \"No\") REFERENCES \"Orders\" "
+        {ServerTypePostgreSQL, "ALTER TABLE \"Lines\" ADD CONSTRAINT \"LinesOrders\" FOREIGN KEY (\"Shop\", \"No\") REFERENCES \"Orders\" "
             "(\"Shop\", \"No\") ON UPDATE CASCADE ON DELETE SET NULL;\n\n"},
-        {3, "ALTER TABLE \"Lines\" ADD CONSTRAINT \"LinesOrders\" FOREIGN KEY (\"Shop\", \"No\") REFERENCES \"Orders\" "
+        {ServerTypeOracle, "ALTER TABLE \"Lines\" ADD CONSTRAINT \"LinesOrders\" FOREIGN KEY (\"Shop\", \"No\") REFERENCES \"Orders\" "
             "(\"Shop\", \"No\") ON DELETE SET NULL ENABLE;\n\n"},
-        {5, "ALTER TABLE [Lines] ADD CONSTRAINT [LinesOrders] FOREIGN KEY ([Shop], [No]) REFERENCES [Orders] ([Shop], [No]) "
+        {ServerTypeSQLServer, "ALTER TABLE [Lines] ADD CONSTRAINT [LinesOrders] FOREIGN KEY ([Shop], [No]) REFERENCES [Orders] ([Shop], [No]) "
             "ON UPDATE CASCADE ON DELETE SET NULL\nGO\n\n"},
     };
     const auto file = makeFile();
@@ -263,7 +266,7 @@ TEST(SqlScriptWriter, RelationshipsPerDialectAndPlacement)
         EXPECT_EQ(single.find("ALTER TABLE", singleAt + 1), std::string::npos);
     }
     // SQLite: inline in CREATE TABLE, never as ALTER TABLE.
-    const std::string sqlite = script(*file, settingsFor(4), "Lines");
+    const std::string sqlite = script(*file, settingsFor(ServerTypeSQLite), "Lines");
     EXPECT_NE(sqlite.find("\t\"No\" INTEGER,\n\tCONSTRAINT \"LinesOrders\" FOREIGN KEY (\"Shop\", \"No\") REFERENCES \"Orders\" "
                           "(\"Shop\", \"No\") ON UPDATE CASCADE ON DELETE SET NULL\n);"),
               std::string::npos)
@@ -274,22 +277,22 @@ TEST(SqlScriptWriter, RelationshipsPerDialectAndPlacement)
 TEST(SqlScriptWriter, OptionsLeaveOutTheirParts)
 {
     const auto file = makeFile();
-    for (int dialect = 1; dialect <= 5; ++dialect) {
+    for (const ServerType dialect : kDialects) {
         SqlScriptSettings noData = settingsFor(dialect, true);
         noData.exportData = false;
         const std::string structureOnly = script(*file, noData);
-        EXPECT_EQ(structureOnly.find("INSERT"), std::string::npos) << dialect;
-        EXPECT_NE(structureOnly.find("CREATE TABLE"), std::string::npos) << dialect;
+        EXPECT_EQ(structureOnly.find("INSERT"), std::string::npos) << serverTypeValue(dialect);
+        EXPECT_NE(structureOnly.find("CREATE TABLE"), std::string::npos) << serverTypeValue(dialect);
         // Prologue and epilogue stay.
         const std::string full = script(*file, settingsFor(dialect, true));
-        EXPECT_EQ(structureOnly.substr(0, 10), full.substr(0, 10)) << dialect;
-        EXPECT_EQ(structureOnly.substr(structureOnly.size() - 8), full.substr(full.size() - 8)) << dialect;
+        EXPECT_EQ(structureOnly.substr(0, 10), full.substr(0, 10)) << serverTypeValue(dialect);
+        EXPECT_EQ(structureOnly.substr(structureOnly.size() - 8), full.substr(full.size() - 8)) << serverTypeValue(dialect);
 
         SqlScriptSettings noStructure = settingsFor(dialect, true);
         noStructure.exportStructure = false;
         const std::string dataOnly = script(*file, noStructure);
         for (const char *absent : {"CREATE", "DROP", "ALTER", "COMMENT", "sp_addextendedproperty"})
-            EXPECT_EQ(dataOnly.find(absent), std::string::npos) << dialect << " " << absent;
+            EXPECT_EQ(dataOnly.find(absent), std::string::npos) << serverTypeValue(dialect) << " " << absent;
         EXPECT_NE(dataOnly.find("INSERT INTO"), std::string::npos);
 
         SqlScriptSettings bare = settingsFor(dialect, true);
@@ -298,7 +301,7 @@ TEST(SqlScriptWriter, OptionsLeaveOutTheirParts)
         bare.includeIndexes = false;
         const std::string plain = script(*file, bare);
         for (const char *absent : {"DROP", "ALTER", "INDEX", "CONSTRAINT \"LinesOrders\""})
-            EXPECT_EQ(plain.find(absent), std::string::npos) << dialect << " " << absent;
+            EXPECT_EQ(plain.find(absent), std::string::npos) << serverTypeValue(dialect) << " " << absent;
     }
 }
 
@@ -307,7 +310,7 @@ TEST(SqlScriptWriter, StopsBetweenRowsAndReportsSinkFailure)
     const auto file = makeFile();
     std::atomic<bool> stop{true};
     StringSink sink;
-    SqlScriptWriter writer(*file, settingsFor(2), stop);
+    SqlScriptWriter writer(*file, settingsFor(ServerTypePostgreSQL), stop);
     ASSERT_TRUE(writer.writePrologue(sink));
     ASSERT_TRUE(writer.writeTable(*file->tables()[0], sink));
     EXPECT_EQ(sink.data().find("INSERT"), std::string::npos);
@@ -316,7 +319,7 @@ TEST(SqlScriptWriter, StopsBetweenRowsAndReportsSinkFailure)
         bool write(std::string_view) override { return false; }
     } failing;
     std::atomic<bool> go{false};
-    SqlScriptWriter failingWriter(*file, settingsFor(2), go);
+    SqlScriptWriter failingWriter(*file, settingsFor(ServerTypePostgreSQL), go);
     EXPECT_TRUE(failingWriter.writePrologue(failing)); // PostgreSQL has no prologue: nothing written
     EXPECT_FALSE(failingWriter.writeTable(*file->tables()[0], failing));
     EXPECT_FALSE(failingWriter.writeEpilogue(failing));

@@ -10,6 +10,9 @@
 namespace vellum {
 namespace {
 
+constexpr ServerType kDialects[] = {ServerTypeMySQL, ServerTypePostgreSQL, ServerTypeOracle, ServerTypeSQLite,
+                                    ServerTypeSQLServer};
+
 TEST(SqlTypeMapping, TypeTableForEveryDialect)
 {
     struct Row {
@@ -38,11 +41,13 @@ TEST(SqlTypeMapping, TypeTableForEveryDialect)
         {"Unknown_0013", {"Unknown_0013", "Unknown_0013", "Unknown_0013", "Unknown_0013", "Unknown_0013"}},
     };
     for (const Row &row : rows) {
-        for (int dialect = 1; dialect <= 5; ++dialect)
-            EXPECT_EQ(convertMDBTypeToTargetType(row.mdbType, dialect), row.expected[dialect - 1])
-                << row.mdbType << " dialect " << dialect;
-        for (int dialect : {0, 6, -1})
-            EXPECT_EQ(convertMDBTypeToTargetType(row.mdbType, dialect), row.mdbType) << dialect;
+        for (const ServerType dialect : kDialects)
+            EXPECT_EQ(convertMDBTypeToTargetType(row.mdbType, dialect),
+                      row.expected[static_cast<std::size_t>(serverTypeValue(dialect) - 1)])
+                << row.mdbType << " dialect " << serverTypeValue(dialect);
+        // No dialect, or a number that is none (a damaged stored setting), leaves the name alone.
+        for (const ServerType other : {ServerTypeNone, static_cast<ServerType>(6), static_cast<ServerType>(-1)})
+            EXPECT_EQ(convertMDBTypeToTargetType(row.mdbType, other), row.mdbType) << serverTypeValue(other);
     }
 }
 
@@ -51,18 +56,18 @@ TEST(SqlTypeMapping, LengthSuffixOnlyForTextOutsideSQLite)
     struct Case {
         const char *mdbType;
         int fieldSize;
-        int dialect;
+        ServerType dialect;
         const char *expected;
     };
     const Case cases[] = {
-        {"Text", 50, 1, "varchar(50)"},  {"Text", 50, 2, "VARCHAR(50)"},
-        {"Text", 50, 3, "VARCHAR2(50)"}, {"Text", 50, 4, "TEXT"},
-        {"Text", 50, 5, "varchar(50)"},  {"Binary", 50, 1, "varchar"},
-        {"Memo/Hyperlink", 0, 2, "TEXT"}, {"Long Integer", 4, 3, "NUMBER(11)"},
+        {"Text", 50, ServerTypeMySQL, "varchar(50)"},  {"Text", 50, ServerTypePostgreSQL, "VARCHAR(50)"},
+        {"Text", 50, ServerTypeOracle, "VARCHAR2(50)"}, {"Text", 50, ServerTypeSQLite, "TEXT"},
+        {"Text", 50, ServerTypeSQLServer, "varchar(50)"},  {"Binary", 50, ServerTypeMySQL, "varchar"},
+        {"Memo/Hyperlink", 0, ServerTypePostgreSQL, "TEXT"}, {"Long Integer", 4, ServerTypeOracle, "NUMBER(11)"},
     };
     for (const Case &c : cases)
         EXPECT_EQ(sqlColumnDefinitionType(c.mdbType, c.fieldSize, c.dialect), c.expected)
-            << c.mdbType << " " << c.dialect;
+            << c.mdbType << " " << serverTypeValue(c.dialect);
 }
 
 TEST(SqlTypeMapping, BlobLiteral)
@@ -113,65 +118,65 @@ TEST(SqlTypeMapping, ValueLiterals)
         const char *type;
         const char *text; // nullptr: the null marker
         bool zeroLengthForbidden;
-        int dialect;
+        ServerType dialect;
         const char *decimal;
         const char *expected;
     };
     const Case cases[] = {
         // Quoting and escaping of text, the same in every dialect.
-        {"Text", "O'Neil\\x", false, 1, ".", "'O''Neil\\\\x'"},
-        {"Text", "O'Neil\\x", false, 2, ".", "'O''Neil\\\\x'"},
-        {"Text", "O'Neil\\x", false, 3, ".", "'O''Neil\\\\x'"},
-        {"Text", "O'Neil\\x", false, 4, ".", "'O''Neil\\\\x'"},
-        {"Text", "O'Neil\\x", false, 5, ".", "'O''Neil\\\\x'"},
-        {"Memo/Hyperlink", "a\nb", false, 1, ".", "'a\nb'"},
-        {"Binary", "raw", false, 2, ".", "'raw'"},
+        {"Text", "O'Neil\\x", false, ServerTypeMySQL, ".", "'O''Neil\\\\x'"},
+        {"Text", "O'Neil\\x", false, ServerTypePostgreSQL, ".", "'O''Neil\\\\x'"},
+        {"Text", "O'Neil\\x", false, ServerTypeOracle, ".", "'O''Neil\\\\x'"},
+        {"Text", "O'Neil\\x", false, ServerTypeSQLite, ".", "'O''Neil\\\\x'"},
+        {"Text", "O'Neil\\x", false, ServerTypeSQLServer, ".", "'O''Neil\\\\x'"},
+        {"Memo/Hyperlink", "a\nb", false, ServerTypeMySQL, ".", "'a\nb'"},
+        {"Binary", "raw", false, ServerTypePostgreSQL, ".", "'raw'"},
         // Dates: reformatted for MySQL, PostgreSQL and SQL Server, TO_DATE for Oracle, as stored
         // for SQLite; a text that is no date of the pattern stays as it stands.
-        {"DateTime", "03/04/2010 13:05:00", false, 1, ".", "'2010-03-04 13:05:00'"},
-        {"DateTime", "03/04/2010 13:05:00", false, 2, ".", "'2010-03-04 13:05:00'"},
-        {"DateTime", "03/04/2010 13:05:00", false, 5, ".", "'2010-03-04 13:05:00'"},
-        {"DateTime", "03/04/2010 13:05:00", false, 3, ".",
+        {"DateTime", "03/04/2010 13:05:00", false, ServerTypeMySQL, ".", "'2010-03-04 13:05:00'"},
+        {"DateTime", "03/04/2010 13:05:00", false, ServerTypePostgreSQL, ".", "'2010-03-04 13:05:00'"},
+        {"DateTime", "03/04/2010 13:05:00", false, ServerTypeSQLServer, ".", "'2010-03-04 13:05:00'"},
+        {"DateTime", "03/04/2010 13:05:00", false, ServerTypeOracle, ".",
          "TO_DATE('03/04/2010 13:05:00', 'MM/DD/YYYY HH24:MI:SS')"},
-        {"DateTime", "03/04/2010 13:05:00", false, 4, ".", "'03/04/2010 13:05:00'"},
-        {"DateTime", "01/00/1900 00:00:00", false, 2, ".", "'01/00/1900 00:00:00'"},
+        {"DateTime", "03/04/2010 13:05:00", false, ServerTypeSQLite, ".", "'03/04/2010 13:05:00'"},
+        {"DateTime", "01/00/1900 00:00:00", false, ServerTypePostgreSQL, ".", "'01/00/1900 00:00:00'"},
         // Numbers: decimal symbol outside Oracle, which quotes every text first.
-        {"Double", "1.5", false, 1, ",", "1,5"},
-        {"Single", "1.5", false, 4, ",", "1,5"},
-        {"Currency", "-0.0100", false, 5, ".", "-0.0100"},
-        {"Double", "1.5", false, 3, ",", "'1.5'"},
-        {"Long Integer", "42", false, 3, ".", "'42'"},
-        {"Long Integer", "42", false, 2, ",", "42"},
-        {"Numeric", "12345.6789", false, 1, ",", "12345.6789"},
+        {"Double", "1.5", false, ServerTypeMySQL, ",", "1,5"},
+        {"Single", "1.5", false, ServerTypeSQLite, ",", "1,5"},
+        {"Currency", "-0.0100", false, ServerTypeSQLServer, ".", "-0.0100"},
+        {"Double", "1.5", false, ServerTypeOracle, ",", "'1.5'"},
+        {"Long Integer", "42", false, ServerTypeOracle, ".", "'42'"},
+        {"Long Integer", "42", false, ServerTypePostgreSQL, ",", "42"},
+        {"Numeric", "12345.6789", false, ServerTypeMySQL, ",", "12345.6789"},
         // Booleans are quoted for PostgreSQL (and Oracle) only.
-        {"Boolean", "1", false, 2, ".", "'1'"},
-        {"Boolean", "1", false, 1, ".", "1"},
-        {"Boolean", "0", false, 3, ".", "'0'"},
-        {"Boolean", "0", false, 5, ".", "0"},
+        {"Boolean", "1", false, ServerTypePostgreSQL, ".", "'1'"},
+        {"Boolean", "1", false, ServerTypeMySQL, ".", "1"},
+        {"Boolean", "0", false, ServerTypeOracle, ".", "'0'"},
+        {"Boolean", "0", false, ServerTypeSQLServer, ".", "0"},
         // GUIDs: braces become quotes for MySQL (dashes removed) and PostgreSQL.
-        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, 1, ".", "'6F9619FF8B86D011B42D00C04FC964FF'"},
-        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, 2, ".", "'6F9619FF-8B86-D011-B42D00C04FC964FF'"},
-        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, 4, ".", "{6F9619FF-8B86-D011-B42D00C04FC964FF}"},
-        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, 5, ".", "{6F9619FF-8B86-D011-B42D00C04FC964FF}"},
-        {"Replication ID", "{6F9619FF}", false, 3, ".", "'{6F9619FF}'"},
-        {"Replication ID", "6F9619FF", false, 2, ".", "6F9619FF"},
+        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, ServerTypeMySQL, ".", "'6F9619FF8B86D011B42D00C04FC964FF'"},
+        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, ServerTypePostgreSQL, ".", "'6F9619FF-8B86-D011-B42D00C04FC964FF'"},
+        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, ServerTypeSQLite, ".", "{6F9619FF-8B86-D011-B42D00C04FC964FF}"},
+        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, ServerTypeSQLServer, ".", "{6F9619FF-8B86-D011-B42D00C04FC964FF}"},
+        {"Replication ID", "{6F9619FF}", false, ServerTypeOracle, ".", "'{6F9619FF}'"},
+        {"Replication ID", "6F9619FF", false, ServerTypePostgreSQL, ".", "6F9619FF"},
         // Missing values: null, or an empty quoted text where zero-length text is forbidden.
-        {"Text", nullptr, false, 1, ".", "null"},
-        {"Text", nullptr, true, 1, ".", "''"},
-        {"Long Integer", nullptr, true, 2, ".", "''"},
-        {"DateTime", nullptr, false, 3, ".", "null"},
+        {"Text", nullptr, false, ServerTypeMySQL, ".", "null"},
+        {"Text", nullptr, true, ServerTypeMySQL, ".", "''"},
+        {"Long Integer", nullptr, true, ServerTypePostgreSQL, ".", "''"},
+        {"DateTime", nullptr, false, ServerTypeOracle, ".", "null"},
     };
     for (const Case &c : cases) {
         const CellValue value = c.text ? CellValue::ofText(c.text) : CellValue::null();
         EXPECT_EQ(sqlValueLiteral(value, {c.type, c.zeroLengthForbidden}, c.dialect, c.decimal), c.expected)
-            << c.type << " " << (c.text ? c.text : "(null)") << " dialect " << c.dialect;
+            << c.type << " " << (c.text ? c.text : "(null)") << " dialect " << serverTypeValue(c.dialect);
     }
 }
 
 TEST(SqlTypeMapping, BlobCellIsTheBlobLiteralInEveryDialect)
 {
     const TOrbBlobData blob({0x00, 0xff, 0x10}, "bin");
-    for (int dialect = 1; dialect <= 5; ++dialect)
+    for (const ServerType dialect : kDialects)
         EXPECT_EQ(sqlValueLiteral(CellValue::ofBlob(&blob), {"OLE", true}, dialect, "."), "x'00ff10'");
 }
 

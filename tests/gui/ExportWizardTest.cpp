@@ -8,6 +8,7 @@
 #include "app/models/ExportEntriesModel.h"
 #include "app/support/SettingsStore.h"
 #include "export/ExportRoutines.h"
+#include "export/exportRegistry.h"
 #include "model/TOrbMDBFile.h"
 
 #include <QAbstractItemModelTester>
@@ -50,6 +51,27 @@ private slots:
         QSettings().clear();
         m_file = TOrbMDBFile::fromPath(test::copyFixture("features.mdb", m_dir.path(), "db.mdb").toStdString());
         QVERIFY(m_file->open(*test::inProcessReader()));
+    }
+
+    void showsTheRegistrysControlsWithTheCommandLinesDefaults()
+    {
+        // Every kind shows exactly the controls the registry lists for it, holding the defaults
+        // that `vellum-cli export` starts from.
+        for (const ExportKindInfo &kind : exportKinds()) {
+            if (!isExportFileTypeAvailable(kind.kind))
+                continue;
+            auto w = wizard(kind.kind);
+            w->enableOkButtonCheck(); // reads the controls into the job's options
+            const ExportOptions defaults = ExportOptions::defaultsFor(kind.kind, true);
+            for (const ExportOptionInfo &option : exportOptions()) {
+                const QWidget *control =
+                    option.id == ExportOptionId::SingleFile ? w->singleFileBox() : w->control(option.id);
+                const QString what = QString("%1 option %2").arg(kind.name).arg(static_cast<int>(option.id));
+                QVERIFY2((control && !control->isHidden()) == containsKind(option.wizardKinds, kind.kind),
+                         qPrintable(what));
+                QVERIFY2(option.read(w->job().options()) == option.read(defaults), qPrintable(what));
+            }
+        }
     }
 
     void startsForTheFileOrForOneTable()
@@ -162,9 +184,11 @@ private slots:
         QCOMPARE(txt->decimalSymbolField()->text(), QString("."));
 
         auto sql = wizard(ExportFileType::SQL);
-        for (int format = 1; format <= 5; ++format) {
-            sql->sqlFormatBox()->setCurrentIndex(sql->sqlFormatBox()->findData(format));
-            QCOMPARE(sql->schemaNameField()->isEnabled(), format == 2 || format == 3 || format == 5);
+        for (const ServerType format :
+             {ServerTypeMySQL, ServerTypePostgreSQL, ServerTypeOracle, ServerTypeSQLite, ServerTypeSQLServer}) {
+            sql->sqlFormatBox()->setCurrentIndex(sql->sqlFormatBox()->findData(serverTypeValue(format)));
+            QCOMPARE(sql->schemaNameField()->isEnabled(),
+                     format == ServerTypePostgreSQL || format == ServerTypeOracle || format == ServerTypeSQLServer);
         }
     }
 

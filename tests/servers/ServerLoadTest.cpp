@@ -47,17 +47,17 @@ struct LoadCase {
     std::map<std::string, std::set<std::string>> missingRows;
 };
 
-int dialectOf(ServerKind kind)
+ServerType dialectOf(ServerKind kind)
 {
     switch (kind) {
     case ServerKind::MariaDB:
-        return 1;
+        return ServerTypeMySQL;
     case ServerKind::PostgreSQL:
-        return 2;
+        return ServerTypePostgreSQL;
     case ServerKind::SQLite:
-        return 4;
+        return ServerTypeSQLite;
     }
-    return 0;
+    return ServerTypeNone;
 }
 
 const char *nameOf(ServerKind kind)

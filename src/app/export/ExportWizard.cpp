@@ -37,36 +37,10 @@ namespace vellum {
 
 namespace {
 
-bool isKind(ExportFileType kind, std::initializer_list<ExportFileType> kinds)
-{
-    return std::find(kinds.begin(), kinds.end(), kind) != kinds.end();
-}
-
-/// The kinds whose target can be one file for all tables (save panel instead of a folder).
-bool hasSingleFileTarget(ExportFileType kind)
-{
-    return isKind(kind, {ExportFileType::XLS, ExportFileType::XLSX, ExportFileType::SQL, ExportFileType::SQLite});
-}
-
 QString titleOfKind(ExportFileType kind)
 {
-    switch (kind) {
-    case ExportFileType::CSV:
-        return localizedQ("Export CSV");
-    case ExportFileType::TXT:
-        return localizedQ("Export TXT");
-    case ExportFileType::XML:
-        return localizedQ("Export XML");
-    case ExportFileType::XLS:
-        return localizedQ("Export XLS");
-    case ExportFileType::XLSX:
-        return localizedQ("Export XLSX");
-    case ExportFileType::SQL:
-        return localizedQ("Export SQL");
-    case ExportFileType::SQLite:
-        return localizedQ("Export SQLite");
-    }
-    return {};
+    const ExportKindInfo *info = exportKindInfo(kind);
+    return info ? localizedQ(info->title) : QString();
 }
 
 void selectTag(QComboBox *box, int tag)
@@ -148,111 +122,30 @@ void ExportWizard::buildInterface()
     selectRow->addStretch(1);
     layout->addLayout(selectRow);
 
+    // The options the registry lists for this kind. Check boxes exist for every kind, hidden
+    // where the kind does not show them, so that the OK rule always reads structure and data;
+    // the other controls exist only where they are shown.
     auto *group = new QGroupBox(localizedQ("Options"), this);
     auto *form = new QFormLayout(group);
     layout->addWidget(group);
-
-    if (isKind(m_kind, {ExportFileType::CSV, ExportFileType::TXT, ExportFileType::XLS, ExportFileType::XLSX})) {
-        m_header = new QCheckBox(localizedQ("Include column header"), group);
-        m_header->setChecked(options.includeColumnHeader);
-        form->addRow(m_header);
+    bool anyShown = false;
+    for (const ExportOptionInfo &option : exportOptions()) {
+        if (option.id == ExportOptionId::SingleFile || option.control == ExportControl::None)
+            continue;
+        const bool shown = containsKind(option.wizardKinds, m_kind);
+        if (!shown && option.control != ExportControl::CheckBox)
+            continue;
+        QWidget *widget = makeControl(option, options, group);
+        if (option.control == ExportControl::CheckBox)
+            form->addRow(widget);
+        else
+            form->addRow(localizedQ(option.label), widget);
+        if (!shown)
+            widget->hide();
+        anyShown = anyShown || shown;
     }
-    if (isKind(m_kind, {ExportFileType::CSV, ExportFileType::TXT})) {
-        m_fieldDelimiter = new QComboBox(group);
-        if (m_kind == ExportFileType::TXT) {
-            m_fieldDelimiter->addItem(localizedQ("Tab"), kFieldDelimiterTab);
-            m_fieldDelimiter->addItem(localizedQ("Semicolon (;)"), kFieldDelimiterSemicolon);
-            m_fieldDelimiter->addItem(localizedQ("Comma (,)"), kFieldDelimiterComma);
-            m_fieldDelimiter->addItem(localizedQ("Space"), kFieldDelimiterSpace);
-        } else {
-            m_fieldDelimiter->addItem(localizedQ("Semicolon (;)"), kFieldDelimiterSemicolon);
-            m_fieldDelimiter->addItem(localizedQ("Comma (,)"), kFieldDelimiterComma);
-        }
-        selectTag(m_fieldDelimiter, options.fieldDelimiterTag);
-        form->addRow(localizedQ("Field delimiter:"), m_fieldDelimiter);
-        m_recordDelimiter = new QComboBox(group);
-        m_recordDelimiter->addItem(localizedQ("LF (Linux, macOS)"), kRecordDelimiterLF);
-        m_recordDelimiter->addItem(localizedQ("CR (classic Mac OS)"), kRecordDelimiterCR);
-        m_recordDelimiter->addItem(localizedQ("CR LF (Windows)"), kRecordDelimiterCRLF);
-        selectTag(m_recordDelimiter, options.recordDelimiterTag);
-        form->addRow(localizedQ("Record delimiter:"), m_recordDelimiter);
-    }
-    if (isKind(m_kind, {ExportFileType::CSV, ExportFileType::TXT, ExportFileType::XML})) {
-        m_decimalSymbol = new QLineEdit(toQString(options.decimalSymbol), group);
-        m_decimalSymbol->setMaximumWidth(60);
-        form->addRow(localizedQ("Decimal symbol:"), m_decimalSymbol);
-    }
-    if (m_fieldDelimiter) {
-        connect(m_fieldDelimiter, &QComboBox::currentIndexChanged, this, [this] {
-            // "," goes with "." as the decimal symbol and ";" with ",".
-            ExportOptions changed = m_job->options();
-            changed.decimalSymbol = m_decimalSymbol->text().toStdString();
-            changed.changeFieldDelimiter(m_fieldDelimiter->currentData().toInt());
-            m_decimalSymbol->setText(toQString(changed.decimalSymbol));
-        });
-    }
-    if (m_kind != ExportFileType::SQLite) {
-        m_encoding = new QComboBox(group);
-        std::vector<EncodingEntry> encodings;
-        for (const StringEncoding &encoding : availableStringEncodings())
-            encodings.push_back(EncodingEntry::encodingEntryWithEncoding(encoding.code));
-        std::sort(encodings.begin(), encodings.end(), SortEncoding);
-        for (const EncodingEntry &entry : encodings)
-            m_encoding->addItem(toQString(entry.encodingName), QVariant::fromValue<qulonglong>(entry.encoding));
-        const int utf8 = m_encoding->findData(QVariant::fromValue<qulonglong>(kStringEncodingUTF8));
-        if (utf8 >= 0)
-            m_encoding->setCurrentIndex(utf8);
-        form->addRow(localizedQ("Encoding:"), m_encoding);
-    }
-    if (m_kind == ExportFileType::SQL) {
-        m_sqlFormat = new QComboBox(group);
-        m_sqlFormat->addItem(QStringLiteral("MySQL"), 1);
-        m_sqlFormat->addItem(QStringLiteral("PostgreSQL"), 2);
-        m_sqlFormat->addItem(QStringLiteral("Oracle"), 3);
-        m_sqlFormat->addItem(QStringLiteral("SQLite"), 4);
-        m_sqlFormat->addItem(QStringLiteral("SQL Server"), 5);
-        selectTag(m_sqlFormat, options.sqlFormat);
-        form->addRow(localizedQ("SQL format:"), m_sqlFormat);
-        m_schemaName = new QLineEdit(toQString(options.schemaName), group);
-        form->addRow(localizedQ("Schema name:"), m_schemaName);
-        const auto changeSQLFormat = [this] {
-            m_schemaName->setEnabled(schemaNameEnabledForSqlFormat(m_sqlFormat->currentData().toInt()));
-        };
-        connect(m_sqlFormat, &QComboBox::currentIndexChanged, this, changeSQLFormat);
-        changeSQLFormat();
-    }
-    const bool sql = m_kind == ExportFileType::SQL;
-    const bool sqlite = m_kind == ExportFileType::SQLite;
-    // Structure and data: shown for SQL (all five) and SQLite (keys, indexes, data); the other
-    // kinds keep both on so that the OK rule can be met.
-    m_structure = new QCheckBox(localizedQ("Export structure"), group);
-    m_dropTable = new QCheckBox(localizedQ("Include DROP TABLE"), group);
-    m_foreignKeys = new QCheckBox(localizedQ("Include foreign keys"), group);
-    m_indexes = new QCheckBox(localizedQ("Include indexes"), group);
-    m_data = new QCheckBox(localizedQ("Export data"), group);
-    m_structure->setChecked(options.exportStructure);
-    m_dropTable->setChecked(options.includeDropTable);
-    m_foreignKeys->setChecked(options.includeForeignKeys);
-    m_indexes->setChecked(options.includeIndexes);
-    m_data->setChecked(options.exportData);
-    for (QCheckBox *box : {m_structure, m_dropTable, m_foreignKeys, m_indexes, m_data})
-        form->addRow(box);
-    m_structure->setVisible(sql);
-    m_dropTable->setVisible(sql);
-    m_foreignKeys->setVisible(sql || sqlite);
-    m_indexes->setVisible(sql || sqlite);
-    m_data->setVisible(sql || sqlite);
-    const auto exportTableStructure = [this] {
-        const bool on = m_structure->isChecked();
-        m_dropTable->setEnabled(on);
-        m_foreignKeys->setEnabled(on || m_kind == ExportFileType::SQLite);
-        m_indexes->setEnabled(on || m_kind == ExportFileType::SQLite);
-        enableOkButtonCheck();
-    };
-    connect(m_structure, &QCheckBox::toggled, this, exportTableStructure);
-    connect(m_data, &QCheckBox::toggled, this, &ExportWizard::enableOkButtonCheck);
-    exportTableStructure();
-    if (form->rowCount() == 0 || (!m_header && !m_fieldDelimiter && !m_decimalSymbol && !m_encoding && !sql && !sqlite))
+    updateEnabledControls();
+    if (!anyShown)
         group->hide();
 
     auto *pathRow = new QHBoxLayout;
@@ -267,9 +160,10 @@ void ExportWizard::buildInterface()
     connect(choose, &QPushButton::clicked, this, &ExportWizard::selectExportPath);
     connect(m_pathField, &QLineEdit::textEdited, this, &ExportWizard::enableOkButtonCheck);
 
-    m_singleFile = new QCheckBox(localizedQ("Export single file"), this);
-    m_singleFile->setChecked(options.exportSingleFile);
-    m_singleFile->setVisible(isKind(m_kind, {ExportFileType::XLS, ExportFileType::XLSX, ExportFileType::SQL}));
+    const ExportOptionInfo &singleFile = exportOptionInfo(ExportOptionId::SingleFile);
+    m_singleFile = static_cast<QCheckBox *>(makeControl(singleFile, options, this));
+    if (!containsKind(singleFile.wizardKinds, m_kind))
+        m_singleFile->hide();
     layout->addWidget(m_singleFile);
     connect(m_singleFile, &QCheckBox::clicked, this, &ExportWizard::exportSingleFileToggled);
 
@@ -293,30 +187,157 @@ void ExportWizard::buildInterface()
     resize(560, 560);
 }
 
-void ExportWizard::readOptions()
+QWidget *ExportWizard::makeControl(const ExportOptionInfo &option, const ExportOptions &options, QWidget *parent)
+{
+    QWidget *widget = nullptr;
+    switch (option.control) {
+    case ExportControl::CheckBox: {
+        auto *box = new QCheckBox(localizedQ(option.label), parent);
+        connect(box, &QCheckBox::toggled, this, [this, id = option.id] {
+            updateEnabledControls();
+            // The OK rule reads structure and data among the options.
+            if (id == ExportOptionId::Structure || id == ExportOptionId::Data)
+                enableOkButtonCheck();
+        });
+        widget = box;
+        break;
+    }
+    case ExportControl::Menu: {
+        auto *box = new QComboBox(parent);
+        for (const ExportOptionChoice &choice : exportOptionChoices(option, m_kind))
+            box->addItem(option.localizedChoices ? localizedQ(choice.label) : QString::fromUtf8(choice.label),
+                         static_cast<int>(choice.value));
+        widget = box;
+        break;
+    }
+    case ExportControl::EncodingMenu: {
+        auto *box = new QComboBox(parent);
+        std::vector<EncodingEntry> encodings;
+        for (const StringEncoding &encoding : availableStringEncodings())
+            encodings.push_back(EncodingEntry::encodingEntryWithEncoding(encoding.code));
+        std::sort(encodings.begin(), encodings.end(), SortEncoding);
+        for (const EncodingEntry &entry : encodings)
+            box->addItem(toQString(entry.encodingName), QVariant::fromValue<qulonglong>(entry.encoding));
+        widget = box;
+        break;
+    }
+    case ExportControl::TextField: {
+        auto *field = new QLineEdit(parent);
+        if (option.id == ExportOptionId::DecimalSymbol)
+            field->setMaximumWidth(60);
+        widget = field;
+        break;
+    }
+    case ExportControl::None:
+        return nullptr;
+    }
+    m_controls[option.id] = widget;
+    showOptions(options);
+    if (auto *box = qobject_cast<QComboBox *>(widget); box && option.control == ExportControl::Menu)
+        connect(box, &QComboBox::currentIndexChanged, this, [this, &option] { menuChoiceChanged(option); });
+    return widget;
+}
+
+QWidget *ExportWizard::control(ExportOptionId id) const
+{
+    const auto found = m_controls.find(id);
+    return found == m_controls.end() ? nullptr : found->second;
+}
+
+QCheckBox *ExportWizard::checkBox(ExportOptionId id) const
+{
+    return qobject_cast<QCheckBox *>(control(id));
+}
+
+QComboBox *ExportWizard::menu(ExportOptionId id) const
+{
+    return qobject_cast<QComboBox *>(control(id));
+}
+
+QLineEdit *ExportWizard::textField(ExportOptionId id) const
+{
+    return qobject_cast<QLineEdit *>(control(id));
+}
+
+ExportOptions ExportWizard::optionsFromControls() const
 {
     ExportOptions options = m_job->options();
-    options.exportSingleFile = m_singleFile->isChecked();
-    if (m_header)
-        options.includeColumnHeader = m_header->isChecked();
-    if (m_fieldDelimiter)
-        options.fieldDelimiterTag = m_fieldDelimiter->currentData().toInt();
-    if (m_recordDelimiter)
-        options.recordDelimiterTag = m_recordDelimiter->currentData().toInt();
-    if (m_decimalSymbol)
-        options.decimalSymbol = m_decimalSymbol->text().toStdString();
-    if (m_encoding)
-        options.encoding = m_encoding->currentData().toULongLong();
-    if (m_sqlFormat)
-        options.sqlFormat = m_sqlFormat->currentData().toInt();
-    if (m_schemaName)
-        options.schemaName = m_schemaName->text().toStdString();
-    options.exportStructure = m_structure->isChecked();
-    options.includeDropTable = m_dropTable->isChecked();
-    options.includeForeignKeys = m_foreignKeys->isChecked();
-    options.includeIndexes = m_indexes->isChecked();
-    options.exportData = m_data->isChecked();
-    m_job->setOptions(options);
+    for (const auto &[id, widget] : m_controls) {
+        const ExportOptionInfo &option = exportOptionInfo(id);
+        switch (option.control) {
+        case ExportControl::CheckBox:
+            option.store(options, static_cast<QCheckBox *>(widget)->isChecked());
+            break;
+        case ExportControl::Menu:
+            option.store(options,
+                         static_cast<std::int64_t>(static_cast<QComboBox *>(widget)->currentData().toLongLong()));
+            break;
+        case ExportControl::EncodingMenu:
+            option.store(options,
+                         static_cast<std::int64_t>(static_cast<QComboBox *>(widget)->currentData().toULongLong()));
+            break;
+        case ExportControl::TextField:
+            option.store(options, static_cast<QLineEdit *>(widget)->text().toStdString());
+            break;
+        case ExportControl::None:
+            break;
+        }
+    }
+    return options;
+}
+
+void ExportWizard::showOptions(const ExportOptions &options)
+{
+    for (const auto &[id, widget] : m_controls) {
+        const ExportOptionInfo &option = exportOptionInfo(id);
+        const ExportOptionValue value = option.read(options);
+        switch (option.control) {
+        case ExportControl::CheckBox:
+            if (auto *box = static_cast<QCheckBox *>(widget); box->isChecked() != std::get<bool>(value))
+                box->setChecked(std::get<bool>(value));
+            break;
+        case ExportControl::Menu:
+            selectTag(static_cast<QComboBox *>(widget), static_cast<int>(std::get<std::int64_t>(value)));
+            break;
+        case ExportControl::EncodingMenu: {
+            auto *box = static_cast<QComboBox *>(widget);
+            const int index =
+                box->findData(QVariant::fromValue<qulonglong>(static_cast<qulonglong>(std::get<std::int64_t>(value))));
+            if (index >= 0 && index != box->currentIndex())
+                box->setCurrentIndex(index);
+            break;
+        }
+        case ExportControl::TextField:
+            if (const QString text = toQString(std::get<std::string>(value));
+                static_cast<QLineEdit *>(widget)->text() != text)
+                static_cast<QLineEdit *>(widget)->setText(text);
+            break;
+        case ExportControl::None:
+            break;
+        }
+    }
+}
+
+void ExportWizard::updateEnabledControls()
+{
+    const ExportOptions options = optionsFromControls();
+    for (const auto &[id, widget] : m_controls)
+        if (const ExportOptionInfo &option = exportOptionInfo(id); option.enabledWhen)
+            widget->setEnabled(option.enabledWhen(m_kind, options));
+}
+
+void ExportWizard::menuChoiceChanged(const ExportOptionInfo &option)
+{
+    // A choice may imply others ("," goes with "." as the decimal symbol and ";" with ",").
+    ExportOptions options = optionsFromControls();
+    chooseExportOption(option, options, static_cast<std::int64_t>(menu(option.id)->currentData().toLongLong()));
+    showOptions(options);
+    updateEnabledControls();
+}
+
+void ExportWizard::readOptions()
+{
+    m_job->setOptions(optionsFromControls());
     m_job->setExportPath(m_pathField->text().toStdString());
 }
 
@@ -350,7 +371,8 @@ QString ExportWizard::choosePath(bool chooseFolder, const QString &start)
 
 void ExportWizard::selectExportPath()
 {
-    const bool saveFile = hasSingleFileTarget(m_kind) && m_singleFile->isChecked();
+    const ExportKindInfo *info = exportKindInfo(m_kind);
+    const bool saveFile = info && info->singleFileTarget && m_singleFile->isChecked();
     const QString chosen = choosePath(!saveFile, m_pathField->text());
     if (!chosen.isEmpty()) {
         QString path = chosen;

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "export/ExportJob.h"
+#include "export/exportRegistry.h"
 
 #include <QDialog>
 #include <QPointer>
 
 #include <atomic>
 #include <functional>
+#include <map>
 #include <memory>
 
 class QCheckBox;
@@ -52,18 +54,23 @@ public:
     QLineEdit *pathField() const { return m_pathField; }
     QLabel *pathLabel() const { return m_pathLabel; }
     QCheckBox *singleFileBox() const { return m_singleFile; }
-    QCheckBox *structureBox() const { return m_structure; }
-    QCheckBox *dataBox() const { return m_data; }
-    QCheckBox *dropTableBox() const { return m_dropTable; }
-    QCheckBox *foreignKeysBox() const { return m_foreignKeys; }
-    QCheckBox *indexesBox() const { return m_indexes; }
-    QCheckBox *headerBox() const { return m_header; }
-    QComboBox *fieldDelimiterBox() const { return m_fieldDelimiter; }
-    QComboBox *recordDelimiterBox() const { return m_recordDelimiter; }
-    QLineEdit *decimalSymbolField() const { return m_decimalSymbol; }
-    QComboBox *encodingBox() const { return m_encoding; }
-    QComboBox *sqlFormatBox() const { return m_sqlFormat; }
-    QLineEdit *schemaNameField() const { return m_schemaName; }
+    QCheckBox *structureBox() const { return checkBox(ExportOptionId::Structure); }
+    QCheckBox *dataBox() const { return checkBox(ExportOptionId::Data); }
+    QCheckBox *dropTableBox() const { return checkBox(ExportOptionId::DropTable); }
+    QCheckBox *foreignKeysBox() const { return checkBox(ExportOptionId::ForeignKeys); }
+    QCheckBox *indexesBox() const { return checkBox(ExportOptionId::Indexes); }
+    QCheckBox *headerBox() const { return checkBox(ExportOptionId::ColumnHeader); }
+    QComboBox *fieldDelimiterBox() const { return menu(ExportOptionId::FieldDelimiter); }
+    QComboBox *recordDelimiterBox() const { return menu(ExportOptionId::RecordDelimiter); }
+    QLineEdit *decimalSymbolField() const { return textField(ExportOptionId::DecimalSymbol); }
+    QComboBox *encodingBox() const { return menu(ExportOptionId::Encoding); }
+    QComboBox *sqlFormatBox() const { return menu(ExportOptionId::SqlFormat); }
+    QLineEdit *schemaNameField() const { return textField(ExportOptionId::SchemaName); }
+    /// The control of an option (nullptr when the kind has none); by the control's type.
+    QWidget *control(ExportOptionId id) const;
+    QCheckBox *checkBox(ExportOptionId id) const;
+    QComboBox *menu(ExportOptionId id) const;
+    QLineEdit *textField(ExportOptionId id) const;
     /// The progress sheet's label and Stop button while an export runs (nullptr otherwise).
     QLabel *progressLabel() const { return m_progressLabel; }
     QPushButton *stopButton() const { return m_stopButton; }
@@ -82,6 +89,16 @@ signals:
 
 private:
     void buildInterface();
+    /// Makes the control of one option in `parent` with the value `options` hold.
+    QWidget *makeControl(const ExportOptionInfo &option, const ExportOptions &options, QWidget *parent);
+    /// The option values the controls hold, over the job's options.
+    ExportOptions optionsFromControls() const;
+    /// Sets every control to the value `options` hold (where it differs).
+    void showOptions(const ExportOptions &options);
+    /// Enables each control by its option's rule.
+    void updateEnabledControls();
+    /// A menu's choice changed: stores it with what it implies and shows the result.
+    void menuChoiceChanged(const ExportOptionInfo &option);
     void exportSingleFileToggled();
     void updateExportSingleFileLabels();
     void readOptions();
@@ -114,18 +131,8 @@ private:
     QLabel *m_pathLabel = nullptr;
     QLineEdit *m_pathField = nullptr;
     QCheckBox *m_singleFile = nullptr;
-    QCheckBox *m_header = nullptr;
-    QComboBox *m_fieldDelimiter = nullptr;
-    QComboBox *m_recordDelimiter = nullptr;
-    QLineEdit *m_decimalSymbol = nullptr;
-    QComboBox *m_encoding = nullptr;
-    QComboBox *m_sqlFormat = nullptr;
-    QLineEdit *m_schemaName = nullptr;
-    QCheckBox *m_structure = nullptr;
-    QCheckBox *m_dropTable = nullptr;
-    QCheckBox *m_foreignKeys = nullptr;
-    QCheckBox *m_indexes = nullptr;
-    QCheckBox *m_data = nullptr;
+    /// The control of each option the kind has, made from the registry.
+    std::map<ExportOptionId, QWidget *> m_controls;
 
     QPointer<QDialog> m_progress;
     QLabel *m_progressLabel = nullptr;

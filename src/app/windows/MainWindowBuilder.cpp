@@ -11,6 +11,7 @@
 #include "browser/BrowserController.h"
 #include "browser/localizedFormat.h"
 #include "export/ExportRoutines.h"
+#include "export/exportRegistry.h"
 
 #include <QAction>
 #include <QApplication>
@@ -25,6 +26,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <optional>
+
 namespace vellum {
 
 namespace {
@@ -34,27 +37,19 @@ struct ToolbarItemDefinition {
     const char *image;
     const char *label;
     const char *tooltip;
-    int kind; ///< export kind, -1 for none
+    std::optional<ExportFileType> kind; ///< the export kind of an export item
 };
 
 const ToolbarItemDefinition kToolbarItems[] = {
-    {"navigationBack", "back_32x32", "Back", "Show the previous table", -1},
-    {"navigationNext", "forward_32x32", "Next", "Show the next table", -1},
-    {"open", "open_folder_32x32", "Open", "Open MDB files", -1},
-    {"exportCsv", "CSV_32x32", "Export CSV", "Export CSV", 0},
-    {"exportTxt", "TXT_32x32", "Export TXT", "Export TXT", 1},
-    {"exportXml", "XML_32x32", "Export XML", "Export XML", 2},
-    {"exportXls", "XLS_32x32", "Export XLS", "Export XLS", 3},
-    {"exportSql", "SQL_32x32", "Export SQL", "Export SQL", 4},
-    {"exportSqlite", "SQLite_32x32", "Export SQLite", "Export SQLite", 5},
-};
-
-/// The kinds in the Export menus, in menu order, with their titles.
-const std::pair<ExportFileType, const char *> kExportMenuKinds[] = {
-    {ExportFileType::CSV, "Export CSV"},       {ExportFileType::TXT, "Export TXT"},
-    {ExportFileType::XML, "Export XML"},       {ExportFileType::XLS, "Export XLS"},
-    {ExportFileType::XLSX, "Export XLSX"},     {ExportFileType::SQL, "Export SQL"},
-    {ExportFileType::SQLite, "Export SQLite"},
+    {"navigationBack", "back_32x32", "Back", "Show the previous table", std::nullopt},
+    {"navigationNext", "forward_32x32", "Next", "Show the next table", std::nullopt},
+    {"open", "open_folder_32x32", "Open", "Open MDB files", std::nullopt},
+    {"exportCsv", "CSV_32x32", "Export CSV", "Export CSV", ExportFileType::CSV},
+    {"exportTxt", "TXT_32x32", "Export TXT", "Export TXT", ExportFileType::TXT},
+    {"exportXml", "XML_32x32", "Export XML", "Export XML", ExportFileType::XML},
+    {"exportXls", "XLS_32x32", "Export XLS", "Export XLS", ExportFileType::XLS},
+    {"exportSql", "SQL_32x32", "Export SQL", "Export SQL", ExportFileType::SQL},
+    {"exportSqlite", "SQLite_32x32", "Export SQLite", "Export SQLite", ExportFileType::SQLite},
 };
 
 } // namespace
@@ -170,8 +165,7 @@ void MainWindowBuilder::buildToolbar(Controls &controls)
             controls.toolbarOpen = action;
         } else {
             action->setCheckable(true);
-            const auto kind = static_cast<ExportFileType>(entry.kind);
-            controls.exportActions.emplace_back(kind, action);
+            controls.exportActions.emplace_back(*entry.kind, action);
         }
     }
     auto *spacer = new QWidget(toolbar);
@@ -260,8 +254,8 @@ void MainWindowBuilder::buildMenus(Controls &controls)
     controls.closeItem = fileMenu->addAction(localizedQ("Close File"));
     controls.closeItem->setShortcut(QKeySequence(QStringLiteral("Ctrl+W")));
     QMenu *exportMenu = fileMenu->addMenu(localizedQ("Export"));
-    for (const auto &[kind, title] : kExportMenuKinds) {
-        QAction *item = exportMenu->addAction(localizedQ(title));
+    for (const ExportFileType kind : exportMenuKinds()) {
+        QAction *item = exportMenu->addAction(localizedQ(exportKindInfo(kind)->title));
         item->setData(static_cast<int>(kind) + 1); // menu items carry their kind plus one
         controls.exportActions.emplace_back(kind, item);
     }
@@ -327,8 +321,8 @@ MainWindowBuilder::ItemMenu MainWindowBuilder::buildItemMenu(const BrowserItem &
     built.menu = menu;
     QMenu *exportMenu = new QMenu(localizedQ("Export"), menu);
     exportMenu->menuAction()->setData(kTagExportSubmenu);
-    for (const auto &[kind, title] : kExportMenuKinds) {
-        QAction *action = exportMenu->addAction(localizedQ(title));
+    for (const ExportFileType kind : exportMenuKinds()) {
+        QAction *action = exportMenu->addAction(localizedQ(exportKindInfo(kind)->title));
         action->setData(static_cast<int>(kind) + 1);
         action->setEnabled(isExportFileTypeAvailable(kind));
         built.exportActions.emplace_back(kind, action);
