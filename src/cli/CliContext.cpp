@@ -30,10 +30,37 @@ int usageError(const Command &command, const std::string &message)
     return kExitUsage;
 }
 
+bool takeCodePageOption(CliContext &context, std::string &error)
+{
+    auto &args = context.args;
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        if (args[i] == "--")
+            break;
+        if (args[i] != "--codepage")
+            continue;
+        if (i + 1 >= args.size()) {
+            error = "option --codepage needs a code page (e.g. GBK, CP1251)";
+            return false;
+        }
+        if (!isKnownCodePage(args[i + 1])) {
+            error = "unknown code page '" + args[i + 1] + "'";
+            return false;
+        }
+        context.codePage = args[i + 1];
+        args.erase(args.begin() + static_cast<std::ptrdiff_t>(i), args.begin() + static_cast<std::ptrdiff_t>(i) + 2);
+        --i;
+    }
+    return true;
+}
+
 std::unique_ptr<TOrbMDBFile> openDatabase(CliContext &context, const std::string &path)
 {
-    if (!context.reader)
-        context.reader = chooseFileReader([](const std::string &line) { std::fprintf(stderr, "%s\n", line.c_str()); });
+    if (!context.reader) {
+        LoadOptions load;
+        load.jet3CodePage = context.codePage;
+        context.reader =
+            chooseFileReader([](const std::string &line) { std::fprintf(stderr, "%s\n", line.c_str()); }, load);
+    }
     auto file = TOrbMDBFile::fromPath(path);
     LoadProgress progress(file->size());
     if (access(path.c_str(), R_OK) != 0 || !file->open(*context.reader, progress.observer())) {

@@ -27,6 +27,9 @@ struct CliContext {
     /// How `openDatabase` reads files; chosen at the first open (isolated when vellum-loader
     /// is beside vellum-cli, otherwise in process with a line on standard error saying so).
     std::unique_ptr<FileReader> reader;
+    /// `--codepage NAME`: the code page of Jet 3 files' text (they do not record it); empty
+    /// for windows-1252.
+    std::string codePage;
 };
 
 /// A command: name, one-line summary, usage text and the function that runs it.
@@ -36,6 +39,11 @@ struct Command {
     const char *usage;
     int (*run)(CliContext &context);
 };
+
+/// Takes "--codepage NAME" (accepted by every command that reads a file) out of the context's
+/// arguments into `context.codePage`; false, with `error` set, when the name is missing or iconv
+/// does not know it.
+bool takeCodePageOption(CliContext &context, std::string &error);
 
 /// True when the arguments ask for help.
 bool wantsHelp(const std::vector<std::string> &args);

@@ -21,7 +21,9 @@ void printHelp(std::FILE *out)
                       "Commands:\n");
     for (const Command *command : allCommands())
         std::fprintf(out, "  %-8s %s\n", command->name, command->summary);
-    std::fprintf(out, "\nRun 'vellum-cli COMMAND --help' for the options of a command.\n");
+    std::fprintf(out, "\nRun 'vellum-cli COMMAND --help' for the options of a command. Every command that reads\n"
+                      "a file takes --codepage NAME: the code page of an Access 97 file's text (default\n"
+                      "windows-1252; such files do not record it), e.g. GBK or CP1251.\n");
 }
 
 /// Keeps the real standard output for the tool and sends descriptor 1 to standard error.
@@ -67,9 +69,12 @@ int main(int argc, char **argv)
             context.out = out;
             for (int i = 2; i < argc; ++i)
                 context.args.emplace_back(argv[i]);
+            std::string error;
             if (wantsHelp(context.args)) {
                 std::fprintf(out, "usage: %s\n", chosen->usage);
                 status = kExitOk;
+            } else if (!takeCodePageOption(context, error)) {
+                status = usageError(*chosen, error);
             } else {
                 status = chosen->run(context);
             }

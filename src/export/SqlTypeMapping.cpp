@@ -18,7 +18,7 @@ struct TypeRow {
 // Several cells are odd on purpose (MySQL "char" for Boolean, "float" for every fractional type,
 // "varchar" without a length for Binary; SQL Server "char" for Byte and the type name
 // "Sybase_Replication ID"; SQLite "INTEGER" for Numeric): scripts must keep exactly these names.
-constexpr std::array<TypeRow, 15> kTypeTable = {{
+constexpr std::array<TypeRow, 17> kTypeTable = {{
     {"Boolean", {"char", "BOOL", "NUMBER(1)", "INTEGER", "bit"}},
     {"Byte", {"int", "SMALLINT", "NUMBER(3)", "INTEGER", "char"}},
     {"Integer", {"int", "INTEGER", "NUMBER(5)", "INTEGER", "smallint"}},
@@ -34,6 +34,8 @@ constexpr std::array<TypeRow, 15> kTypeTable = {{
     {"Replication ID", {"varchar(16)", "UUID", "NUMBER", "TEXT", "Sybase_Replication ID"}},
     {"Numeric", {"numeric", "NUMERIC(15,2)", "NUMBER", "INTEGER", "numeric"}},
     {"Complex Value auto number", {"int", "INTEGER", "NUMBER(11)", "INTEGER", "int"}},
+    {"Large Number", {"bigint", "BIGINT", "NUMBER(19)", "INTEGER", "bigint"}},
+    {"Date/Time Extended", {"datetime(6)", "TIMESTAMP", "TIMESTAMP", "TEXT", "datetime2(7)"}},
 }};
 
 bool parseDigits(std::string_view text, std::size_t pos, std::size_t count, int &value)

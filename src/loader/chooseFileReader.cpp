@@ -11,13 +11,17 @@ std::string inProcessNotice(const std::string &helperPath)
            (helperPath.empty() ? std::string("(the executable's folder is unknown)") : helperPath);
 }
 
-std::unique_ptr<FileReader> chooseFileReader(const std::function<void(const std::string &line)> &tell)
+std::unique_ptr<FileReader> chooseFileReader(const std::function<void(const std::string &line)> &tell,
+                                             const LoadOptions &load)
 {
-    if (isolatedLoaderAvailable())
-        return std::make_unique<IsolatedReader>();
+    if (isolatedLoaderAvailable()) {
+        IsolatedLoadOptions options;
+        options.load = load;
+        return std::make_unique<IsolatedReader>(std::move(options));
+    }
     if (tell)
         tell(inProcessNotice(helperPathBesideExecutable()));
-    return std::make_unique<InProcessReader>();
+    return std::make_unique<InProcessReader>(load);
 }
 
 } // namespace vellum

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mdb/MdbLoader.h"
 #include "model/FileReader.h"
 
 #include <functional>
@@ -16,6 +17,8 @@ std::string inProcessNotice(const std::string &helperPath);
 /// found beside the running executable; otherwise the in-process reader, after handing `tell`
 /// the line of `inProcessNotice` with the path looked at (standard error for the command
 /// line, the log for the window), so that losing the isolation is never silent.
-std::unique_ptr<FileReader> chooseFileReader(const std::function<void(const std::string &line)> &tell);
+/// `load` is passed on to whichever reader is chosen.
+std::unique_ptr<FileReader> chooseFileReader(const std::function<void(const std::string &line)> &tell,
+                                             const LoadOptions &load = {});
 
 } // namespace vellum

@@ -31,11 +31,11 @@ ColumnValueClass columnValueClassForDataType(std::string_view dataType)
 {
     if (dataType == "Text" || dataType == "Memo/Hyperlink")
         return ColumnValueClass::Text;
-    if (dataType == "Long Integer" || dataType == "Integer" || dataType == "Numeric")
+    if (dataType == "Long Integer" || dataType == "Integer" || dataType == "Numeric" || dataType == "Large Number")
         return ColumnValueClass::Number;
     if (dataType == "Double" || dataType == "Currency" || dataType == "Single")
         return ColumnValueClass::Fraction;
-    if (dataType == "DateTime")
+    if (dataType == "DateTime" || dataType == "Date/Time Extended")
         return ColumnValueClass::DateTime;
     if (dataType == "Boolean")
         return ColumnValueClass::Boolean;

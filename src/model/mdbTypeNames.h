@@ -14,12 +14,12 @@ std::string mdb_get_colbacktype_string_fromMdbType(int typeCode);
 /// every export (text, SQL, SQLite, workbooks).
 enum class ColumnValueClass {
     Text,     ///< "Text", "Memo/Hyperlink": quoted text
-    DateTime, ///< "DateTime": libmdb's month-first date text, quoted
-    Binary,   ///< "Binary": the bytes as libmdb renders them, quoted
+    DateTime, ///< "DateTime", "Date/Time Extended": month-first date text, quoted
+    Binary,   ///< "Binary": the bytes as stored, quoted
     Guid,     ///< "Replication ID": a "{…}" GUID text
     Boolean,  ///< "Boolean"
     Fraction, ///< "Currency", "Single", "Double": numbers whose "." becomes the decimal symbol
-    Number,   ///< "Integer", "Long Integer", "Numeric": numbers that workbooks store as numbers
+    Number,   ///< "Integer", "Long Integer", "Numeric", "Large Number": numbers that workbooks store as numbers
     Other,    ///< "Byte", "OLE", "Complex Value auto number" and any other name: as it stands
 };
 

@@ -33,6 +33,8 @@ TEST(VellumCli, ExitStatusesAndMessages)
         {{"list"}, 2, "usage: vellum-cli list"},
         {{"list", fixturePath("features.mdb"), "--bogus"}, 2, "--bogus"},
         {{"rows", fixturePath("features.mdb")}, 2, "usage:"},
+        {{"list", fixturePath("features.mdb"), "--codepage", "KLINGON"}, 2, "unknown code page 'KLINGON'"},
+        {{"list", fixturePath("features.mdb"), "--codepage"}, 2, "--codepage needs a code page"},
         {{"frobnicate"}, 2, "unknown command"},
         {{}, 2, "usage:"},
     };
@@ -110,6 +112,19 @@ TEST(VellumCli, RowsAsTextAndJson)
             EXPECT_EQ(json["rows"][r][memoColumn], memo) << "row " << r;
         }
     }
+}
+
+TEST(VellumCli, CodePageOfJet3TextIsTheCallersChoice)
+{
+    // An Access 97 file does not record its code page: windows-1252 unless --codepage says
+    // otherwise, through the helper process and in the rows of every command.
+    const std::string db = fixturePath("jet3_charsetGBK.mdb");
+    const auto gbk = runTool("vellum-cli", {"rows", db, "table1", "--codepage", "GBK"});
+    ASSERT_EQ(gbk.exitStatus, 0) << gbk.err;
+    EXPECT_EQ(gbk.out, "ID\tfield1\n2\tGBK\u7f16\u7801\n");
+    const auto plain = runTool("vellum-cli", {"rows", db, "table1"});
+    ASSERT_EQ(plain.exitStatus, 0) << plain.err;
+    EXPECT_EQ(plain.out, "ID\tfield1\n2\tGBK\u00b1\u00e0\u00c2\u00eb\n");
 }
 
 } // namespace

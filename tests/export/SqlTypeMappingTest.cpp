@@ -35,6 +35,8 @@ TEST(SqlTypeMapping, TypeTableForEveryDialect)
         {"Replication ID", {"varchar(16)", "UUID", "NUMBER", "TEXT", "Sybase_Replication ID"}},
         {"Numeric", {"numeric", "NUMERIC(15,2)", "NUMBER", "INTEGER", "numeric"}},
         {"Complex Value auto number", {"int", "INTEGER", "NUMBER(11)", "INTEGER", "int"}},
+        {"Large Number", {"bigint", "BIGINT", "NUMBER(19)", "INTEGER", "bigint"}},
+        {"Date/Time Extended", {"datetime(6)", "TIMESTAMP", "TIMESTAMP", "TEXT", "datetime2(7)"}},
         // Not listed (or spelled differently): unchanged in every dialect.
         {"Attachment", {"Attachment", "Attachment", "Attachment", "Attachment", "Attachment"}},
         {"text", {"text", "text", "text", "text", "text"}},

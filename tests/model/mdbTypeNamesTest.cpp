@@ -14,6 +14,8 @@ TEST(mdbTypeNames, ValueClassOfEveryColumnTypeName)
         {"Text", C::Text},
         {"Memo/Hyperlink", C::Text},
         {"DateTime", C::DateTime},
+        {"Date/Time Extended", C::DateTime},
+        {"Large Number", C::Number},
         {"Binary", C::Binary},
         {"Replication ID", C::Guid},
         {"Boolean", C::Boolean},
