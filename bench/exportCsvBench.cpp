@@ -70,8 +70,8 @@ int main(int argc, char **argv)
         }
         const std::string out = work + "/vellum";
         const std::string peerFile = work + "/peer.csv";
-        const std::string vellumCommand =
-            shellQuoted(cli) + " export " + shellQuoted(path) + " " + shellQuoted(out) + " --format csv --table Big > /dev/null";
+        const std::string vellumCommand = shellQuoted(cli) + " export " + shellQuoted(path) + " " + shellQuoted(out) +
+                                          " --format csv --table Big > /dev/null";
         const std::string peerCommand = "mdb-export " + shellQuoted(path) + " Big > " + shellQuoted(peerFile);
         CommandTime vellumBest{1e9, 1e9}, peerBest{1e9, 1e9};
         for (int i = 0; i < runs; ++i) {
@@ -89,9 +89,10 @@ int main(int argc, char **argv)
         const double ratio = vellumBest.wall / peerBest.wall;
         const double cpuRatio = vellumBest.cpu / peerBest.cpu;
         allMet = allMet && ratio <= 1.2;
-        std::printf("%s: vellum-cli %.3f s (%lld bytes), mdb-export %.3f s (%lld bytes), ratio %.2f (target <= 1.20: %s)\n",
-                    name, vellumBest.wall, fileBytes(out + "/Big.csv"), peerBest.wall, fileBytes(peerFile), ratio,
-                    ratio <= 1.2 ? "met" : "NOT met");
+        std::printf(
+            "%s: vellum-cli %.3f s (%lld bytes), mdb-export %.3f s (%lld bytes), ratio %.2f (target <= 1.20: %s)\n",
+            name, vellumBest.wall, fileBytes(out + "/Big.csv"), peerBest.wall, fileBytes(peerFile), ratio,
+            ratio <= 1.2 ? "met" : "NOT met");
         std::printf("%s:   processor time: vellum-cli %.3f s, mdb-export %.3f s, ratio %.2f\n", name, vellumBest.cpu,
                     peerBest.cpu, cpuRatio);
         std::printf("%s:   in-process split: open %.3f s, write CSV %.3f s (processor %.3f s)\n", name, openSeconds,

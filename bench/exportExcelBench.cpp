@@ -25,12 +25,12 @@
 
 #include <algorithm>
 #include <atomic>
-#include <thread>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 using namespace vellum;
@@ -120,7 +120,10 @@ long long sheetStringBytes(const TOrbMDBTable &table, std::size_t first, std::si
     return bytes;
 }
 
-double megabytes(long long bytes) { return static_cast<double>(bytes) / (1024.0 * 1024.0); }
+double megabytes(long long bytes)
+{
+    return static_cast<double>(bytes) / (1024.0 * 1024.0);
+}
 
 } // namespace
 
@@ -168,9 +171,9 @@ int main(int argc, char **argv)
         for (int i = 0; i < runs; ++i) {
             for (int f = 0; f < 3; ++f) {
                 const std::string out = work + "/command-" + formats[f] + (f == 0 ? "" : std::string(".") + formats[f]);
-                const CommandTime time = timeShellCommand(shellQuoted(cli) + " export " + shellQuoted(path) + " " +
-                                                          shellQuoted(out) + " --format " + formats[f] +
-                                                          (f == 0 ? " --table Big" : " --table Big --single-file") + " > /dev/null");
+                const CommandTime time = timeShellCommand(
+                    shellQuoted(cli) + " export " + shellQuoted(path) + " " + shellQuoted(out) + " --format " +
+                    formats[f] + (f == 0 ? " --table Big" : " --table Big --single-file") + " > /dev/null");
                 if (time.wall < 0) {
                     std::printf("%s: vellum-cli export --format %s failed\n", name.c_str(), formats[f]);
                     return 1;
@@ -178,17 +181,18 @@ int main(int argc, char **argv)
                 commandBest[f] = {std::min(commandBest[f].wall, time.wall), std::min(commandBest[f].cpu, time.cpu)};
             }
         }
-        std::printf("%s: vellum-cli export --table Big: csv %.3f s (processor %.3f s)\n", name.c_str(), commandBest[0].wall,
-                    commandBest[0].cpu);
+        std::printf("%s: vellum-cli export --table Big: csv %.3f s (processor %.3f s)\n", name.c_str(),
+                    commandBest[0].wall, commandBest[0].cpu);
         const double targets[3] = {0, 1.5, 3.0};
         for (int f = 1; f < 3; ++f) {
             const double cpuRatio = commandBest[f].cpu / commandBest[0].cpu;
             const bool met = cpuRatio <= targets[f];
             allMet = allMet && met;
-            std::printf("%s: vellum-cli export --table Big: %-4s %.3f s (processor %.3f s); ratio to csv %.2f (wall %.2f), "
-                        "target <= %.1f: %s\n",
-                        name.c_str(), formats[f], commandBest[f].wall, commandBest[f].cpu, cpuRatio,
-                        commandBest[f].wall / commandBest[0].wall, targets[f], met ? "met" : "NOT met");
+            std::printf(
+                "%s: vellum-cli export --table Big: %-4s %.3f s (processor %.3f s); ratio to csv %.2f (wall %.2f), "
+                "target <= %.1f: %s\n",
+                name.c_str(), formats[f], commandBest[f].wall, commandBest[f].cpu, cpuRatio,
+                commandBest[f].wall / commandBest[0].wall, targets[f], met ? "met" : "NOT met");
         }
 
         // 2. The writing alone.
@@ -216,14 +220,16 @@ int main(int argc, char **argv)
             }
         }
         const Run &csv = kinds[0].best;
-        std::printf("%s: writing from the loaded model: csv  %.3f s (processor %.3f s), %lld bytes, peak memory %.1f MB\n",
-                    name.c_str(), csv.wall, csv.cpu, fileBytes(work + "/csv/Big.csv"), megabytes(csv.peakExtra));
+        std::printf(
+            "%s: writing from the loaded model: csv  %.3f s (processor %.3f s), %lld bytes, peak memory %.1f MB\n",
+            name.c_str(), csv.wall, csv.cpu, fileBytes(work + "/csv/Big.csv"), megabytes(csv.peakExtra));
         for (const Kind &k : {kinds[1], kinds[2]}) {
             const bool memoryMet = k.best.peakExtra <= k.memoryTarget;
             allMet = allMet && memoryMet;
-            std::printf("%s: writing from the loaded model: %-4s %.3f s (processor %.3f s, %.2f times csv), %lld bytes\n",
-                        name.c_str(), k.extension, k.best.wall, k.best.cpu, k.best.cpu / csv.cpu,
-                        fileBytes(work + "/" + k.extension + "/Big." + k.extension));
+            std::printf(
+                "%s: writing from the loaded model: %-4s %.3f s (processor %.3f s, %.2f times csv), %lld bytes\n",
+                name.c_str(), k.extension, k.best.wall, k.best.cpu, k.best.cpu / csv.cpu,
+                fileBytes(work + "/" + k.extension + "/Big." + k.extension));
             std::printf("%s: %-4s peak memory above the loaded model %.1f MB, one sheet's strings %.1f MB: %s\n",
                         name.c_str(), k.extension, megabytes(k.best.peakExtra), megabytes(k.memoryTarget),
                         memoryMet ? "met" : "NOT met");

@@ -144,8 +144,7 @@ int main(int argc, char **argv)
                 split.open, split.write, split.write * 1e6 / 200000);
     if (split.autocommitPerRow > 0)
         std::printf("big.mdb:   one autocommitted statement a row: %.1f us a row over %zu rows, %.0f times slower\n",
-                    split.autocommitPerRow * 1e6, kAutocommitSample,
-                    split.autocommitPerRow / (split.write / 200000));
+                    split.autocommitPerRow * 1e6, kAutocommitSample, split.autocommitPerRow / (split.write / 200000));
     std::error_code ignored;
     std::filesystem::remove_all(work, ignored);
     return met ? 0 : 1;

@@ -90,8 +90,9 @@ int main(int argc, char **argv)
         const int rounds = fs::file_size(path) > (8u << 20) ? 5 : 7;
         const auto inProcess = [&](unsigned workers) {
             return best(rounds, [&] {
-                return openWith(path,
-                                [&](TOrbMDBFile &f) { return loadFileInProcess(f, nullptr, LoadOptions{.workers = workers}); });
+                return openWith(path, [&](TOrbMDBFile &f) {
+                    return loadFileInProcess(f, nullptr, LoadOptions{.workers = workers});
+                });
             });
         };
         const auto isolated = [&](unsigned workers) {

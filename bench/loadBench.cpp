@@ -57,7 +57,6 @@ Measure measureLoad(const std::string &path, FileReader &reader)
     return m;
 }
 
-
 } // namespace
 
 int main(int argc, char **argv)
@@ -100,7 +99,8 @@ int main(int argc, char **argv)
         }
         const double peakMiB = peak / 1024.0;
         std::printf("%-11s %8.3f %8.3f %6.2f %8.3f %8.3f %6.2f %9.1f %8.1f %6.2f\n", name, best, bestExport,
-                    best / bestExport, bestCpu, bestExportCpu, bestCpu / bestExportCpu, peakMiB, csvMiB, peakMiB / csvMiB);
+                    best / bestExport, bestCpu, bestExportCpu, bestCpu / bestExportCpu, peakMiB, csvMiB,
+                    peakMiB / csvMiB);
     }
     std::printf("targets: load/export wall <= 0.30, processor <= 0.60, peak memory / CSV size <= 1.25\n");
     return failures ? 1 : 0;

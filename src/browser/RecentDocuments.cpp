@@ -66,7 +66,8 @@ std::vector<Entry> registeredEntries(GBookmarkFile *file, const std::string &app
             continue;
         gchar *path = g_filename_from_uri(uris[i], nullptr, nullptr);
         if (path) {
-            out.push_back({path, stamp ? g_date_time_to_unix(stamp) * 1000000 + g_date_time_get_microsecond(stamp) : 0, i});
+            out.push_back(
+                {path, stamp ? g_date_time_to_unix(stamp) * 1000000 + g_date_time_get_microsecond(stamp) : 0, i});
             g_free(path);
         }
     }

@@ -132,7 +132,8 @@ bool RowFilter::matchesFolded(std::string_view haystack) const
     return matchesMode(folded, m_foldedText, m_option);
 }
 
-bool RowFilter::rowPasses(const TOrbMDBTable &table, std::size_t row, const std::vector<std::size_t> &searchColumns) const
+bool RowFilter::rowPasses(const TOrbMDBTable &table, std::size_t row,
+                          const std::vector<std::size_t> &searchColumns) const
 {
     if (!active())
         return true;

@@ -27,8 +27,7 @@ constexpr int kMaxChunks = 16;
 /// Rows looked at to choose the key length.
 constexpr std::size_t kSampleRows = 1024;
 
-template <std::size_t KeyBytes>
-struct SortEntry {
+template <std::size_t KeyBytes> struct SortEntry {
     unsigned char key[KeyBytes];
     unsigned char length;
     std::uint32_t row;
@@ -48,8 +47,7 @@ std::string_view sortText(const TOrbMDBTable &table, std::uint32_t row, std::siz
 }
 
 /// Key prefixes in ascending order; equal cut prefixes count as equal here.
-template <std::size_t KeyBytes>
-bool prefixLess(const SortEntry<KeyBytes> &a, const SortEntry<KeyBytes> &b)
+template <std::size_t KeyBytes> bool prefixLess(const SortEntry<KeyBytes> &a, const SortEntry<KeyBytes> &b)
 {
     const int c = std::memcmp(a.key, b.key, std::min(a.length, b.length));
     if (c != 0)
@@ -57,8 +55,7 @@ bool prefixLess(const SortEntry<KeyBytes> &a, const SortEntry<KeyBytes> &b)
     return a.length < b.length;
 }
 
-template <std::size_t KeyBytes>
-bool prefixTied(const SortEntry<KeyBytes> &a, const SortEntry<KeyBytes> &b)
+template <std::size_t KeyBytes> bool prefixTied(const SortEntry<KeyBytes> &a, const SortEntry<KeyBytes> &b)
 {
     return a.length == KeyBytes && b.length == KeyBytes && std::memcmp(a.key, b.key, KeyBytes) == 0;
 }
@@ -235,30 +232,29 @@ std::optional<std::vector<std::uint32_t>> sortedRowsWithKeys(const TOrbMDBTable 
     entries = {};
     if (isStopped(stopped))
         return std::nullopt;
-    forChunks(
-        runs.size(), tiedRows, [&](std::size_t begin, std::size_t end) {
-            if constexpr (Ascii) {
-                for (std::size_t r = begin; r < end; ++r) {
-                    // Copies of one text need no ordering.
-                    const std::string_view head = sortText(table, out[runs[r].first], column);
-                    if (std::all_of(out.begin() + static_cast<std::ptrdiff_t>(runs[r].first) + 1,
-                                    out.begin() + static_cast<std::ptrdiff_t>(runs[r].second),
-                                    [&](std::uint32_t row) { return sortText(table, row, column) == head; }))
-                        continue;
-                    std::vector<std::pair<std::string, std::uint32_t>> keyed;
-                    for (std::size_t i = runs[r].first; i < runs[r].second; ++i)
-                        keyed.emplace_back(columnKey(sortText(table, out[i], column), true), out[i]);
-                    std::stable_sort(keyed.begin(), keyed.end(),
-                                     [](const auto &a, const auto &b) { return a.first < b.first; });
-                    for (std::size_t i = 0; i < keyed.size(); ++i)
-                        out[runs[r].first + i] = keyed[i].second;
-                }
-            } else {
-                TieBreaker breaker(table, column, states);
-                for (std::size_t r = begin; r < end; ++r)
-                    breaker.order(out.data() + runs[r].first, out.data() + runs[r].second, 0);
+    forChunks(runs.size(), tiedRows, [&](std::size_t begin, std::size_t end) {
+        if constexpr (Ascii) {
+            for (std::size_t r = begin; r < end; ++r) {
+                // Copies of one text need no ordering.
+                const std::string_view head = sortText(table, out[runs[r].first], column);
+                if (std::all_of(out.begin() + static_cast<std::ptrdiff_t>(runs[r].first) + 1,
+                                out.begin() + static_cast<std::ptrdiff_t>(runs[r].second),
+                                [&](std::uint32_t row) { return sortText(table, row, column) == head; }))
+                    continue;
+                std::vector<std::pair<std::string, std::uint32_t>> keyed;
+                for (std::size_t i = runs[r].first; i < runs[r].second; ++i)
+                    keyed.emplace_back(columnKey(sortText(table, out[i], column), true), out[i]);
+                std::stable_sort(keyed.begin(), keyed.end(),
+                                 [](const auto &a, const auto &b) { return a.first < b.first; });
+                for (std::size_t i = 0; i < keyed.size(); ++i)
+                    out[runs[r].first + i] = keyed[i].second;
             }
-        });
+        } else {
+            TieBreaker breaker(table, column, states);
+            for (std::size_t r = begin; r < end; ++r)
+                breaker.order(out.data() + runs[r].first, out.data() + runs[r].second, 0);
+        }
+    });
     if (isStopped(stopped))
         return std::nullopt;
     return out;

@@ -36,12 +36,15 @@ std::string statusForFileSelection(std::size_t filesListed, std::optional<std::s
 
 std::string statusForTableSelection(std::size_t tablesListed, std::size_t rowCount)
 {
-    const std::string tables = tablesListed == 1 ? localized("1 of 1 table") : localizedFormat("1 of %d tables", {n(tablesListed)});
-    const std::string records = rowCount == 1 ? localized("contains 1 record") : localizedFormat("contains %d records", {n(rowCount)});
+    const std::string tables =
+        tablesListed == 1 ? localized("1 of 1 table") : localizedFormat("1 of %d tables", {n(tablesListed)});
+    const std::string records =
+        rowCount == 1 ? localized("contains 1 record") : localizedFormat("contains %d records", {n(rowCount)});
     return joinComma(tables, records);
 }
 
-std::string statusForRecordSelection(std::size_t selectedCount, std::size_t firstSelectedPosition, std::size_t rowsShown)
+std::string statusForRecordSelection(std::size_t selectedCount, std::size_t firstSelectedPosition,
+                                     std::size_t rowsShown)
 {
     if (selectedCount == 0)
         return localizedFormat("%d %@", {n(rowsShown), localized(rowsShown == 1 ? "record" : "records")});

@@ -22,6 +22,7 @@ std::string statusForTableSelection(std::size_t tablesListed, std::size_t rowCou
 
 /// The grid: no row selected "%d record(s)", one "Record %d of %d" (position counted from 1),
 /// several "%d of %d records".
-std::string statusForRecordSelection(std::size_t selectedCount, std::size_t firstSelectedPosition, std::size_t rowsShown);
+std::string statusForRecordSelection(std::size_t selectedCount, std::size_t firstSelectedPosition,
+                                     std::size_t rowsShown);
 
 } // namespace vellum

@@ -95,8 +95,8 @@ int runExtract(CliContext &context)
             const CellValue cell = table->cell(r, c);
             if (!cell.isBlob())
                 continue;
-            std::string name = fileNamePart(table->name()) + "-" + std::to_string(r + 1) + "-" +
-                               fileNamePart(columns[c]->name());
+            std::string name =
+                fileNamePart(table->name()) + "-" + std::to_string(r + 1) + "-" + fileNamePart(columns[c]->name());
             if (!cell.blob->fileExtension().empty())
                 name += "." + cell.blob->fileExtension();
             const std::string path = folder + "/" + name;

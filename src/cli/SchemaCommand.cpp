@@ -31,8 +31,7 @@ void appendObjectJson(std::string &out, const TOrbMDBObject &object)
     out += '}';
 }
 
-template <typename List>
-void appendListJson(std::string &out, const char *key, const List &objects)
+template <typename List> void appendListJson(std::string &out, const char *key, const List &objects)
 {
     out += ", ";
     appendJsonString(out, key);

@@ -2,11 +2,10 @@
 
 namespace vellum::cli {
 
-
 const std::vector<const Command *> &allCommands()
 {
-    static const std::vector<const Command *> commands = {&kListCommand, &kSchemaCommand, &kRowsCommand, &kExtractCommand,
-                                                           &kExportCommand};
+    static const std::vector<const Command *> commands = {&kListCommand, &kSchemaCommand, &kRowsCommand,
+                                                          &kExtractCommand, &kExportCommand};
     return commands;
 }
 

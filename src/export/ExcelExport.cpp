@@ -78,9 +78,15 @@ xls::worksheet *currentSheet(std::uint16_t index, const char *what)
 
 } // namespace
 
-ExcelExport::~ExcelExport() { deleteWorkBook(); }
+ExcelExport::~ExcelExport()
+{
+    deleteWorkBook();
+}
 
-bool ExcelExport::hasWorkbook() { return ownWorkbook() != nullptr; }
+bool ExcelExport::hasWorkbook()
+{
+    return ownWorkbook() != nullptr;
+}
 
 bool ExcelExport::addSheet(std::string_view name)
 {
@@ -95,7 +101,8 @@ bool ExcelExport::addSheet(std::string_view name)
     if (!utf16)
         return true;
     if (!book->sheet(*utf16)) {
-        C_LogError("Unable to add the sheet %.*s: %s", static_cast<int>(name.size()), name.data(), book->lastError().c_str());
+        C_LogError("Unable to add the sheet %.*s: %s", static_cast<int>(name.size()), name.data(),
+                   book->lastError().c_str());
         return false;
     }
     ++m_indexOfLastSheet; // 65535 + 1 wraps to 0 for the first sheet
@@ -137,7 +144,10 @@ bool ExcelExport::dumpToFile(const std::string &path)
     return saved;
 }
 
-void ExcelExport::deleteWorkBook() { closeWorkbook(); }
+void ExcelExport::deleteWorkBook()
+{
+    closeWorkbook();
+}
 
 void exportXLSThread(ExportJob &job)
 {

@@ -133,7 +133,8 @@ public:
 
     /// Runs `body` for each entry in order: stops when the flag is set, posts the progress for
     /// entry i and waits, finds the table by exact name and skips the entry when it is missing.
-    void forEachTable(const std::function<void(std::size_t index, const ExportEntry &entry, const TOrbMDBTable &table)> &body);
+    void forEachTable(
+        const std::function<void(std::size_t index, const ExportEntry &entry, const TOrbMDBTable &table)> &body);
     /// "%@/%@" of the path text and the entry's file name.
     std::string outputPathForEntry(const ExportEntry &entry) const;
     /// Adds "<%@> %@: %@" (table name, localized "Failed", localized `reason`) to the log.

@@ -24,19 +24,26 @@ void ExportOptions::changeFieldDelimiter(int tag)
 const char *fieldDelimiterForTag(int tag)
 {
     switch (tag) {
-    case kFieldDelimiterTab: return "\t";
-    case kFieldDelimiterSemicolon: return ";";
-    case kFieldDelimiterSpace: return " ";
-    default: return ",";
+    case kFieldDelimiterTab:
+        return "\t";
+    case kFieldDelimiterSemicolon:
+        return ";";
+    case kFieldDelimiterSpace:
+        return " ";
+    default:
+        return ",";
     }
 }
 
 const char *recordDelimiterForTag(int tag)
 {
     switch (tag) {
-    case kRecordDelimiterCR: return "\r";
-    case kRecordDelimiterCRLF: return "\r\n";
-    default: return "\n";
+    case kRecordDelimiterCR:
+        return "\r";
+    case kRecordDelimiterCRLF:
+        return "\r\n";
+    default:
+        return "\n";
     }
 }
 

@@ -9,7 +9,12 @@
 namespace vellum {
 
 /// Field delimiter tags of the wizard: 0 tab, 1 ";", 2 ",", 3 space; any other tag means ",".
-enum FieldDelimiterTag : int { kFieldDelimiterTab = 0, kFieldDelimiterSemicolon = 1, kFieldDelimiterComma = 2, kFieldDelimiterSpace = 3 };
+enum FieldDelimiterTag : int {
+    kFieldDelimiterTab = 0,
+    kFieldDelimiterSemicolon = 1,
+    kFieldDelimiterComma = 2,
+    kFieldDelimiterSpace = 3
+};
 /// Record delimiter tags: 0 "\n", 1 "\r", 2 "\r\n".
 enum RecordDelimiterTag : int { kRecordDelimiterLF = 0, kRecordDelimiterCR = 1, kRecordDelimiterCRLF = 2 };
 

@@ -27,6 +27,9 @@ void exportXLSXThread(ExportJob &job);
 ExportJob::Routine exportRoutineForType(ExportFileType kind);
 
 /// True when the kind has a routine in this build.
-inline bool isExportFileTypeAvailable(ExportFileType kind) { return exportRoutineForType(kind) != nullptr; }
+inline bool isExportFileTypeAvailable(ExportFileType kind)
+{
+    return exportRoutineForType(kind) != nullptr;
+}
 
 } // namespace vellum

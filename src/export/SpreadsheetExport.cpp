@@ -45,8 +45,14 @@ void logTableFailure(ExportJob &job, const std::string &tableName, const std::st
     job.logLine(formatObjects("<%@> %@: %@", {tableName, localized("Failed"), localizedReason}));
 }
 
-bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f'; }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isSpace(char c)
+{
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f';
+}
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
 
 /// Writes a table's rows from sheet row `row` on, opening continuation sheets as needed.
 void writeRows(ExportJob &job, SpreadsheetWriter &writer, const SpreadsheetLimits &limits, const TOrbMDBTable &table,
@@ -63,7 +69,8 @@ void writeRows(ExportJob &job, SpreadsheetWriter &writer, const SpreadsheetLimit
         if (row == limits.rowsPerSheet) {
             const std::string name = table.name() + "(" + std::to_string(sheetNumber) + ")"; // "%@(%d)"
             if (!writer.addSheet(name)) {
-                logTableFailure(job, table.name(), sheetReason("Unable to create spreadsheet %@(%d).", table.name(), sheetNumber));
+                logTableFailure(job, table.name(),
+                                sheetReason("Unable to create spreadsheet %@(%d).", table.name(), sheetNumber));
                 return;
             }
             ++sheetNumber;
@@ -184,7 +191,8 @@ void exportSpreadsheetTables(ExportJob &job, SpreadsheetWriter &writer, const Sp
             return;
         }
         if (const auto column = columnExceedingTextLength(table, limits.maxTextUnits)) {
-            logTableFailure(job, name, sheetReason("Field %@ exceeded length limit.", table.columns()[*column]->name()));
+            logTableFailure(job, name,
+                            sheetReason("Field %@ exceeded length limit.", table.columns()[*column]->name()));
             if (!singleFile)
                 writer.deleteWorkBook(); // its only sheet is the refused table's
             return;

@@ -40,8 +40,8 @@ public:
 
 /// The limits of a workbook format.
 struct SpreadsheetLimits {
-    std::uint32_t rowsPerSheet;  ///< rows of one sheet, the header row included
-    std::size_t maxTextUnits;    ///< longest text of a cell, in UTF-16 code units
+    std::uint32_t rowsPerSheet; ///< rows of one sheet, the header row included
+    std::size_t maxTextUnits;   ///< longest text of a cell, in UTF-16 code units
 };
 
 /// Writes the job's tables through `writer`: into one workbook at the path text when single

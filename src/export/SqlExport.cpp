@@ -52,8 +52,8 @@ void exportSQLThread(ExportJob &job)
             job.logFailure(entry.tableName, kExportReasonUnableToCreateFile);
             return;
         }
-        const bool written = writer.writePrologue(sink) && writer.writeTable(table, sink, rowProgress) &&
-                             writer.writeEpilogue(sink);
+        const bool written =
+            writer.writePrologue(sink) && writer.writeTable(table, sink, rowProgress) && writer.writeEpilogue(sink);
         if (job.terminated()) {
             sink.discard();
             job.logFailure(entry.tableName, kExportReasonTerminated);

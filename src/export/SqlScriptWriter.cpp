@@ -73,7 +73,8 @@ SqlScriptWriter::SqlScriptWriter(const TOrbMDBFile &file, const SqlScriptSetting
         m_schemaPrefix = quoteName(m_settings.schemaName) + ".";
     // SQL Server's column comments name the schema as a text; without one the user is left a
     // placeholder to replace by hand.
-    m_sqlServerSchema = m_settings.schemaName.empty() ? "'<SCHEMA>'" : "'" + doubledSingleQuotes(m_settings.schemaName) + "'";
+    m_sqlServerSchema =
+        m_settings.schemaName.empty() ? "'<SCHEMA>'" : "'" + doubledSingleQuotes(m_settings.schemaName) + "'";
 }
 
 std::string SqlScriptWriter::quoteName(std::string_view name) const

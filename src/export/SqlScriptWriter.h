@@ -28,9 +28,9 @@ struct SqlScriptSettings {
     bool includeForeignKeys = true;
     bool includeIndexes = true;
     bool exportData = true;
-    std::string schemaName;       ///< used by PostgreSQL, Oracle and SQL Server; empty = none
+    std::string schemaName;          ///< used by PostgreSQL, Oracle and SQL Server; empty = none
     std::string decimalSymbol = "."; ///< replaces "." in Currency, Single and Double values
-    bool singleFile = true;       ///< one script for all tables (relationships at its end)
+    bool singleFile = true;          ///< one script for all tables (relationships at its end)
 
     /// The SQL fields of the export options.
     static SqlScriptSettings fromOptions(const ExportOptions &options);
@@ -87,8 +87,8 @@ private:
     const std::atomic<bool> &m_stop;
     char m_open;
     char m_close;
-    std::string m_schemaPrefix;     ///< quoted schema and "." or empty
-    std::string m_sqlServerSchema;  ///< single-quoted schema text for SQL Server comments
+    std::string m_schemaPrefix;    ///< quoted schema and "." or empty
+    std::string m_sqlServerSchema; ///< single-quoted schema text for SQL Server comments
     IndexNameRegister m_indexNames;
     std::string m_out;
     bool m_failed = false;

@@ -105,15 +105,14 @@ bool reformatMonthFirstDate(std::string_view text, std::string &out)
 {
     // "MM/dd/yyyy HH:mm:ss": 19 characters with fixed separators. The reformatting is a pure
     // rearrangement of the fields (local time in, local time out), so no time zone is involved.
-    if (text.size() != 19 || text[2] != '/' || text[5] != '/' || text[10] != ' ' || text[13] != ':' ||
-        text[16] != ':')
+    if (text.size() != 19 || text[2] != '/' || text[5] != '/' || text[10] != ' ' || text[13] != ':' || text[16] != ':')
         return false;
     int month, day, year, hour, minute, second;
     if (!parseDigits(text, 0, 2, month) || !parseDigits(text, 3, 2, day) || !parseDigits(text, 6, 4, year) ||
         !parseDigits(text, 11, 2, hour) || !parseDigits(text, 14, 2, minute) || !parseDigits(text, 17, 2, second))
         return false;
-    if (year < 1 || month < 1 || month > 12 || day < 1 || day > daysInMonth(year, month) || hour > 23 ||
-        minute > 59 || second > 59)
+    if (year < 1 || month < 1 || month > 12 || day < 1 || day > daysInMonth(year, month) || hour > 23 || minute > 59 ||
+        second > 59)
         return false;
     out.assign(text.substr(6, 4));
     out += '-';

@@ -151,7 +151,8 @@ void SqliteExportRun::run()
 void SqliteExportRun::exportTable(const ExportEntry &entry, const TOrbMDBTable &table)
 {
     m_names.recordTable(table.name());
-    m_query = sqliteCreateTableStatement(table, m_options.includeForeignKeys ? &m_job.file().allForeignKeys() : nullptr);
+    m_query =
+        sqliteCreateTableStatement(table, m_options.includeForeignKeys ? &m_job.file().allForeignKeys() : nullptr);
     if (!execute(m_query)) {
         m_job.logFailure(entry.tableName, kReasonCreateTableFailed);
         return;

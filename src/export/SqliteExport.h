@@ -44,7 +44,6 @@ void buildSqliteInsertStatement(std::string &out, std::string_view insertHead, c
                                 std::size_t row);
 
 /// The CREATE [UNIQUE] INDEX statement of an index under `name` on the quoted table.
-std::string sqliteCreateIndexStatement(const TOrbMDBIndex &index, std::string_view name,
-                                       std::string_view quotedTable);
+std::string sqliteCreateIndexStatement(const TOrbMDBIndex &index, std::string_view name, std::string_view quotedTable);
 
 } // namespace vellum

@@ -24,11 +24,11 @@ TextValueClass textValueClassForDataType(std::string_view dataType);
 /// What the delimited text and XML writer reads from the options, once per export.
 struct TextExportSettings {
     bool xml = false;
-    std::string quote = "\"";          ///< empty for XML
-    std::string fieldDelimiter = ",";  ///< not written for XML
+    std::string quote = "\"";         ///< empty for XML
+    std::string fieldDelimiter = ","; ///< not written for XML
     std::string recordDelimiter = "\n";
     std::string decimalSymbol = ".";
-    bool includeHeader = true;         ///< delimited text only
+    bool includeHeader = true; ///< delimited text only
     std::uint64_t encoding = 4;
 
     /// The settings of a kind (CSV, TXT or XML) from the wizard's option values.

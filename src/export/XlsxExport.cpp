@@ -17,7 +17,10 @@ namespace vellum {
 
 namespace {
 
-bool isHex(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
+bool isHex(char c)
+{
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
 
 /// UTF-8 that may hold NUL characters (GLib's check refuses every NUL).
 bool isUtf8WithNuls(std::string_view text)
@@ -56,7 +59,10 @@ void appendOoxmlText(std::string &out, std::string_view text)
     out.append(text.substr(from));
 }
 
-XlsxExport::~XlsxExport() { deleteWorkBook(); }
+XlsxExport::~XlsxExport()
+{
+    deleteWorkBook();
+}
 
 bool XlsxExport::addSheet(std::string_view name)
 {

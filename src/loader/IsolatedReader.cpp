@@ -49,18 +49,18 @@ bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedL
     try {
         HelperProcess process(options.stallTimeout, [observer] { return observer && observer->shouldCancel(); });
         std::vector<std::string> argv = {helper,
-                                               "--fd",
-                                               std::to_string(HelperProcess::kChildPipe),
-                                               "--parent",
-                                               std::to_string(getpid()),
-                                               "--workers",
-                                               std::to_string(options.load.workers),
-                                               "--parallel-from",
-                                               std::to_string(options.load.parallelFromCells),
-                                               "--split-from",
-                                               std::to_string(options.load.splitFromCells),
-                                               "--",
-                                               file.fullPath()};
+                                         "--fd",
+                                         std::to_string(HelperProcess::kChildPipe),
+                                         "--parent",
+                                         std::to_string(getpid()),
+                                         "--workers",
+                                         std::to_string(options.load.workers),
+                                         "--parallel-from",
+                                         std::to_string(options.load.parallelFromCells),
+                                         "--split-from",
+                                         std::to_string(options.load.splitFromCells),
+                                         "--",
+                                         file.fullPath()};
         if (!options.load.jet3CodePage.empty())
             argv.insert(argv.end() - 2, {"--codepage", options.load.jet3CodePage});
         if (!process.start(argv))

@@ -41,8 +41,7 @@ void ModelStreamWriter::sendLoop()
         Outgoing next = std::move(m_queue.front());
         m_queue.pop_front();
         lock.unlock();
-        if (m_ok.load(std::memory_order_relaxed) &&
-            !next.message.send(static_cast<std::uint8_t>(next.type), m_output))
+        if (m_ok.load(std::memory_order_relaxed) && !next.message.send(static_cast<std::uint8_t>(next.type), m_output))
             m_ok = false;
         // A sent table is freed here, off the loading thread, when the next one has gone out;
         // the last one stays with the writer, so that freeing it never holds up the end.

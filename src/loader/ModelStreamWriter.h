@@ -1,8 +1,8 @@
 #pragma once
 
-#include "mdb/MdbLoader.h"
 #include "loader/WireWriter.h"
 #include "loader/modelWire.h"
+#include "mdb/MdbLoader.h"
 
 #include <atomic>
 #include <condition_variable>

@@ -70,23 +70,40 @@ FieldReader::~FieldReader()
 FieldReader::Decode FieldReader::decodeFor(int type)
 {
     switch (type) {
-    case MDB_BOOL: return Decode::Boolean;
-    case MDB_BYTE: return Decode::Byte;
-    case MDB_INT: return Decode::Integer;
-    case MDB_LONGINT: return Decode::LongInteger;
-    case MDB_MONEY: return Decode::Currency;
-    case MDB_FLOAT: return Decode::Single;
-    case MDB_DOUBLE: return Decode::Double;
-    case MDB_DATETIME: return Decode::DateTime;
-    case MDB_TEXT: return Decode::Text;
-    case MDB_OLE: return Decode::Ole;
-    case MDB_MEMO: return Decode::Memo;
-    case MDB_REPID: return Decode::ReplicationId;
-    case MDB_NUMERIC: return Decode::Numeric;
-    case MDB_COMPLEX: return Decode::LongInteger; // the id of the row's values in a hidden table
-    case kTypeLargeNumber: return Decode::LargeNumber;
-    case kTypeExtendedDateTime: return Decode::ExtendedDateTime;
-    default: return Decode::Bytes;
+    case MDB_BOOL:
+        return Decode::Boolean;
+    case MDB_BYTE:
+        return Decode::Byte;
+    case MDB_INT:
+        return Decode::Integer;
+    case MDB_LONGINT:
+        return Decode::LongInteger;
+    case MDB_MONEY:
+        return Decode::Currency;
+    case MDB_FLOAT:
+        return Decode::Single;
+    case MDB_DOUBLE:
+        return Decode::Double;
+    case MDB_DATETIME:
+        return Decode::DateTime;
+    case MDB_TEXT:
+        return Decode::Text;
+    case MDB_OLE:
+        return Decode::Ole;
+    case MDB_MEMO:
+        return Decode::Memo;
+    case MDB_REPID:
+        return Decode::ReplicationId;
+    case MDB_NUMERIC:
+        return Decode::Numeric;
+    case MDB_COMPLEX:
+        return Decode::LongInteger; // the id of the row's values in a hidden table
+    case kTypeLargeNumber:
+        return Decode::LargeNumber;
+    case kTypeExtendedDateTime:
+        return Decode::ExtendedDateTime;
+    default:
+        return Decode::Bytes;
     }
 }
 
@@ -203,20 +220,33 @@ void FieldReader::appendValue(TableStore &store, Decode decode, StoredBytes byte
     switch (decode) {
     case Decode::Boolean: // handled by the caller: the value is not in the bytes
         break;
-    case Decode::Byte: return appendDecoded(store, decodeInteger(bytes, 1));
-    case Decode::Integer: return appendDecoded(store, decodeInteger(bytes, 2));
-    case Decode::LongInteger: return appendDecoded(store, decodeInteger(bytes, 4));
-    case Decode::LargeNumber: return appendDecoded(store, decodeInteger(bytes, 8));
-    case Decode::Currency: return appendDecoded(store, decodeCurrency(bytes));
-    case Decode::Single: return appendDecoded(store, decodeSingle(bytes));
-    case Decode::Double: return appendDecoded(store, decodeDouble(bytes));
-    case Decode::DateTime: return appendDecoded(store, decodeDateTime(bytes));
-    case Decode::ReplicationId: return appendDecoded(store, decodeReplicationId(bytes));
+    case Decode::Byte:
+        return appendDecoded(store, decodeInteger(bytes, 1));
+    case Decode::Integer:
+        return appendDecoded(store, decodeInteger(bytes, 2));
+    case Decode::LongInteger:
+        return appendDecoded(store, decodeInteger(bytes, 4));
+    case Decode::LargeNumber:
+        return appendDecoded(store, decodeInteger(bytes, 8));
+    case Decode::Currency:
+        return appendDecoded(store, decodeCurrency(bytes));
+    case Decode::Single:
+        return appendDecoded(store, decodeSingle(bytes));
+    case Decode::Double:
+        return appendDecoded(store, decodeDouble(bytes));
+    case Decode::DateTime:
+        return appendDecoded(store, decodeDateTime(bytes));
+    case Decode::ReplicationId:
+        return appendDecoded(store, decodeReplicationId(bytes));
     // libmdb keeps a Numeric column's scale in col_prec (and the precision in col_scale).
-    case Decode::Numeric: return appendDecoded(store, decodeNumeric(bytes, static_cast<unsigned>(column.col_prec)));
-    case Decode::ExtendedDateTime: return appendDecoded(store, decodeExtendedDateTime(bytes));
-    case Decode::Text: return appendText(store, bytes);
-    case Decode::Bytes: return store.appendText(reinterpret_cast<const char *>(bytes.data()), bytes.size());
+    case Decode::Numeric:
+        return appendDecoded(store, decodeNumeric(bytes, static_cast<unsigned>(column.col_prec)));
+    case Decode::ExtendedDateTime:
+        return appendDecoded(store, decodeExtendedDateTime(bytes));
+    case Decode::Text:
+        return appendText(store, bytes);
+    case Decode::Bytes:
+        return store.appendText(reinterpret_cast<const char *>(bytes.data()), bytes.size());
     case Decode::Memo: {
         const auto value = readLongValue(m_mdb, bytes, m_longValueLimit);
         if (!value) {

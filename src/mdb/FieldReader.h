@@ -1,9 +1,9 @@
 #pragma once
 
-#include "mdb/storedValues.h"
-#include "model/TableStore.h"
 #include "mdb/mdbColumnsUnsorted.h"
 #include "mdb/mdbtoolsInclude.h"
+#include "mdb/storedValues.h"
+#include "model/TableStore.h"
 
 #include <cstdint>
 #include <iconv.h>

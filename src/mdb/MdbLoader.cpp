@@ -1,9 +1,9 @@
 #include "mdb/MdbLoader.h"
 
+#include "mdb/FieldReader.h"
 #include "mdb/mdbColumnsUnsorted.h"
 #include "model/TOrbMDBFile.h"
 #include "model/mdbTypeNames.h"
-#include "mdb/FieldReader.h"
 
 #include "mdb/mdbtoolsInclude.h"
 
@@ -300,8 +300,8 @@ struct PlannedTable {
     unsigned catalogIndex = 0;
     std::string objectName; ///< the catalog entry's name, to find the same entry through another handle
     std::unique_ptr<TOrbMDBTable> table;
-    std::uint64_t rows = 0; ///< as the table definition says
-    std::uint64_t cost = 0; ///< estimated cells
+    std::uint64_t rows = 0;             ///< as the table definition says
+    std::uint64_t cost = 0;             ///< estimated cells
     std::unique_ptr<BackHalf> backHalf; ///< set when a second handle reads the later pages
     std::string codePage;               ///< of Jet 3 text
 };
@@ -611,9 +611,9 @@ bool runWorker(MdbHandle *mdb, RowLoadHub &hub, bool owner)
             return true;
         };
         PlannedTable &planned = hub.planned(*position);
-        const bool loaded = planned.backHalf ? loadSplitTable(mdb, hub, planned, tick)
-                                             : loadPlannedRows(mdb, planned, planned.table->mutableStore(),
-                                                               PageRange{}, tick);
+        const bool loaded = planned.backHalf
+                                ? loadSplitTable(mdb, hub, planned, tick)
+                                : loadPlannedRows(mdb, planned, planned.table->mutableStore(), PageRange{}, tick);
         if (!loaded) {
             hub.fail();
             return false;

@@ -3,5 +3,5 @@
 // libmdb's header wraps its includes in extern "C"; GLib's C++ parts must be seen first.
 #include <glib.h>
 #include <iconv.h>
-#include <stdio.h>
 #include <mdbtools.h>
+#include <stdio.h>

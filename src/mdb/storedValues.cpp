@@ -1,8 +1,8 @@
 #include "mdb/storedValues.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -317,9 +317,15 @@ std::optional<std::string> decodeReplicationId(StoredBytes bytes)
     return out;
 }
 
-std::string formatShortestDouble(double value) { return formatShortest(value); }
+std::string formatShortestDouble(double value)
+{
+    return formatShortest(value);
+}
 
-std::string formatShortestFloat(float value) { return formatShortest(value); }
+std::string formatShortestFloat(float value)
+{
+    return formatShortest(value);
+}
 
 std::optional<std::string> decodeDouble(StoredBytes bytes)
 {
@@ -342,7 +348,8 @@ std::optional<std::string> decodeCurrency(StoredBytes bytes)
     const auto units = readLittleEndian<std::int64_t>(bytes);
     const bool negative = units < 0;
     // Negating through unsigned arithmetic keeps INT64_MIN exact.
-    const std::uint64_t magnitude = negative ? 0 - static_cast<std::uint64_t>(units) : static_cast<std::uint64_t>(units);
+    const std::uint64_t magnitude =
+        negative ? 0 - static_cast<std::uint64_t>(units) : static_cast<std::uint64_t>(units);
     return withScale(negative, magnitude, 4);
 }
 

@@ -13,7 +13,7 @@ struct CellValue {
     enum class Kind : unsigned char { Null, Text, Blob };
 
     Kind kind = Kind::Null;
-    std::string_view text;             ///< UTF-8, for Kind::Text only
+    std::string_view text;              ///< UTF-8, for Kind::Text only
     const TOrbBlobData *blob = nullptr; ///< for Kind::Blob only
 
     static CellValue null() { return {}; }

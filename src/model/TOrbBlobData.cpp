@@ -71,7 +71,8 @@ bool TOrbBlobData::hasImageSignature(const std::uint8_t *data, std::size_t lengt
         return true;
     if (startsWith(data, length, {0xFF, 0xD8, 0xFF}))
         return true;
-    if (startsWith(data, length, {'G', 'I', 'F', '8', '7', 'a'}) || startsWith(data, length, {'G', 'I', 'F', '8', '9', 'a'}))
+    if (startsWith(data, length, {'G', 'I', 'F', '8', '7', 'a'}) ||
+        startsWith(data, length, {'G', 'I', 'F', '8', '9', 'a'}))
         return true;
     if (startsWith(data, length, {'I', 'I', 0x2A, 0x00}) || startsWith(data, length, {'M', 'M', 0x00, 0x2A}))
         return true;

@@ -11,11 +11,21 @@ namespace vellum {
 void TOrbMDBColumn::setTextAlign(const std::string &propertyText)
 {
     switch (std::atoi(propertyText.c_str())) {
-    case 1: m_textAlign = localized("Left"); break;
-    case 2: m_textAlign = localized("Center"); break;
-    case 3: m_textAlign = localized("Right"); break;
-    case 4: m_textAlign = localized("Distribute"); break;
-    default: m_textAlign = localized("General"); break;
+    case 1:
+        m_textAlign = localized("Left");
+        break;
+    case 2:
+        m_textAlign = localized("Center");
+        break;
+    case 3:
+        m_textAlign = localized("Right");
+        break;
+    case 4:
+        m_textAlign = localized("Distribute");
+        break;
+    default:
+        m_textAlign = localized("General");
+        break;
     }
 }
 

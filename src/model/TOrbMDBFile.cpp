@@ -148,12 +148,9 @@ int TOrbMDBFile::compareByLastOpenDate(const TOrbMDBFile &other) const
 void TOrbMDBFile::informationRows(std::vector<std::string> &labels, std::vector<InfoValue> &values) const
 {
     labels = {"Name", "Where", "Size", "Created", "Modified", "Last opened"};
-    values = {formatObjects("%@.%@", {m_name, m_ext}),
-              m_path,
-              formatComputerFileSize(m_size),
-              dateWithFinderFormat(m_createDate),
-              dateWithFinderFormat(m_modifyDate),
-              dateWithFinderFormat(m_lastOpenDate)};
+    values = {formatObjects("%@.%@", {m_name, m_ext}), m_path,
+              formatComputerFileSize(m_size),          dateWithFinderFormat(m_createDate),
+              dateWithFinderFormat(m_modifyDate),      dateWithFinderFormat(m_lastOpenDate)};
 }
 
 } // namespace vellum

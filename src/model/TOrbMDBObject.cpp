@@ -39,7 +39,8 @@ ObjectValues TOrbMDBObject::getObjectValues() const
     return makeObjectValues(labels, values);
 }
 
-ObjectValues TOrbMDBObject::makeObjectValues(const std::vector<std::string> &labels, const std::vector<InfoValue> &values)
+ObjectValues TOrbMDBObject::makeObjectValues(const std::vector<std::string> &labels,
+                                             const std::vector<InfoValue> &values)
 {
     ObjectValues out;
     if (labels.size() != values.size())

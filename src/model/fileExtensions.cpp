@@ -9,10 +9,9 @@ namespace vellum {
 bool isSafeFileExtension(std::string_view extension)
 {
     static constexpr std::array<std::string_view, 43> kSafe = {
-        "txt", "pdf", "ps",  "rtf",  "doc", "docx", "xls",  "xlsx", "ppt", "pptx", "mdb",
-        "accdb", "odt", "ods", "odp", "odg", "wav", "mp3", "mpg", "mpeg", "mov", "mid",
-        "midi", "mp4", "wma", "wmv", "ogg", "ogv", "snd", "avi", "m4a", "m4v", "264",
-        "mkv", "bmp", "tif", "tiff", "jpg", "png", "gif", "ico", "pcx", "raw"};
+        "txt", "pdf", "ps",  "rtf", "doc",  "docx", "xls",  "xlsx", "ppt", "pptx", "mdb", "accdb", "odt", "ods", "odp",
+        "odg", "wav", "mp3", "mpg", "mpeg", "mov",  "mid",  "midi", "mp4", "wma",  "wmv", "ogg",   "ogv", "snd", "avi",
+        "m4a", "m4v", "264", "mkv", "bmp",  "tif",  "tiff", "jpg",  "png", "gif",  "ico", "pcx",   "raw"};
     if (extension.empty() || extension.size() > 5)
         return false;
     std::string lower(extension);

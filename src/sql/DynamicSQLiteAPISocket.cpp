@@ -48,8 +48,8 @@ bool DynamicSQLiteAPISocket::connect()
     int result = -1;
     if (!address->dbFilePath().empty()) {
         close(); // a socket holds one database at a time
-        result = api.sqlite3_open_v2(address->dbFilePath().c_str(), &m_dbHandler,
-                                     static_cast<int>(m_ulngClientFlags), nullptr);
+        result = api.sqlite3_open_v2(address->dbFilePath().c_str(), &m_dbHandler, static_cast<int>(m_ulngClientFlags),
+                                     nullptr);
         const std::string &password = address->password();
         if (!password.empty() && m_dbHandler)
             result = api.sqlite3_key(m_dbHandler, password.data(), passwordLengthInCharacters(password));
@@ -185,8 +185,7 @@ bool DynamicSQLiteAPISocket::setEncryptionPassword()
     const std::string password = m_destAddress ? m_destAddress->password() : std::string();
     if (password.empty())
         return sqliteAPI().sqlite3_rekey(m_dbHandler, nullptr, 0) == kSQLiteOK;
-    return sqliteAPI().sqlite3_rekey(m_dbHandler, password.data(), passwordLengthInCharacters(password)) ==
-           kSQLiteOK;
+    return sqliteAPI().sqlite3_rekey(m_dbHandler, password.data(), passwordLengthInCharacters(password)) == kSQLiteOK;
 }
 
 } // namespace vellum

@@ -49,9 +49,9 @@ std::vector<std::string> lookUpEntryPoints(void *handle)
 {
     std::vector<std::string> missing;
     const std::string label = localized("Missing function");
-#define VELLUM_SQLITE_LOOKUP(name, ret, params)                                                                      \
-    g_api.name = reinterpret_cast<ret(*) params>(dlsym(handle, #name));                                              \
-    if (!g_api.name)                                                                                                 \
+#define VELLUM_SQLITE_LOOKUP(name, ret, params)                                                                        \
+    g_api.name = reinterpret_cast<ret(*) params>(dlsym(handle, #name));                                                \
+    if (!g_api.name)                                                                                                   \
         missing.push_back(formatString("%s: %s", label.c_str(), #name));
     VELLUM_SQLITE_ENTRY_POINTS(VELLUM_SQLITE_LOOKUP)
 #undef VELLUM_SQLITE_LOOKUP

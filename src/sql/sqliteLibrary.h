@@ -32,32 +32,32 @@ enum : int {
 };
 
 // The 25 entry points, in the order in which they are looked up: X(name, return, parameters).
-#define VELLUM_SQLITE_ENTRY_POINTS(X)                                                                               \
-    X(sqlite3_close, int, (sqlite3 *))                                                                              \
-    X(sqlite3_open_v2, int, (const char *, sqlite3 **, int, const char *))                                          \
-    X(sqlite3_libversion, const char *, (void))                                                                     \
-    X(sqlite3_exec, int, (sqlite3 *, const char *, int (*)(void *, int, char **, char **), void *, char **))        \
-    X(sqlite3_prepare_v2, int, (sqlite3 *, const char *, int, sqlite3_stmt **, const char **))                      \
-    X(sqlite3_step, int, (sqlite3_stmt *))                                                                          \
-    X(sqlite3_errcode, int, (sqlite3 *))                                                                            \
-    X(sqlite3_errmsg, const char *, (sqlite3 *))                                                                    \
-    X(sqlite3_changes, int, (sqlite3 *))                                                                            \
-    X(sqlite3_libversion_number, int, (void))                                                                       \
-    X(sqlite3_interrupt, void, (sqlite3 *))                                                                         \
-    X(sqlite3_last_insert_rowid, std::int64_t, (sqlite3 *))                                                         \
-    X(sqlite3_finalize, int, (sqlite3_stmt *))                                                                      \
-    X(sqlite3_column_count, int, (sqlite3_stmt *))                                                                  \
-    X(sqlite3_column_database_name, const char *, (sqlite3_stmt *, int))                                            \
-    X(sqlite3_column_decltype, const char *, (sqlite3_stmt *, int))                                                 \
-    X(sqlite3_column_blob, const void *, (sqlite3_stmt *, int))                                                     \
-    X(sqlite3_column_name, const char *, (sqlite3_stmt *, int))                                                     \
-    X(sqlite3_column_text, const unsigned char *, (sqlite3_stmt *, int))                                            \
-    X(sqlite3_column_type, int, (sqlite3_stmt *, int))                                                              \
-    X(sqlite3_table_column_metadata, int,                                                                           \
-      (sqlite3 *, const char *, const char *, const char *, const char **, const char **, int *, int *, int *))     \
-    X(sqlite3_column_bytes, int, (sqlite3_stmt *, int))                                                             \
-    X(sqlite3_column_table_name, const char *, (sqlite3_stmt *, int))                                               \
-    X(sqlite3_key, int, (sqlite3 *, const void *, int))                                                             \
+#define VELLUM_SQLITE_ENTRY_POINTS(X)                                                                                  \
+    X(sqlite3_close, int, (sqlite3 *))                                                                                 \
+    X(sqlite3_open_v2, int, (const char *, sqlite3 **, int, const char *))                                             \
+    X(sqlite3_libversion, const char *, (void))                                                                        \
+    X(sqlite3_exec, int, (sqlite3 *, const char *, int (*)(void *, int, char **, char **), void *, char **))           \
+    X(sqlite3_prepare_v2, int, (sqlite3 *, const char *, int, sqlite3_stmt **, const char **))                         \
+    X(sqlite3_step, int, (sqlite3_stmt *))                                                                             \
+    X(sqlite3_errcode, int, (sqlite3 *))                                                                               \
+    X(sqlite3_errmsg, const char *, (sqlite3 *))                                                                       \
+    X(sqlite3_changes, int, (sqlite3 *))                                                                               \
+    X(sqlite3_libversion_number, int, (void))                                                                          \
+    X(sqlite3_interrupt, void, (sqlite3 *))                                                                            \
+    X(sqlite3_last_insert_rowid, std::int64_t, (sqlite3 *))                                                            \
+    X(sqlite3_finalize, int, (sqlite3_stmt *))                                                                         \
+    X(sqlite3_column_count, int, (sqlite3_stmt *))                                                                     \
+    X(sqlite3_column_database_name, const char *, (sqlite3_stmt *, int))                                               \
+    X(sqlite3_column_decltype, const char *, (sqlite3_stmt *, int))                                                    \
+    X(sqlite3_column_blob, const void *, (sqlite3_stmt *, int))                                                        \
+    X(sqlite3_column_name, const char *, (sqlite3_stmt *, int))                                                        \
+    X(sqlite3_column_text, const unsigned char *, (sqlite3_stmt *, int))                                               \
+    X(sqlite3_column_type, int, (sqlite3_stmt *, int))                                                                 \
+    X(sqlite3_table_column_metadata, int,                                                                              \
+      (sqlite3 *, const char *, const char *, const char *, const char **, const char **, int *, int *, int *))        \
+    X(sqlite3_column_bytes, int, (sqlite3_stmt *, int))                                                                \
+    X(sqlite3_column_table_name, const char *, (sqlite3_stmt *, int))                                                  \
+    X(sqlite3_key, int, (sqlite3 *, const void *, int))                                                                \
     X(sqlite3_rekey, int, (sqlite3 *, const void *, int))
 
 /// The table of SQLite function pointers, filled by `LoadSQLiteLibrary`. Valid only while the

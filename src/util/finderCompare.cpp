@@ -40,8 +40,9 @@ int finderCompare(std::string_view a, std::string_view b)
         return c < 0 ? -1 : (c > 0 ? 1 : 0);
     }
     UErrorCode status = U_ZERO_ERROR;
-    const UCollationResult r = collator->compareUTF8(icu::StringPiece(a.data(), static_cast<int32_t>(a.size())),
-                                                     icu::StringPiece(b.data(), static_cast<int32_t>(b.size())), status);
+    const UCollationResult r =
+        collator->compareUTF8(icu::StringPiece(a.data(), static_cast<int32_t>(a.size())),
+                              icu::StringPiece(b.data(), static_cast<int32_t>(b.size())), status);
     if (U_FAILURE(status)) {
         const int c = a.compare(b);
         return c < 0 ? -1 : (c > 0 ? 1 : 0);
@@ -63,8 +64,8 @@ std::size_t finderSortKeyNext(std::string_view text, std::uint32_t state[2], uns
     UCharIterator iter;
     uiter_setUTF8(&iter, text.data(), static_cast<int32_t>(text.size()));
     UErrorCode status = U_ZERO_ERROR;
-    const int32_t written = ucol_nextSortKeyPart(collator->toUCollator(), &iter, state, dest,
-                                                 static_cast<int32_t>(capacity), &status);
+    const int32_t written =
+        ucol_nextSortKeyPart(collator->toUCollator(), &iter, state, dest, static_cast<int32_t>(capacity), &status);
     if (U_FAILURE(status) || written < 0)
         return 0;
     return static_cast<std::size_t>(written);

@@ -33,13 +33,11 @@ TEST(RowSet, TextSortOrdersNumbersAndNulls)
 
     table->columns()[0]->setSortOrder(1);
     set.reload(table, RowFilter());
-    EXPECT_EQ(shownValues(*table, set),
-              (std::vector<std::string>{"<null>", "<null>", "1", "2", "10", "a", "A", "b"}));
+    EXPECT_EQ(shownValues(*table, set), (std::vector<std::string>{"<null>", "<null>", "1", "2", "10", "a", "A", "b"}));
 
     table->columns()[0]->setSortOrder(-1);
     set.reload(table, RowFilter());
-    EXPECT_EQ(shownValues(*table, set),
-              (std::vector<std::string>{"b", "A", "a", "10", "2", "1", "<null>", "<null>"}));
+    EXPECT_EQ(shownValues(*table, set), (std::vector<std::string>{"b", "A", "a", "10", "2", "1", "<null>", "<null>"}));
 }
 
 TEST(RowSet, FilterKeepsSortOrderAndFollowsChanges)
@@ -127,7 +125,8 @@ TEST(RowSet, HeaderClickCyclesOneColumn)
 TEST(RowSet, SortMatchesFinderCompareOnLongAndMixedTexts)
 {
     std::mt19937 random(7);
-    const std::vector<std::string> pieces = {"a", "A", "b", "é", "E", "1", "2", "10", "09", " ", "-", "Zebra", "ß", "日本"};
+    const std::vector<std::string> pieces = {"a",  "A",  "b", "é", "E",     "1", "2",
+                                             "10", "09", " ", "-", "Zebra", "ß", "日本"};
     std::vector<test::TestCell> cells;
     const std::string longPrefix(40, 'x');
     const std::string veryLongPrefix(700, 'y');

@@ -11,10 +11,9 @@ namespace {
 TEST(gridTexts, CopyTextReplacesTabsAndEmptiesNulls)
 {
     auto file = test::makeTestFile("f");
-    TOrbMDBTable *table = test::addTestTable(*file, "T", {{"a"}, {"b"}, {"c"}},
-                                             {{"a\tb", std::nullopt, "z"},
-                                              {"line1\nline2", "[NULL]", "[NON-TEXTUAL DATA]"},
-                                              {"cr\rstays", "x", "y"}});
+    TOrbMDBTable *table = test::addTestTable(
+        *file, "T", {{"a"}, {"b"}, {"c"}},
+        {{"a\tb", std::nullopt, "z"}, {"line1\nline2", "[NULL]", "[NON-TEXTUAL DATA]"}, {"cr\rstays", "x", "y"}});
     EXPECT_EQ(copyTextForRows(*table, {0}, {0, 1, 2}), "a b\t\tz\n");
     EXPECT_EQ(copyTextForRows(*table, {1, 0}, {2, 0}), "\tline1 line2\nz\ta b\n")
         << "rows in the given order, columns in display order";
@@ -53,9 +52,17 @@ TEST(gridTexts, JumpToRowBounds)
         std::optional<std::size_t> target;
     };
     const Case cases[] = {
-        {"1", 5, 0},          {"5", 5, 4},      {"0", 5, std::nullopt},  {"6", 5, std::nullopt},
-        {"-1", 5, std::nullopt}, {" 3", 5, 2},  {"3rd", 5, 2},           {"abc", 5, std::nullopt},
-        {"", 5, std::nullopt},  {"1", 0, std::nullopt}, {"99999999999999", 5, std::nullopt},
+        {"1", 5, 0},
+        {"5", 5, 4},
+        {"0", 5, std::nullopt},
+        {"6", 5, std::nullopt},
+        {"-1", 5, std::nullopt},
+        {" 3", 5, 2},
+        {"3rd", 5, 2},
+        {"abc", 5, std::nullopt},
+        {"", 5, std::nullopt},
+        {"1", 0, std::nullopt},
+        {"99999999999999", 5, std::nullopt},
     };
     for (const Case &c : cases)
         EXPECT_EQ(jumpToRowTarget(c.input, c.rows), c.target) << '"' << c.input << "\" of " << c.rows;

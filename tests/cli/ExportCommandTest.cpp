@@ -1,6 +1,6 @@
+#include "support/FileContents.h"
 #include "support/Fixtures.h"
 #include "support/RunProcess.h"
-#include "support/FileContents.h"
 #include "support/TempDir.h"
 
 #include "export/exportRegistry.h"
@@ -33,7 +33,9 @@ TEST(VellumCliExport, RefusesBadArgumentsBeforeWritingAnything)
     const std::string db = fixturePath("features.mdb");
     const std::string out = dir.file("out");
     const std::string plainFile = dir.file("plain");
-    { std::ofstream(plainFile) << "keep"; }
+    {
+        std::ofstream(plainFile) << "keep";
+    }
     struct Case {
         std::vector<std::string> args;
         int status;
@@ -106,15 +108,17 @@ TEST(VellumCliExport, WritesIntoANewFolderAndPrintsTheReport)
                                                "AllTypes", "--delimiter", "semicolon", "--record-delimiter", "crlf"});
     ASSERT_EQ(result.exitStatus, 0) << result.err;
     EXPECT_EQ(result.out, "Export finished.\n1 table exported successfully.\n");
-    EXPECT_EQ(test::fileContents(out + "/AllTypes.txt"), test::fileContents(fixturePath("export-golden/txt/AllTypes.txt")));
+    EXPECT_EQ(test::fileContents(out + "/AllTypes.txt"),
+              test::fileContents(fixturePath("export-golden/txt/AllTypes.txt")));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(out), std::filesystem::directory_iterator()), 1);
 
     // Every table of the file without --table; --decimal overrides the delimiter's symbol.
-    const auto all = runTool("vellum-cli", {"export", fixturePath("features.mdb"), dir.file("all"), "--format", "xml",
-                                            "--decimal", "<d>"});
+    const auto all = runTool(
+        "vellum-cli", {"export", fixturePath("features.mdb"), dir.file("all"), "--format", "xml", "--decimal", "<d>"});
     ASSERT_EQ(all.exitStatus, 0) << all.err;
     EXPECT_EQ(all.out, "Export finished.\n14 tables exported successfully.\n");
-    EXPECT_NE(test::fileContents(dir.file("all/AllTypes.xml")).find("<ColDouble>2<d>718281828459045</ColDouble>"), std::string::npos);
+    EXPECT_NE(test::fileContents(dir.file("all/AllTypes.xml")).find("<ColDouble>2<d>718281828459045</ColDouble>"),
+              std::string::npos);
 }
 
 TEST(VellumCliExport, AFileThatCannotBeCreatedIsReportedWithStatusOne)
@@ -184,8 +188,9 @@ TEST(VellumCliExport, InterruptStopsTheExportAndDeletesTheCurrentFile)
         written += std::filesystem::exists(out + "/" + name + ".csv") ? 1 : 0;
     EXPECT_LT(written, 4u);
     if (written > 0) {
-        EXPECT_NE(text.find(std::to_string(written) + (written == 1 ? " table" : " tables") + " exported successfully."),
-                  std::string::npos)
+        EXPECT_NE(
+            text.find(std::to_string(written) + (written == 1 ? " table" : " tables") + " exported successfully."),
+            std::string::npos)
             << text;
     }
 }

@@ -92,7 +92,9 @@ TEST(VellumCliExtractOptions, ColumnsTablesAndFolders)
 {
     TempDir dir;
     const std::string db = fixturePath("ole.mdb");
-    { std::ofstream(dir.file("plain")) << "keep"; }
+    {
+        std::ofstream(dir.file("plain")) << "keep";
+    }
     struct Case {
         std::vector<std::string> args;
         int exitStatus;

@@ -27,7 +27,7 @@ TEST(VellumCli, ExitStatusesAndMessages)
     };
     const std::string missing = fixturePath("missing.mdb");
     const Case cases[] = {
-        {{"list", missing}, 1, "File (" },
+        {{"list", missing}, 1, "File ("},
         {{"schema", missing, "--json"}, 1, "cannot be opened"},
         {{"rows", fixturePath("features.mdb"), "NoSuchTable"}, 1, "NoSuchTable"},
         {{"list"}, 2, "usage: vellum-cli list"},

@@ -35,7 +35,8 @@ TEST(SqlExportCli, RefusesCombinationsThatWriteNothingOrDoNotApply)
     const Case cases[] = {
         {{"--no-structure", "--no-data"}, "--no-structure and --no-data together leave nothing to export"},
         {{"--dialect", "db2"}, "unknown dialect 'db2' (use mysql|postgresql|oracle|sqlite|sqlserver)"},
-        {{"--dialect", "sqlite", "--schema", "s"}, "--schema applies to the postgresql, oracle and sqlserver dialects only"},
+        {{"--dialect", "sqlite", "--schema", "s"},
+         "--schema applies to the postgresql, oracle and sqlserver dialects only"},
         {{"--schema", "s"}, "--schema applies to the postgresql, oracle and sqlserver dialects only"},
     };
     for (const Case &c : cases) {
@@ -63,15 +64,16 @@ TEST(SqlExportCli, OneScriptForTheFileOneScriptPerChosenTable)
 
     // Chosen tables: one script each in the folder OUTPUT, unless --single-file.
     const std::string folder = dir.file("tables");
-    const auto some = runTool("vellum-cli", exportArgs(folder, {"--dialect", "sqlserver", "--table", "a]b", "--table",
-                                                                "Orders"}));
+    const auto some =
+        runTool("vellum-cli", exportArgs(folder, {"--dialect", "sqlserver", "--table", "a]b", "--table", "Orders"}));
     ASSERT_EQ(some.exitStatus, 0) << some.err;
     EXPECT_EQ(test::fileContents(folder + "/a]b.sql"), test::fileContents(fixturePath("golden/sql/sqlserver/a]b.sql")));
     EXPECT_TRUE(fs::exists(folder + "/Orders.sql"));
     EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 2);
 
     const std::string two = dir.file("two.sql");
-    ASSERT_EQ(runTool("vellum-cli", exportArgs(two, {"--table", "a]b", "--table", "table1", "--single-file"})).exitStatus, 0);
+    ASSERT_EQ(
+        runTool("vellum-cli", exportArgs(two, {"--table", "a]b", "--table", "table1", "--single-file"})).exitStatus, 0);
     const std::string text = test::fileContents(two);
     EXPECT_EQ(text.rfind("SET NAMES 'UTF8';", 0), 0u);
     EXPECT_NE(text.find("CREATE TABLE `table1`"), std::string::npos);
@@ -87,8 +89,8 @@ TEST(SqlExportCli, OptionsReachTheScript)
     test::TempDir dir;
     const std::string path = dir.file("props.sql");
     const auto result =
-        runTool("vellum-cli", exportArgs(path, {"--dialect", "postgresql", "--table", "Props", "--single-file", "--schema",
-                                                "app", "--no-drop", "--no-indexes", "--decimal", ","}));
+        runTool("vellum-cli", exportArgs(path, {"--dialect", "postgresql", "--table", "Props", "--single-file",
+                                                "--schema", "app", "--no-drop", "--no-indexes", "--decimal", ","}));
     ASSERT_EQ(result.exitStatus, 0) << result.err;
     const std::string text = test::fileContents(path);
     EXPECT_EQ(text.rfind("CREATE TABLE \"app\".\"Props\" (", 0), 0u) << text.substr(0, 200);
@@ -99,12 +101,13 @@ TEST(SqlExportCli, OptionsReachTheScript)
     EXPECT_EQ(text.find("DROP TABLE"), std::string::npos);
 
     const std::string dataOnly = dir.file("data.sql");
-    ASSERT_EQ(runTool("vellum-cli", exportArgs(dataOnly, {"--table", "table1", "--single-file", "--no-structure"})).exitStatus,
+    ASSERT_EQ(runTool("vellum-cli", exportArgs(dataOnly, {"--table", "table1", "--single-file", "--no-structure"}))
+                  .exitStatus,
               0);
     EXPECT_EQ(test::fileContents(dataOnly), "SET NAMES 'UTF8';\nSET FOREIGN_KEY_CHECKS = 0;\n\n"
-                                             "INSERT INTO `table1` (`ID`, `Label`) VALUES (1, 'row one of table1');\n"
-                                             "INSERT INTO `table1` (`ID`, `Label`) VALUES (2, 'row two of table1');\n\n"
-                                             "SET FOREIGN_KEY_CHECKS = 1;\n");
+                                            "INSERT INTO `table1` (`ID`, `Label`) VALUES (1, 'row one of table1');\n"
+                                            "INSERT INTO `table1` (`ID`, `Label`) VALUES (2, 'row two of table1');\n\n"
+                                            "SET FOREIGN_KEY_CHECKS = 1;\n");
 }
 
 } // namespace

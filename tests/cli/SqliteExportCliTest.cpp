@@ -47,9 +47,9 @@ TEST(SqliteExportCli, WritesTheDatabaseFile)
     ASSERT_EQ(counts.exitStatus, 0) << counts.err;
     EXPECT_EQ(counts.out.substr(0, 6), "14\n20\n");
 
-    const auto some = runTool("vellum-cli", {"export", fixturePath("features.mdb"), db, "--format", "sqlite", "--table",
-                                             "Orders", "--table", "Customers", "--no-data", "--no-indexes",
-                                             "--no-foreign-keys"});
+    const auto some =
+        runTool("vellum-cli", {"export", fixturePath("features.mdb"), db, "--format", "sqlite", "--table", "Orders",
+                               "--table", "Customers", "--no-data", "--no-indexes", "--no-foreign-keys"});
     ASSERT_EQ(some.exitStatus, 0) << some.err;
     const auto schema = runProcess({kSqlite3, db,
                                     "SELECT group_concat(name, ',') FROM sqlite_master;"
@@ -64,8 +64,8 @@ TEST(SqliteExportCli, PasswordEncryptsForSqlcipher)
         GTEST_SKIP() << kSqlite3 << " and " << kSqlcipher << " are needed";
     test::TempDir dir;
     const std::string db = dir.file("secret.sqlite");
-    const auto result = runTool("vellum-cli", {"export", fixturePath("features.mdb"), db, "--format", "sqlite",
-                                               "--password", "Tr0ub4dor&3"});
+    const auto result = runTool(
+        "vellum-cli", {"export", fixturePath("features.mdb"), db, "--format", "sqlite", "--password", "Tr0ub4dor&3"});
     ASSERT_EQ(result.exitStatus, 0) << result.err;
     EXPECT_EQ(readFile(db).find("row one of table1"), std::string::npos);
 
@@ -108,8 +108,8 @@ TEST(SqliteExportCli, RefusesWrongArguments)
     const auto onFolder = runTool("vellum-cli", {"export", features, dir.file("folder"), "--format", "sqlite"});
     EXPECT_EQ(onFolder.exitStatus, 2);
     EXPECT_TRUE(fs::is_directory(dir.file("folder")));
-    const auto withPassword = runTool("vellum-cli", {"export", features, dir.file("out"), "--format", "csv",
-                                                     "--password", "x"});
+    const auto withPassword =
+        runTool("vellum-cli", {"export", features, dir.file("out"), "--format", "csv", "--password", "x"});
     EXPECT_EQ(withPassword.exitStatus, 2);
 }
 
@@ -128,7 +128,7 @@ TEST(SqliteExportCli, LibraryIsTakenFromBesideTheExecutable)
     test::TempDir dir;
     const std::string tool = copiedTool(dir);
     const std::string db = dir.file("out.sqlite");
-    const std::vector<std::string> args = {tool, "export", fixturePath("features.mdb"), db, "--format", "sqlite",
+    const std::vector<std::string> args = {tool,      "export", fixturePath("features.mdb"), db, "--format", "sqlite",
                                            "--table", "table1"};
 
     const auto missing = runProcess(args);
@@ -143,8 +143,7 @@ TEST(SqliteExportCli, LibraryIsTakenFromBesideTheExecutable)
         const auto refused = runProcess(args);
         EXPECT_EQ(refused.exitStatus, 1);
         EXPECT_NE(refused.err.find("Load Library Error"), std::string::npos) << refused.err;
-        EXPECT_NE(refused.err.find("Missing function: sqlite3_key\nMissing function: sqlite3_rekey"),
-                  std::string::npos)
+        EXPECT_NE(refused.err.find("Missing function: sqlite3_key\nMissing function: sqlite3_rekey"), std::string::npos)
             << refused.err;
         fs::remove(dir.file("lib/vellum/libsqlcipher.so"));
     }

@@ -33,8 +33,8 @@ TEST(WorkbookExportCli, SingleWorkbookAndOnePerTable)
         EXPECT_EQ(read.sheets[0].at(0, 0)->value, "ID") << format;
 
         // --table picks one workbook per table by default; --single-file puts them in one.
-        const auto some = runTool("vellum-cli", {"export", fixturePath("features.mdb"), dir.file("per"), "--format", format,
-                                                 "--table", "Orders", "--table", "Items", "--no-header"});
+        const auto some = runTool("vellum-cli", {"export", fixturePath("features.mdb"), dir.file("per"), "--format",
+                                                 format, "--table", "Orders", "--table", "Items", "--no-header"});
         ASSERT_EQ(some.exitStatus, 0) << some.err;
         EXPECT_TRUE(std::filesystem::exists(dir.file("per/Orders." + format)));
         const test::ReadWorkbook items = test::readWorkbook(dir.file("per/Items." + format));
@@ -44,8 +44,8 @@ TEST(WorkbookExportCli, SingleWorkbookAndOnePerTable)
         EXPECT_NE(items.sheets[0].at(0, 0)->value, "ItemID") << format; // no header row
 
         const std::string two = dir.file("two." + format);
-        const auto joined = runTool("vellum-cli", {"export", fixturePath("features.mdb"), two, "--format", format, "--table",
-                                                   "Orders", "--table", "Items", "--single-file"});
+        const auto joined = runTool("vellum-cli", {"export", fixturePath("features.mdb"), two, "--format", format,
+                                                   "--table", "Orders", "--table", "Items", "--single-file"});
         ASSERT_EQ(joined.exitStatus, 0) << joined.err;
         const test::ReadWorkbook both = test::readWorkbook(two);
         ASSERT_TRUE(both.ok) << both.error;
@@ -58,8 +58,8 @@ TEST(WorkbookExportCli, SingleWorkbookAndOnePerTable)
 TEST(WorkbookExportCli, RefusesOptionsOfOtherFormatsAndAFolderAsTheWorkbook)
 {
     test::TempDir dir;
-    const auto delimiter = runTool("vellum-cli", {"export", fixturePath("features.mdb"), dir.file("x.xls"), "--format", "xls",
-                                                  "--delimiter", "tab"});
+    const auto delimiter = runTool("vellum-cli", {"export", fixturePath("features.mdb"), dir.file("x.xls"), "--format",
+                                                  "xls", "--delimiter", "tab"});
     EXPECT_EQ(delimiter.exitStatus, 2);
     EXPECT_NE(delimiter.err.find("--delimiter does not apply to --format xls"), std::string::npos) << delimiter.err;
 

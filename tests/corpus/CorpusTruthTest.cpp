@@ -13,19 +13,18 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <map>
 #include <set>
-#include <cstdio>
 
 namespace vellum {
 namespace {
 
 /// Tables whose truth Vellum does not reach, each with its reason: "file|table".
-const std::map<std::string, std::string> kAllowed = {
-};
+const std::map<std::string, std::string> kAllowed = {};
 
 std::string lowerHex(std::string_view bytes)
 {
@@ -257,7 +256,8 @@ TEST(CorpusTruth, EveryCellShowsWhatTheFileStores)
                 if (type == "COMPLEX_TYPE")
                     continue;
                 const auto &columns = table->columns();
-                const auto it = std::find_if(columns.begin(), columns.end(), [&](const auto &c) { return c->name() == name; });
+                const auto it =
+                    std::find_if(columns.begin(), columns.end(), [&](const auto &c) { return c->name() == name; });
                 ASSERT_NE(it, columns.end()) << fileName << " " << tableName << " column " << name;
                 pairs.emplace_back(static_cast<std::size_t>(it - columns.begin()), type);
                 truthIndex.push_back(t);
@@ -281,7 +281,9 @@ TEST(CorpusTruth, EveryCellShowsWhatTheFileStores)
             auto keyOfTruth = [&](const nlohmann::json &row) {
                 std::string key;
                 for (std::size_t k = 0; k < pairs.size(); ++k)
-                    key += (pairs[k].second == "OLE" ? std::string("ole") : truthCanonical(row[truthIndex[k]], pairs[k].second)) + '\x1f';
+                    key += (pairs[k].second == "OLE" ? std::string("ole")
+                                                     : truthCanonical(row[truthIndex[k]], pairs[k].second)) +
+                           '\x1f';
                 return key;
             };
             std::multimap<std::string, std::size_t> ours;
@@ -298,14 +300,16 @@ TEST(CorpusTruth, EveryCellShowsWhatTheFileStores)
                     std::string detail;
                     for (std::size_t k = 0; k < pairs.size() && t < table->rowCount(); ++k) {
                         std::string why;
-                        if (!cellMatches(table->cell(t, pairs[k].first), rows[t][truthIndex[k]], pairs[k].second, why)) {
+                        if (!cellMatches(table->cell(t, pairs[k].first), rows[t][truthIndex[k]], pairs[k].second,
+                                         why)) {
                             detail = truthColumns[truthIndex[k]]["name"].get<std::string>() + " (" + pairs[k].second +
                                      "): ours " + why + " | truth " + rows[t][truthIndex[k]].dump().substr(0, 160);
                             break;
                         }
                     }
                     if (++differences <= 40)
-                        ADD_FAILURE() << fileName << " " << tableName << ": truth row " << t << " not found; " << detail;
+                        ADD_FAILURE() << fileName << " " << tableName << ": truth row " << t << " not found; "
+                                      << detail;
                     continue;
                 }
                 const std::size_t r = found->second;

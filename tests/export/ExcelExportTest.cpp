@@ -33,20 +33,37 @@ using test::ReadWorkbook;
 TEST(SpreadsheetExport, NumberColumnsAndLeadingNumbers)
 {
     const std::pair<const char *, bool> types[] = {
-        {"Integer", true},  {"Long Integer", true}, {"Currency", true}, {"Single", true},
-        {"Double", true},   {"Numeric", true},      {"Byte", false},    {"Boolean", false},
-        {"Text", false},    {"DateTime", false},    {"double", false},
+        {"Integer", true}, {"Long Integer", true}, {"Currency", true}, {"Single", true},
+        {"Double", true},  {"Numeric", true},      {"Byte", false},    {"Boolean", false},
+        {"Text", false},   {"DateTime", false},    {"double", false},
     };
     for (const auto &[type, numeric] : types)
         EXPECT_EQ(isSpreadsheetNumberType(type), numeric) << type;
 
     const std::pair<const char *, double> numbers[] = {
-        {"12", 12},          {"12abc", 12},      {"abc", 0},          {"", 0},
-        {"  3.5", 3.5},      {"-1.5e3 kg", -1500}, {"+2", 2},         {".5", 0.5},
-        {"1e", 1},           {"1e+", 1},         {"1,5", 1},          {"1234.5000", 1234.5},
-        {"0x1A", 0},         {"inf", 0},         {"nan", 0},          {"-", 0},
-        {"-.", 0},           {"\t\n7", 7},       {"1e400", DBL_MAX},  {"-1e400", -DBL_MAX},
-        {"1e-400", 0},       {"00123", 123},     {"3.1400001", 3.1400001},
+        {"12", 12},
+        {"12abc", 12},
+        {"abc", 0},
+        {"", 0},
+        {"  3.5", 3.5},
+        {"-1.5e3 kg", -1500},
+        {"+2", 2},
+        {".5", 0.5},
+        {"1e", 1},
+        {"1e+", 1},
+        {"1,5", 1},
+        {"1234.5000", 1234.5},
+        {"0x1A", 0},
+        {"inf", 0},
+        {"nan", 0},
+        {"-", 0},
+        {"-.", 0},
+        {"\t\n7", 7},
+        {"1e400", DBL_MAX},
+        {"-1e400", -DBL_MAX},
+        {"1e-400", 0},
+        {"00123", 123},
+        {"3.1400001", 3.1400001},
         {"1.797693134862316e+308", DBL_MAX}, // Double's maximum as libmdb prints it
     };
     for (const auto &[text, value] : numbers)
@@ -63,9 +80,9 @@ TEST(XlsxExport, EscapesOnlyUnderscoresThatStartAnOoxmlEscape)
         {"_x0041_", "_x005F_x0041_"},
         {"a_x0041_b_xABCD_", "a_x005F_x0041_b_x005F_xABCD_"},
         {"_x005F_x0041_", "_x005F_x005F_x005F_x0041_"}, // escapes that touch
-        {"_x0041", "_x0041"},                             // no closing underscore
-        {"_x00G1_", "_x00G1_"},                           // not hexadecimal
-        {"_X0041_", "_X0041_"},                           // the x is lower case only
+        {"_x0041", "_x0041"},                           // no closing underscore
+        {"_x00G1_", "_x00G1_"},                         // not hexadecimal
+        {"_X0041_", "_X0041_"},                         // the x is lower case only
         {"tail_", "tail_"},
     };
     for (const auto &[text, expected] : cases) {
@@ -90,19 +107,18 @@ TEST(ExcelExport, AdapterKeepsOneWorkbookAndLogsWithoutOne)
     excel.writeNumber(1, 0, 0);
     excel.setBlankForRow(0, 0);
     EXPECT_FALSE(excel.dumpToFile(dir.file("none.xls")));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "Error when writing string: No workbook available\n"
-              "Error when writing number: No workbook available\n"
-              "Error when writing null: No workbook available\n"
-              "Error when dump file: No workbook available\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error when writing string: No workbook available\n"
+                                                      "Error when writing number: No workbook available\n"
+                                                      "Error when writing null: No workbook available\n"
+                                                      "Error when dump file: No workbook available\n");
 
     EXPECT_FALSE(excel.addSheet(""));
     EXPECT_FALSE(ExcelExport::hasWorkbook());
     ASSERT_TRUE(excel.addSheet("T"));
     EXPECT_EQ(excel.indexOfLastSheet(), 0);
     excel.writeNumber(5, 0, 0);
-    excel.writeString("", 0, 0);       // an empty text leaves the cell as it is
-    excel.setBlankForRow(65537, 2);    // row 65537 is row 1
+    excel.writeString("", 0, 0);    // an empty text leaves the cell as it is
+    excel.setBlankForRow(65537, 2); // row 65537 is row 1
     excel.writeString("kept", 2, 0);
     testing::internal::CaptureStderr();
     EXPECT_FALSE(excel.addSheet("t")); // Excel ignores case: the name is taken
@@ -172,7 +188,10 @@ ExportRun runExport(TOrbMDBFile &file, ExportFileType kind, const std::string &p
     return {job.msgLog(), job.successTableCount(), job.report().title};
 }
 
-const char *extensionOf(ExportFileType kind) { return kind == ExportFileType::XLS ? "xls" : "xlsx"; }
+const char *extensionOf(ExportFileType kind)
+{
+    return kind == ExportFileType::XLS ? "xls" : "xlsx";
+}
 
 std::string sheetNameFor(const std::string &tableName)
 {
@@ -238,8 +257,9 @@ void expectSheetHoldsRows(const ReadSheet &sheet, const TOrbMDBTable &table, boo
                         report(row, col, "number " + std::string(value.text) + " read as " + cell->value.dump());
                 }
             } else if (!cell || cell->type != "text" || cell->value != std::string(value.text)) {
-                report(row, col, "text " + std::string(value.text).substr(0, 40) + " read as " +
-                                     (cell ? cell->value.dump().substr(0, 40) : std::string("nothing")));
+                report(row, col,
+                       "text " + std::string(value.text).substr(0, 40) + " read as " +
+                           (cell ? cell->value.dump().substr(0, 40) : std::string("nothing")));
             }
         }
     }
@@ -287,10 +307,11 @@ TEST_P(WorkbookExport, FixtureDatabaseOneFilePerTableAndSingleFile)
 TEST_P(WorkbookExport, NumberAndTextColumns)
 {
     std::vector<std::unique_ptr<TOrbMDBTable>> tables;
-    tables.push_back(makeTable("Values", {{"b", "Byte"}, {"n", "Long Integer"}, {"d", "Double"}, {"flag", "Boolean"}, {"t", "Text"}},
-                               {{"7", "42", "12abc", "1", "00123"},
-                                {"255", "-3", "abc", "0", "a_x0041_b\r\n\x01"},
-                                {std::nullopt, std::nullopt, " 2.5e2", std::nullopt, "=1+2"}}));
+    tables.push_back(
+        makeTable("Values", {{"b", "Byte"}, {"n", "Long Integer"}, {"d", "Double"}, {"flag", "Boolean"}, {"t", "Text"}},
+                  {{"7", "42", "12abc", "1", "00123"},
+                   {"255", "-3", "abc", "0", "a_x0041_b\r\n\x01"},
+                   {std::nullopt, std::nullopt, " 2.5e2", std::nullopt, "=1+2"}}));
     const auto file = makeFile("values", std::move(tables));
     test::TempDir dir;
     ASSERT_TRUE(runExport(*file, kind(), dir.path(), false).log.empty());
@@ -304,9 +325,9 @@ TEST_P(WorkbookExport, NumberAndTextColumns)
         nlohmann::json value;
     };
     const Expect cells[] = {
-        {1, 0, "text", "7"},     {1, 1, "number", 42.0},   {1, 2, "number", 12.0}, {1, 3, "text", "1"},
-        {1, 4, "text", "00123"}, {2, 0, "text", "255"},    {2, 1, "number", -3.0}, {2, 2, "number", 0.0},
-        {2, 4, "text", "a_x0041_b\r\n\x01"},
+        {1, 0, "text", "7"},     {1, 1, "number", 42.0},  {1, 2, "number", 12.0},
+        {1, 3, "text", "1"},     {1, 4, "text", "00123"}, {2, 0, "text", "255"},
+        {2, 1, "number", -3.0},  {2, 2, "number", 0.0},   {2, 4, "text", "a_x0041_b\r\n\x01"},
         {3, 2, "number", 250.0}, {3, 4, "text", "=1+2"},
     };
     for (const Expect &e : cells) {
@@ -396,8 +417,8 @@ TEST_P(WorkbookExport, LengthLimitOfTheLongTextFixture)
                                        "<Accents> Failed: Field Body exceeded length limit."}
             : std::vector<std::string>{"<OverMax> Failed: Field Body exceeded length limit."};
     EXPECT_EQ(run.log, expectedLog);
-    const std::vector<std::string> written = xls ? std::vector<std::string>{"Exact"}
-                                                 : std::vector<std::string>{"Exact", "Over", "Max", "Accents"};
+    const std::vector<std::string> written =
+        xls ? std::vector<std::string>{"Exact"} : std::vector<std::string>{"Exact", "Over", "Max", "Accents"};
     EXPECT_EQ(run.successes, static_cast<std::int64_t>(written.size()));
     for (const auto &table : file->tables()) {
         const std::string out = dir.file(table->name() + "." + extension());

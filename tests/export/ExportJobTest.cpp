@@ -22,7 +22,8 @@ class RecordingObserver : public ExportObserver {
 public:
     void updateProgressPanel(const ExportJob &job, std::size_t index) override
     {
-        events.push_back("progress " + std::to_string(index) + " " + exportProgressLabel(job.entries()[index].tableName, index, job.entries().size()));
+        events.push_back("progress " + std::to_string(index) + " " +
+                         exportProgressLabel(job.entries()[index].tableName, index, job.entries().size()));
         if (stopAtProgress && index == *stopAtProgress)
             stopTarget->stop();
     }
@@ -68,8 +69,9 @@ TEST(ExportJob, WritesTheChosenTablesWithProgressFromZero)
     EXPECT_FALSE(job.startExport(&observer)) << "a job runs once";
     job.wait();
 
-    EXPECT_EQ(observer.events, (std::vector<std::string>{"progress 0 Exporting A... <0 of 2>", "rows 2/2",
-                                                         "progress 1 Exporting B... <1 of 2>", "rows 1/1", "finished"}));
+    EXPECT_EQ(observer.events,
+              (std::vector<std::string>{"progress 0 Exporting A... <0 of 2>", "rows 2/2",
+                                        "progress 1 Exporting B... <1 of 2>", "rows 1/1", "finished"}));
     EXPECT_EQ(job.entries().size(), 2u) << "unselected entries are removed at the start";
     EXPECT_EQ(test::fileContents(dir.file("A.csv")), "\"n\"\n1\n2\n");
     EXPECT_EQ(test::fileContents(dir.file("B.csv")), "\"n\"\n1\n");
@@ -114,8 +116,8 @@ TEST(ExportJob, StopBetweenRowsDeletesTheFileAndEndsTheExport)
     ASSERT_TRUE(job.startExport(&observer));
     job.wait();
 
-    EXPECT_EQ(observer.events, (std::vector<std::string>{"progress 0 Exporting Big... <0 of 2>", "rows 4096/10000",
-                                                         "finished"}));
+    EXPECT_EQ(observer.events,
+              (std::vector<std::string>{"progress 0 Exporting Big... <0 of 2>", "rows 4096/10000", "finished"}));
     EXPECT_FALSE(std::filesystem::exists(dir.file("Big.txt")));
     EXPECT_FALSE(std::filesystem::exists(dir.file("Next.txt")));
     EXPECT_EQ(job.successTableCount(), 0);
@@ -210,7 +212,8 @@ TEST(ExportReport, TitlesCountsAndLogLines)
         {true, 0, {"<T> Failed: Terminated."}, "Export terminated.", "<T> Failed: Terminated."},
         {false, 3, {"a", "b"}, "Export finished.", "3 tables exported successfully.\na\nb"},
         {false, 0, std::vector<std::string>(10, "x"), "Export finished.", "x\nx\nx\nx\nx\nx\nx\nx\nx\nx"},
-        {false, 1, twelve, "Export finished.", "1 table exported successfully.\nx\nx\nx\nx\nx\nx\nx\nx\nx\nx\n\u2026and 2 more."},
+        {false, 1, twelve, "Export finished.",
+         "1 table exported successfully.\nx\nx\nx\nx\nx\nx\nx\nx\nx\nx\n\u2026and 2 more."},
     };
     for (const Case &c : cases) {
         const ExportReport report = makeExportReport(c.terminated, c.successes, c.log);

@@ -31,7 +31,8 @@ struct ColumnProps {
     const char *description = nullptr;
 };
 
-TOrbMDBTable *addTable(TOrbMDBFile &file, const char *name, const std::vector<std::pair<std::string, std::string>> &columns,
+TOrbMDBTable *addTable(TOrbMDBFile &file, const char *name,
+                       const std::vector<std::pair<std::string, std::string>> &columns,
                        const std::vector<std::vector<test::TestCell>> &rows, const std::vector<ColumnProps> &props)
 {
     TOrbMDBTable *table = file.addTable(test::makeTable(name, columns, rows));
@@ -78,16 +79,15 @@ std::unique_ptr<TOrbMDBFile> makeFile()
 {
     auto file = std::make_unique<TOrbMDBFile>();
     file->setName("shop");
-    TOrbMDBTable *orders = addTable(*file, "Orders",
-                                    {{"Shop", "Text"}, {"No", "Long Integer"}, {"Note", "Text"}, {"Price", "Double"},
-                                     {"When", "DateTime"}},
-                                    {{"A", "1", "O'Neil\\x", "1.5", "03/04/2010 13:05:00"},
-                                     {"B", "2", std::nullopt, std::nullopt, std::nullopt}},
-                                    {{"Shop", 10, true}, {"No", 4, true}, {"Note", 50, false, "NO", "O'Neil\\x"}});
+    TOrbMDBTable *orders = addTable(
+        *file, "Orders",
+        {{"Shop", "Text"}, {"No", "Long Integer"}, {"Note", "Text"}, {"Price", "Double"}, {"When", "DateTime"}},
+        {{"A", "1", "O'Neil\\x", "1.5", "03/04/2010 13:05:00"}, {"B", "2", std::nullopt, std::nullopt, std::nullopt}},
+        {{"Shop", 10, true}, {"No", 4, true}, {"Note", 50, false, "NO", "O'Neil\\x"}});
     addIndex(*orders, "PrimaryKey", {{"Shop", true}, {"No", true}}, true, true);
     addIndex(*orders, "ix", {{"Price", false}}, false);
-    TOrbMDBTable *lines = addTable(*file, "Lines", {{"Shop", "Text"}, {"No", "Long Integer"}}, {{"A", "1"}},
-                                   {{"Shop", 10}, {"No", 4}});
+    TOrbMDBTable *lines =
+        addTable(*file, "Lines", {{"Shop", "Text"}, {"No", "Long Integer"}}, {{"A", "1"}}, {{"Shop", 10}, {"No", 4}});
     addIndex(*lines, "ix", {{"Shop", true}, {"No", true}}, true);
     addIndex(*lines, "orders", {{"No", true}}, false);
     addTable(*file, "a]b", {{"Value", "Text"}}, {{"v"}}, {{"Value", 20}});
@@ -131,56 +131,69 @@ TEST(SqlScriptWriter, OneTableScriptPerDialect)
         const char *expected;
     };
     const Case cases[] = {
-        {ServerTypeMySQL, "SET NAMES 'UTF8';\nSET FOREIGN_KEY_CHECKS = 0;\n\n"
-            "DROP TABLE IF EXISTS `Orders` CASCADE;\n"
-            "CREATE TABLE `Orders` (\n\t`Shop` varchar(10) NOT NULL,\n\t`No` int NOT NULL,\n"
-            "\t`Note` varchar(50) NOT NULL COMMENT 'O\\'Neil\\\\x',\n\t`Price` float,\n\t`When` datetime,\n"
-            "\tPRIMARY KEY (`Shop`, `No`),\n\tINDEX `ix` (`Price` DESC)\n);\n\n"
-            "INSERT INTO `Orders` (`Shop`, `No`, `Note`, `Price`, `When`) VALUES ('A', 1, 'O''Neil\\\\x', 1.5, '2010-03-04 13:05:00');\n"
-            "INSERT INTO `Orders` (`Shop`, `No`, `Note`, `Price`, `When`) VALUES ('B', 2, '', null, null);\n\n\n"
-            "SET FOREIGN_KEY_CHECKS = 1;\n"},
-        {ServerTypePostgreSQL, "DROP TABLE IF EXISTS \"Orders\" CASCADE;\n"
-            "CREATE TABLE \"Orders\" (\n\t\"Shop\" VARCHAR(10) NOT NULL,\n\t\"No\" INTEGER NOT NULL,\n"
-            "\t\"Note\" VARCHAR(50) NOT NULL,\n\t\"Price\" DOUBLE PRECISION,\n\t\"When\" TIMESTAMP WITHOUT TIME ZONE,\n"
-            "\tCONSTRAINT \"Orders_pkey\" PRIMARY KEY (\"Shop\", \"No\")\n);\n"
-            "\nCREATE INDEX \"ix\" ON \"Orders\" (\"Price\" DESC);\n"
-            "COMMENT ON COLUMN \"Orders\".\"Note\" IS 'O''Neil\\\\x';\n\n"
-            "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('A', 1, 'O''Neil\\\\x', 1.5, '2010-03-04 13:05:00');\n"
-            "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('B', 2, '', null, null);\n\n\n"},
-        {ServerTypeOracle, "DROP TABLE \"Orders\" CASCADE CONSTRAINTS;\n"
-            "CREATE TABLE \"Orders\" (\n\t\"Shop\" VARCHAR2(10) NOT NULL,\n\t\"No\" NUMBER(11) NOT NULL,\n"
-            "\t\"Note\" VARCHAR2(50) NOT NULL,\n\t\"Price\" FLOAT,\n\t\"When\" TIMESTAMP,\n"
-            "\tPRIMARY KEY (\"Shop\", \"No\")\n);\n"
-            "\nCREATE INDEX \"ix\" ON \"Orders\" (\"Price\" DESC);\n"
-            "COMMENT ON COLUMN \"Orders\".\"Note\" IS 'O''Neil\\\\x';\n\n"
-            "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('A', '1', 'O''Neil\\\\x', '1.5', "
-            "TO_DATE('03/04/2010 13:05:00', 'MM/DD/YYYY HH24:MI:SS'));\n"
-            "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('B', '2', '', null, null);\n\n\n"},
-        {ServerTypeSQLite, "PRAGMA foreign_keys = false;\n\n"
-            "DROP TABLE IF EXISTS \"Orders\";\n"
-            "CREATE TABLE \"Orders\" (\n\t\"Shop\" TEXT NOT NULL,\n\t\"No\" INTEGER NOT NULL,\n"
-            "\t\"Note\" TEXT NOT NULL,\n\t\"Price\" REAL,\n\t\"When\" TEXT,\n"
-            "\tPRIMARY KEY (\"Shop\", \"No\")\n);\n"
-            "\nCREATE INDEX \"ix\" ON \"Orders\" (\"Price\" DESC);\n\n"
-            "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('A', 1, 'O''Neil\\\\x', 1.5, '03/04/2010 13:05:00');\n"
-            "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('B', 2, '', null, null);\n\n"
-            "PRAGMA foreign_keys = true;\n"},
-        {ServerTypeSQLServer, "BEGIN TRANSACTION\nGO\n"
-            "IF EXISTS (SELECT * FROM sys.all_objects WHERE object_id = OBJECT_ID('[Orders]') AND type IN ('U'))\n"
-            "\tDROP TABLE [Orders]\nGO\n"
-            "CREATE TABLE [Orders] (\n\t[Shop] varchar(10) NOT NULL,\n\t[No] int NOT NULL,\n"
-            "\t[Note] varchar(50) NOT NULL,\n\t[Price] float,\n\t[When] smalldatetime,\n"
-            "\tCONSTRAINT [Orders_pkey] PRIMARY KEY CLUSTERED ([Shop], [No]))\nGO\n"
-            "\nCREATE INDEX [ix] ON [Orders] ([Price] DESC);\n"
-            "EXEC sp_addextendedproperty 'MS_Description', 'O''Neil\\x', 'SCHEMA', '<SCHEMA>', 'TABLE', 'Orders', "
-            "'COLUMN', 'Note'\nGO\n\n"
-            "INSERT INTO [Orders] ([Shop], [No], [Note], [Price], [When]) VALUES ('A', 1, 'O''Neil\\\\x', 1.5, '2010-03-04 13:05:00');\nGO\n"
-            "INSERT INTO [Orders] ([Shop], [No], [Note], [Price], [When]) VALUES ('B', 2, '', null, null);\nGO\n\n\n"
-            "COMMIT\n"},
+        {ServerTypeMySQL,
+         "SET NAMES 'UTF8';\nSET FOREIGN_KEY_CHECKS = 0;\n\n"
+         "DROP TABLE IF EXISTS `Orders` CASCADE;\n"
+         "CREATE TABLE `Orders` (\n\t`Shop` varchar(10) NOT NULL,\n\t`No` int NOT NULL,\n"
+         "\t`Note` varchar(50) NOT NULL COMMENT 'O\\'Neil\\\\x',\n\t`Price` float,\n\t`When` datetime,\n"
+         "\tPRIMARY KEY (`Shop`, `No`),\n\tINDEX `ix` (`Price` DESC)\n);\n\n"
+         "INSERT INTO `Orders` (`Shop`, `No`, `Note`, `Price`, `When`) VALUES ('A', 1, 'O''Neil\\\\x', 1.5, "
+         "'2010-03-04 13:05:00');\n"
+         "INSERT INTO `Orders` (`Shop`, `No`, `Note`, `Price`, `When`) VALUES ('B', 2, '', null, null);\n\n\n"
+         "SET FOREIGN_KEY_CHECKS = 1;\n"},
+        {ServerTypePostgreSQL,
+         "DROP TABLE IF EXISTS \"Orders\" CASCADE;\n"
+         "CREATE TABLE \"Orders\" (\n\t\"Shop\" VARCHAR(10) NOT NULL,\n\t\"No\" INTEGER NOT NULL,\n"
+         "\t\"Note\" VARCHAR(50) NOT NULL,\n\t\"Price\" DOUBLE PRECISION,\n\t\"When\" TIMESTAMP WITHOUT TIME ZONE,\n"
+         "\tCONSTRAINT \"Orders_pkey\" PRIMARY KEY (\"Shop\", \"No\")\n);\n"
+         "\nCREATE INDEX \"ix\" ON \"Orders\" (\"Price\" DESC);\n"
+         "COMMENT ON COLUMN \"Orders\".\"Note\" IS 'O''Neil\\\\x';\n\n"
+         "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('A', 1, 'O''Neil\\\\x', "
+         "1.5, '2010-03-04 13:05:00');\n"
+         "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('B', 2, '', null, "
+         "null);\n\n\n"},
+        {ServerTypeOracle,
+         "DROP TABLE \"Orders\" CASCADE CONSTRAINTS;\n"
+         "CREATE TABLE \"Orders\" (\n\t\"Shop\" VARCHAR2(10) NOT NULL,\n\t\"No\" NUMBER(11) NOT NULL,\n"
+         "\t\"Note\" VARCHAR2(50) NOT NULL,\n\t\"Price\" FLOAT,\n\t\"When\" TIMESTAMP,\n"
+         "\tPRIMARY KEY (\"Shop\", \"No\")\n);\n"
+         "\nCREATE INDEX \"ix\" ON \"Orders\" (\"Price\" DESC);\n"
+         "COMMENT ON COLUMN \"Orders\".\"Note\" IS 'O''Neil\\\\x';\n\n"
+         "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('A', '1', 'O''Neil\\\\x', "
+         "'1.5', "
+         "TO_DATE('03/04/2010 13:05:00', 'MM/DD/YYYY HH24:MI:SS'));\n"
+         "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('B', '2', '', null, "
+         "null);\n\n\n"},
+        {ServerTypeSQLite,
+         "PRAGMA foreign_keys = false;\n\n"
+         "DROP TABLE IF EXISTS \"Orders\";\n"
+         "CREATE TABLE \"Orders\" (\n\t\"Shop\" TEXT NOT NULL,\n\t\"No\" INTEGER NOT NULL,\n"
+         "\t\"Note\" TEXT NOT NULL,\n\t\"Price\" REAL,\n\t\"When\" TEXT,\n"
+         "\tPRIMARY KEY (\"Shop\", \"No\")\n);\n"
+         "\nCREATE INDEX \"ix\" ON \"Orders\" (\"Price\" DESC);\n\n"
+         "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('A', 1, 'O''Neil\\\\x', "
+         "1.5, '03/04/2010 13:05:00');\n"
+         "INSERT INTO \"Orders\" (\"Shop\", \"No\", \"Note\", \"Price\", \"When\") VALUES ('B', 2, '', null, null);\n\n"
+         "PRAGMA foreign_keys = true;\n"},
+        {ServerTypeSQLServer,
+         "BEGIN TRANSACTION\nGO\n"
+         "IF EXISTS (SELECT * FROM sys.all_objects WHERE object_id = OBJECT_ID('[Orders]') AND type IN ('U'))\n"
+         "\tDROP TABLE [Orders]\nGO\n"
+         "CREATE TABLE [Orders] (\n\t[Shop] varchar(10) NOT NULL,\n\t[No] int NOT NULL,\n"
+         "\t[Note] varchar(50) NOT NULL,\n\t[Price] float,\n\t[When] smalldatetime,\n"
+         "\tCONSTRAINT [Orders_pkey] PRIMARY KEY CLUSTERED ([Shop], [No]))\nGO\n"
+         "\nCREATE INDEX [ix] ON [Orders] ([Price] DESC);\n"
+         "EXEC sp_addextendedproperty 'MS_Description', 'O''Neil\\x', 'SCHEMA', '<SCHEMA>', 'TABLE', 'Orders', "
+         "'COLUMN', 'Note'\nGO\n\n"
+         "INSERT INTO [Orders] ([Shop], [No], [Note], [Price], [When]) VALUES ('A', 1, 'O''Neil\\\\x', 1.5, "
+         "'2010-03-04 13:05:00');\nGO\n"
+         "INSERT INTO [Orders] ([Shop], [No], [Note], [Price], [When]) VALUES ('B', 2, '', null, null);\nGO\n\n\n"
+         "COMMIT\n"},
     };
     const auto file = makeFile();
     for (const Case &c : cases)
-        EXPECT_EQ(script(*file, settingsFor(c.dialect), "Orders"), c.expected) << "dialect " << serverTypeValue(c.dialect);
+        EXPECT_EQ(script(*file, settingsFor(c.dialect), "Orders"), c.expected)
+            << "dialect " << serverTypeValue(c.dialect);
 }
 
 TEST(SqlScriptWriter, QuotingSchemaAndNamesWithClosingCharacter)
@@ -215,7 +228,8 @@ TEST(SqlScriptWriter, IndexNamesAreMadeUniqueAcrossTheJob)
     // PostgreSQL: the second ix becomes ix_1; the index named like a table keeps its name.
     const std::string pg = script(*file, settingsFor(ServerTypePostgreSQL, true));
     EXPECT_NE(pg.find("CREATE INDEX \"ix\" ON \"Orders\""), std::string::npos) << pg;
-    EXPECT_NE(pg.find("CREATE UNIQUE INDEX \"ix_1\" ON \"Lines\" (\"Shop\" ASC, \"No\" ASC);"), std::string::npos) << pg;
+    EXPECT_NE(pg.find("CREATE UNIQUE INDEX \"ix_1\" ON \"Lines\" (\"Shop\" ASC, \"No\" ASC);"), std::string::npos)
+        << pg;
     EXPECT_NE(pg.find("CREATE INDEX \"orders\" ON \"Lines\""), std::string::npos) << pg;
 
     // SQLite, single script: all indexes after the last table, table names registered case-folded.
@@ -229,7 +243,8 @@ TEST(SqlScriptWriter, IndexNamesAreMadeUniqueAcrossTheJob)
 
     // MySQL writes its indexes inline, by their own names.
     const std::string mysql = script(*file, settingsFor(ServerTypeMySQL, true));
-    EXPECT_NE(mysql.find(",\n\tINDEX `ix` (`Shop` ASC, `No` ASC),\n\tINDEX `orders` (`No` ASC)\n);"), std::string::npos) << mysql;
+    EXPECT_NE(mysql.find(",\n\tINDEX `ix` (`Shop` ASC, `No` ASC),\n\tINDEX `orders` (`No` ASC)\n);"), std::string::npos)
+        << mysql;
     EXPECT_EQ(mysql.find("ix_1"), std::string::npos);
 }
 
@@ -240,14 +255,18 @@ TEST(SqlScriptWriter, RelationshipsPerDialectAndPlacement)
         const char *statement;
     };
     const Case cases[] = {
-        {ServerTypeMySQL, "ALTER TABLE `Lines` ADD CONSTRAINT `LinesOrders` FOREIGN KEY (`Shop`, `No`) REFERENCES `Orders` (`Shop`, `No`) "
-            "ON UPDATE CASCADE ON DELETE SET NULL;\n\n"},
-        {ServerTypePostgreSQL, "ALTER TABLE \"Lines\" ADD CONSTRAINT \"LinesOrders\" FOREIGN KEY (\"Shop\", \"No\") REFERENCES \"Orders\" "
-            "(\"Shop\", \"No\") ON UPDATE CASCADE ON DELETE SET NULL;\n\n"},
-        {ServerTypeOracle, "ALTER TABLE \"Lines\" ADD CONSTRAINT \"LinesOrders\" FOREIGN KEY (\"Shop\", \"No\") REFERENCES \"Orders\" "
-            "(\"Shop\", \"No\") ON DELETE SET NULL ENABLE;\n\n"},
-        {ServerTypeSQLServer, "ALTER TABLE [Lines] ADD CONSTRAINT [LinesOrders] FOREIGN KEY ([Shop], [No]) REFERENCES [Orders] ([Shop], [No]) "
-            "ON UPDATE CASCADE ON DELETE SET NULL\nGO\n\n"},
+        {ServerTypeMySQL, "ALTER TABLE `Lines` ADD CONSTRAINT `LinesOrders` FOREIGN KEY (`Shop`, `No`) REFERENCES "
+                          "`Orders` (`Shop`, `No`) "
+                          "ON UPDATE CASCADE ON DELETE SET NULL;\n\n"},
+        {ServerTypePostgreSQL,
+         "ALTER TABLE \"Lines\" ADD CONSTRAINT \"LinesOrders\" FOREIGN KEY (\"Shop\", \"No\") REFERENCES \"Orders\" "
+         "(\"Shop\", \"No\") ON UPDATE CASCADE ON DELETE SET NULL;\n\n"},
+        {ServerTypeOracle,
+         "ALTER TABLE \"Lines\" ADD CONSTRAINT \"LinesOrders\" FOREIGN KEY (\"Shop\", \"No\") REFERENCES \"Orders\" "
+         "(\"Shop\", \"No\") ON DELETE SET NULL ENABLE;\n\n"},
+        {ServerTypeSQLServer, "ALTER TABLE [Lines] ADD CONSTRAINT [LinesOrders] FOREIGN KEY ([Shop], [No]) REFERENCES "
+                              "[Orders] ([Shop], [No]) "
+                              "ON UPDATE CASCADE ON DELETE SET NULL\nGO\n\n"},
     };
     const auto file = makeFile();
     for (const Case &c : cases) {
@@ -267,9 +286,11 @@ TEST(SqlScriptWriter, RelationshipsPerDialectAndPlacement)
     }
     // SQLite: inline in CREATE TABLE, never as ALTER TABLE.
     const std::string sqlite = script(*file, settingsFor(ServerTypeSQLite), "Lines");
-    EXPECT_NE(sqlite.find("\t\"No\" INTEGER,\n\tCONSTRAINT \"LinesOrders\" FOREIGN KEY (\"Shop\", \"No\") REFERENCES \"Orders\" "
-                          "(\"Shop\", \"No\") ON UPDATE CASCADE ON DELETE SET NULL\n);"),
-              std::string::npos)
+    EXPECT_NE(
+        sqlite.find(
+            "\t\"No\" INTEGER,\n\tCONSTRAINT \"LinesOrders\" FOREIGN KEY (\"Shop\", \"No\") REFERENCES \"Orders\" "
+            "(\"Shop\", \"No\") ON UPDATE CASCADE ON DELETE SET NULL\n);"),
+        std::string::npos)
         << sqlite;
     EXPECT_EQ(sqlite.find("ALTER TABLE"), std::string::npos);
 }
@@ -286,7 +307,8 @@ TEST(SqlScriptWriter, OptionsLeaveOutTheirParts)
         // Prologue and epilogue stay.
         const std::string full = script(*file, settingsFor(dialect, true));
         EXPECT_EQ(structureOnly.substr(0, 10), full.substr(0, 10)) << serverTypeValue(dialect);
-        EXPECT_EQ(structureOnly.substr(structureOnly.size() - 8), full.substr(full.size() - 8)) << serverTypeValue(dialect);
+        EXPECT_EQ(structureOnly.substr(structureOnly.size() - 8), full.substr(full.size() - 8))
+            << serverTypeValue(dialect);
 
         SqlScriptSettings noStructure = settingsFor(dialect, true);
         noStructure.exportStructure = false;

@@ -62,9 +62,9 @@ TEST(SqlTypeMapping, LengthSuffixOnlyForTextOutsideSQLite)
         const char *expected;
     };
     const Case cases[] = {
-        {"Text", 50, ServerTypeMySQL, "varchar(50)"},  {"Text", 50, ServerTypePostgreSQL, "VARCHAR(50)"},
-        {"Text", 50, ServerTypeOracle, "VARCHAR2(50)"}, {"Text", 50, ServerTypeSQLite, "TEXT"},
-        {"Text", 50, ServerTypeSQLServer, "varchar(50)"},  {"Binary", 50, ServerTypeMySQL, "varchar"},
+        {"Text", 50, ServerTypeMySQL, "varchar(50)"},        {"Text", 50, ServerTypePostgreSQL, "VARCHAR(50)"},
+        {"Text", 50, ServerTypeOracle, "VARCHAR2(50)"},      {"Text", 50, ServerTypeSQLite, "TEXT"},
+        {"Text", 50, ServerTypeSQLServer, "varchar(50)"},    {"Binary", 50, ServerTypeMySQL, "varchar"},
         {"Memo/Hyperlink", 0, ServerTypePostgreSQL, "TEXT"}, {"Long Integer", 4, ServerTypeOracle, "NUMBER(11)"},
     };
     for (const Case &c : cases)
@@ -156,10 +156,14 @@ TEST(SqlTypeMapping, ValueLiterals)
         {"Boolean", "0", false, ServerTypeOracle, ".", "'0'"},
         {"Boolean", "0", false, ServerTypeSQLServer, ".", "0"},
         // GUIDs: braces become quotes for MySQL (dashes removed) and PostgreSQL.
-        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, ServerTypeMySQL, ".", "'6F9619FF8B86D011B42D00C04FC964FF'"},
-        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, ServerTypePostgreSQL, ".", "'6F9619FF-8B86-D011-B42D00C04FC964FF'"},
-        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, ServerTypeSQLite, ".", "{6F9619FF-8B86-D011-B42D00C04FC964FF}"},
-        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, ServerTypeSQLServer, ".", "{6F9619FF-8B86-D011-B42D00C04FC964FF}"},
+        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, ServerTypeMySQL, ".",
+         "'6F9619FF8B86D011B42D00C04FC964FF'"},
+        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, ServerTypePostgreSQL, ".",
+         "'6F9619FF-8B86-D011-B42D00C04FC964FF'"},
+        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, ServerTypeSQLite, ".",
+         "{6F9619FF-8B86-D011-B42D00C04FC964FF}"},
+        {"Replication ID", "{6F9619FF-8B86-D011-B42D00C04FC964FF}", false, ServerTypeSQLServer, ".",
+         "{6F9619FF-8B86-D011-B42D00C04FC964FF}"},
         {"Replication ID", "{6F9619FF}", false, ServerTypeOracle, ".", "'{6F9619FF}'"},
         {"Replication ID", "6F9619FF", false, ServerTypePostgreSQL, ".", "6F9619FF"},
         // Missing values: null, or an empty quoted text where zero-length text is forbidden.

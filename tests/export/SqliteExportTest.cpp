@@ -2,10 +2,10 @@
 // (schema, keys, indexes, every value), an INSERT that fails, a stop, replaced and unwritable
 // files.
 
+#include "export/SqliteExport.h"
 #include "export/ExportJob.h"
 #include "export/ExportTestTables.h"
 #include "export/IndexNameRegister.h"
-#include "export/SqliteExport.h"
 #include "model/TOrbMDBForeignKey.h"
 #include "model/TOrbMDBIndex.h"
 #include "support/Fixtures.h"
@@ -154,8 +154,8 @@ TEST(SqliteExport, IndexStatementsAndUniqueNames)
     names.recordTable("Orders");
     names.recordTable("Ünïcode 表");
     const std::pair<const char *, const char *> cases[] = {
-        {"ORDERS", "ORDERS_1"}, {"orders", "orders_2"}, {"ix", "ix"},   {"IX", "IX_1"},
-        {"ix", "ix_2"},         {"ÜNÏCODE 表", "ÜNÏCODE 表_1"},          {"ORDERS_1", "ORDERS_1"},
+        {"ORDERS", "ORDERS_1"},         {"orders", "orders_2"},   {"ix", "ix"}, {"IX", "IX_1"}, {"ix", "ix_2"},
+        {"ÜNÏCODE 表", "ÜNÏCODE 表_1"}, {"ORDERS_1", "ORDERS_1"},
     };
     for (const auto &[name, expected] : cases)
         EXPECT_EQ(names.uniqueIndexName(name), expected) << name;
@@ -204,7 +204,8 @@ void expectSameValues(const TOrbMDBFile &file, const std::string &db)
     for (const auto &table : file.tables()) {
         std::string select = "SELECT ";
         for (std::size_t c = 0; c < table->columns().size(); ++c)
-            select += std::string(c ? " || ',' || " : "") + "hex(quote(" + sqliteQuotedName(table->columns()[c]->name()) + "))";
+            select += std::string(c ? " || ',' || " : "") + "hex(quote(" +
+                      sqliteQuotedName(table->columns()[c]->name()) + "))";
         select += " FROM " + sqliteQuotedName(table->name()) + " ORDER BY rowid;";
         const std::vector<std::string> rows = lines(sqlite3(db, select));
         ASSERT_EQ(rows.size(), table->rowCount()) << table->name();
@@ -277,9 +278,11 @@ TEST_F(SqliteExportFixture, FeaturesDatabaseWithKeysIndexesAndValues)
     EXPECT_EQ(sqlite3(db, "SELECT name, tbl_name FROM sqlite_master WHERE type = 'index' AND sql IS NOT NULL "
                           "ORDER BY rowid;"),
               "ux_CodeCountry|Customers\nix|Items\nORDERS_1|Items\nixPriceDesc|OrderLines\nix_1|Orders\n");
-    EXPECT_EQ(sqlite3(db, "SELECT name, \"unique\" FROM pragma_index_list('Items') ORDER BY name;"), "ORDERS_1|0\nix|1\n");
+    EXPECT_EQ(sqlite3(db, "SELECT name, \"unique\" FROM pragma_index_list('Items') ORDER BY name;"),
+              "ORDERS_1|0\nix|1\n");
     EXPECT_EQ(sqlite3(db, "SELECT name, \"desc\" FROM pragma_index_xinfo('ixPriceDesc') WHERE key;"), "Price|1\n");
-    EXPECT_EQ(sqlite3(db, "SELECT name FROM pragma_table_info('OrderLines') WHERE pk ORDER BY pk;"), "OrderID\nLineNo\n");
+    EXPECT_EQ(sqlite3(db, "SELECT name FROM pragma_table_info('OrderLines') WHERE pk ORDER BY pk;"),
+              "OrderID\nLineNo\n");
     EXPECT_EQ(sqlite3(db, "SELECT name, \"notnull\" FROM pragma_table_info('Props') "
                           "WHERE name IN ('TextAZLTrue', 'TextAZLFalse', 'ID');"),
               "ID|1\nTextAZLTrue|0\nTextAZLFalse|1\n");

@@ -2,8 +2,8 @@
 // reviewed files in tests/data/export-golden.
 
 #include "export/ExportJob.h"
-#include "support/Fixtures.h"
 #include "support/FileContents.h"
+#include "support/Fixtures.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -26,13 +26,18 @@ TEST(TextExportGolden, FixtureTablesInEveryKind)
     };
     const Case cases[] = {
         {"csv", ExportFileType::CSV, {"AllTypes", "Quote\"Table"}, nullptr},
-        {"txt", ExportFileType::TXT, {"AllTypes", "Quote\"Table"},
+        {"txt",
+         ExportFileType::TXT,
+         {"AllTypes", "Quote\"Table"},
          [](ExportOptions &o) {
              o.changeFieldDelimiter(kFieldDelimiterSemicolon);
              o.recordDelimiterTag = kRecordDelimiterCRLF;
          }},
         {"xml", ExportFileType::XML, {"AllTypes", "Quote\"Table"}, nullptr},
-        {"latin1", ExportFileType::CSV, {"AllTypes", "\u00dcn\u00efcode \u8868"}, [](ExportOptions &o) { o.encoding = 5; }},
+        {"latin1",
+         ExportFileType::CSV,
+         {"AllTypes", "\u00dcn\u00efcode \u8868"},
+         [](ExportOptions &o) { o.encoding = 5; }},
     };
     for (const Case &c : cases) {
         test::TempDir dir;
@@ -60,7 +65,8 @@ TEST(TextExportGolden, FixtureTablesInEveryKind)
             ++compared;
         }
         EXPECT_EQ(compared, 2u) << c.folder;
-        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), std::filesystem::directory_iterator()), 2)
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), std::filesystem::directory_iterator()),
+                  2)
             << c.folder;
     }
 }

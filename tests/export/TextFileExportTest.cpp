@@ -55,10 +55,11 @@ TEST(TextFileExport, ValueClassesByTypeName)
 
 TEST(TextFileExport, DelimitedTables)
 {
-    const auto table = makeTable("T", {{"Name", "Text"}, {"Amount", "Double"}, {"Count", "Long Integer"}, {"When", "DateTime"}},
-                                 {{"a\"b", "3.5", "7", "01/02/2003 04:05:06"},
-                                  {std::nullopt, "1.25", "8", std::nullopt},
-                                  {"x", std::nullopt, std::nullopt, "\"\""}});
+    const auto table =
+        makeTable("T", {{"Name", "Text"}, {"Amount", "Double"}, {"Count", "Long Integer"}, {"When", "DateTime"}},
+                  {{"a\"b", "3.5", "7", "01/02/2003 04:05:06"},
+                   {std::nullopt, "1.25", "8", std::nullopt},
+                   {"x", std::nullopt, std::nullopt, "\"\""}});
     struct Case {
         const char *name;
         ExportFileType kind;
@@ -161,14 +162,17 @@ TEST(TextFileExport, EncodesEachPieceAndSubstitutesWhatTheEncodingLacks)
     };
     const Case cases[] = {
         {"UTF-8 as it stands", 4, "\"Größe\",\"N\"\n\"é日本\",1.5\n\"ok\",2\n", 0},
-        {"Latin 1", 5, "\"Gr\xF6\xDF" "e\",\"N\"\n\"\xE9??\",1.5\n\"ok\",2\n", 2},
+        {"Latin 1", 5,
+         "\"Gr\xF6\xDF"
+         "e\",\"N\"\n\"\xE9??\",1.5\n\"ok\",2\n",
+         2},
         {"ASCII", 1, "\"Gr??e\",\"N\"\n\"???\",1.5\n\"ok\",2\n", 5},
         {"UTF-16 without byte-order mark", 10,
          fromHex("220047007200f600df00650022002c0022004e0022000a002200e900e5652c6722002c0031002e0035000a0022006f006b"
                  "0022002c0032000a00"),
          0},
-        {"ISO-2022-JP returns to ASCII after each piece", 21,
-         "\"Gr??e\",\"N\"\n\"?\x1B$BF|K\\\x1B(B\",1.5\n\"ok\",2\n", 3},
+        {"ISO-2022-JP returns to ASCII after each piece", 21, "\"Gr??e\",\"N\"\n\"?\x1B$BF|K\\\x1B(B\",1.5\n\"ok\",2\n",
+         3},
     };
     for (const Case &c : cases) {
         auto settings = settingsFor(ExportFileType::CSV);
@@ -186,12 +190,13 @@ TEST(TextFileExport, StopsBetweenRowsAndClosesTheDocument)
     StringSink sink;
     std::atomic<bool> stop{false};
     std::size_t progressCalls = 0;
-    const TextTableOutcome outcome = writeTextTable(*table, settings, sink, stop, [&](std::size_t done, std::size_t count) {
-        ++progressCalls;
-        EXPECT_EQ(count, 10u);
-        if (done == 2)
-            stop = true;
-    });
+    const TextTableOutcome outcome =
+        writeTextTable(*table, settings, sink, stop, [&](std::size_t done, std::size_t count) {
+            ++progressCalls;
+            EXPECT_EQ(count, 10u);
+            if (done == 2)
+                stop = true;
+        });
     EXPECT_EQ(outcome.result, TextTableResult::Terminated);
     EXPECT_EQ(progressCalls, 2u);
     EXPECT_EQ(sink.data(), "<?xml version=\"1.0\"?>\n<RECORDS>\n"
@@ -206,7 +211,8 @@ TEST(TextFileExport, ReportsAFailedWrite)
     } sink;
     const auto table = test::makeNumberTable("N", 3);
     std::atomic<bool> stop{false};
-    EXPECT_EQ(writeTextTable(*table, settingsFor(ExportFileType::CSV), sink, stop).result, TextTableResult::WriteFailed);
+    EXPECT_EQ(writeTextTable(*table, settingsFor(ExportFileType::CSV), sink, stop).result,
+              TextTableResult::WriteFailed);
     auto settings = settingsFor(ExportFileType::CSV);
     settings.encoding = 123456;
     StringSink memory;

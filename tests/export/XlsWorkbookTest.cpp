@@ -32,8 +32,10 @@ std::vector<Record> parseRecords(const std::string &stream)
     std::vector<Record> records;
     std::size_t at = 0;
     while (at + 4 <= stream.size()) {
-        auto type = static_cast<std::uint16_t>(static_cast<unsigned char>(stream[at]) | static_cast<unsigned char>(stream[at + 1]) << 8);
-        auto length = static_cast<std::size_t>(static_cast<unsigned char>(stream[at + 2]) | static_cast<unsigned char>(stream[at + 3]) << 8);
+        auto type = static_cast<std::uint16_t>(static_cast<unsigned char>(stream[at]) |
+                                               static_cast<unsigned char>(stream[at + 1]) << 8);
+        auto length = static_cast<std::size_t>(static_cast<unsigned char>(stream[at + 2]) |
+                                               static_cast<unsigned char>(stream[at + 3]) << 8);
         if (type == 0 && length == 0)
             break; // padding after the last EOF
         records.push_back({type, at, stream.substr(at + 4, length)});
@@ -46,7 +48,10 @@ std::uint32_t u16At(const std::string &s, std::size_t at)
 {
     return static_cast<unsigned char>(s[at]) | static_cast<unsigned char>(s[at + 1]) << 8;
 }
-std::uint32_t u32At(const std::string &s, std::size_t at) { return u16At(s, at) | u16At(s, at + 2) << 16; }
+std::uint32_t u32At(const std::string &s, std::size_t at)
+{
+    return u16At(s, at) | u16At(s, at + 2) << 16;
+}
 
 std::string bytes(std::initializer_list<int> values)
 {
@@ -169,9 +174,9 @@ TEST(XlsWorkbook, KeepsEachTextOnceInItsNarrowestForm)
     };
     const Case cases[] = {
         {u"A", bytes({1, 0, 0, 'A'})},
-        {u"\u00e9t\u00e9", bytes({3, 0, 0, 0xE9, 't', 0xE9})},              // Latin-1: one byte a character
-        {u"\u65e5\u672c", bytes({2, 0, 1, 0xE5, 0x65, 0x2C, 0x67})},        // two bytes a unit
-        {u"\U0001F600", bytes({2, 0, 1, 0x3D, 0xD8, 0x00, 0xDE})},           // a surrogate pair
+        {u"\u00e9t\u00e9", bytes({3, 0, 0, 0xE9, 't', 0xE9})},       // Latin-1: one byte a character
+        {u"\u65e5\u672c", bytes({2, 0, 1, 0xE5, 0x65, 0x2C, 0x67})}, // two bytes a unit
+        {u"\U0001F600", bytes({2, 0, 1, 0x3D, 0xD8, 0x00, 0xDE})},   // a surrogate pair
     };
     for (const Case &c : cases) {
         workbook book;
@@ -190,8 +195,8 @@ TEST(XlsWorkbook, SharedStringTableGoesOnInContinueRecords)
     struct Case {
         const char *what;
         std::vector<std::u16string> texts;
-        std::vector<std::size_t> recordSizes;  // SST, then each CONTINUE
-        std::vector<int> continueFirstByte;    // -1: a text header starts the record
+        std::vector<std::size_t> recordSizes; // SST, then each CONTINUE
+        std::vector<int> continueFirstByte;   // -1: a text header starts the record
     };
     const std::u16string narrow3000(3000, u'a');
     const std::u16string wide2000(2000, u'\u0100');
@@ -341,9 +346,9 @@ TEST(XlsWorkbook, RefusesCellsOutsideTheSheetOrAlreadyWrittenOut)
     ASSERT_NE(sheet, nullptr);
     EXPECT_TRUE(sheet->label(0, 0, std::u16string(32767, u'x')));
     EXPECT_FALSE(sheet->label(0, 1, std::u16string(32768, u'x')));
-    EXPECT_TRUE(sheet->number(31, 1, 1));  // rows 0-31 are one block
+    EXPECT_TRUE(sheet->number(31, 1, 1)); // rows 0-31 are one block
     EXPECT_TRUE(sheet->number(1, 1, 1));
-    EXPECT_TRUE(sheet->number(40, 0, 1));  // the next block: rows 0-31 are written out
+    EXPECT_TRUE(sheet->number(40, 0, 1)); // the next block: rows 0-31 are written out
     EXPECT_FALSE(sheet->number(31, 2, 1));
     EXPECT_FALSE(sheet->label(2, 2, u"late"));
     EXPECT_EQ(sheet->cellCount(), 1u);
@@ -477,7 +482,8 @@ TEST(XlsWorkbook, IndependentReaderSeesSheetsAndCells)
     EXPECT_TRUE(read.warnings.empty()) << read.warnings.front();
     ASSERT_EQ(read.sheets.size(), 3u);
     const test::ReadSheet &a = read.sheets[0];
-    EXPECT_EQ(a.name, "\xc3\x9cn\xc3\xaf" "code \xe8\xa1\xa8");
+    EXPECT_EQ(a.name, "\xc3\x9cn\xc3\xaf"
+                      "code \xe8\xa1\xa8");
     ASSERT_NE(a.at(1, 0), nullptr);
     EXPECT_EQ(a.at(1, 0)->value, "emoji \xf0\x9f\x98\x80");
     ASSERT_NE(a.at(1, 1), nullptr);

@@ -84,8 +84,8 @@ private slots:
         GCJumpBar *bar = first->dataView()->jumpBar();
         QVERIFY(bar->menu());
         QCOMPARE(bar->selectedMenuItem()->object.table, orders);
-        const IndexPath customers =
-            bar->menu()->indexPathOfItem(locationItem(bar->menu(), orders->file(), orders->file()->tableNamed("Customers")));
+        const IndexPath customers = bar->menu()->indexPathOfItem(
+            locationItem(bar->menu(), orders->file(), orders->file()->tableNamed("Customers")));
         bar->chooseIndexPath(customers, bar->generation());
         QCOMPARE(first->tableToShow(), orders->file()->tableNamed("Customers"));
         QCOMPARE(first->windowTitle(), QString("Customers @features"));

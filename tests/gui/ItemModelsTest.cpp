@@ -36,7 +36,8 @@ private slots:
         BrowserController controller(recent);
         FileListModel model(controller);
         test(&model);
-        TOrbMDBFile *open = controller.createNewMDBFile(test::copyFixture("features.mdb", m_dir.path()).toStdString(), false);
+        TOrbMDBFile *open =
+            controller.createNewMDBFile(test::copyFixture("features.mdb", m_dir.path()).toStdString(), false);
         controller.createNewMDBFile(m_dir.path().toStdString() + "/closed.mdb", false);
         QVERIFY(open->open(*test::inProcessReader()));
         model.reload();

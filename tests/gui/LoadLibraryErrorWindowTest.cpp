@@ -56,7 +56,8 @@ private slots:
         worker.join();
         QCOMPARE(title, QStringLiteral("Load Library Error"));
         QVERIFY2(message.contains("'/opt/example/libsqlcipher.so'"), qPrintable(message));
-        QCOMPARE(details, QStringLiteral("Failed to load function: sqlite3_key\nFailed to load function: sqlite3_rekey"));
+        QCOMPARE(details,
+                 QStringLiteral("Failed to load function: sqlite3_key\nFailed to load function: sqlite3_rekey"));
         QVERIFY(!returnedWhileShown);
     }
 };

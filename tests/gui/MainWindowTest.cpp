@@ -21,7 +21,6 @@
 #include <QClipboard>
 #include <QHeaderView>
 #include <QInputDialog>
-#include <QTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -29,6 +28,7 @@
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTextEdit>
+#include <QTimer>
 #include <QToolBar>
 
 using namespace vellum;
@@ -50,7 +50,8 @@ private:
         m_window =
             std::make_unique<VellumAppDelegate>(VellumAppDelegate::Options{false, nullptr, test::inProcessReader()});
         m_alerts.clear();
-        m_window->setAlertHandler([this](const QString &title, const QString &text) { m_alerts << title + "|" + text; });
+        m_window->setAlertHandler(
+            [this](const QString &title, const QString &text) { m_alerts << title + "|" + text; });
         m_window->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
     }
@@ -103,8 +104,9 @@ private slots:
         makeWindow();
         QCOMPARE(status(), QString("0 files"));
         QVERIFY(m_window->fileTree()->isDropHintVisible());
-        const QStringList expected = {"navigationBack", "navigationNext", "open", "exportCsv", "exportTxt",
-                                      "exportXml", "exportXls", "exportSql", "exportSqlite", "", "search"};
+        const QStringList expected = {"navigationBack", "navigationNext", "open",      "exportCsv",    "exportTxt",
+                                      "exportXml",      "exportXls",      "exportSql", "exportSqlite", "",
+                                      "search"};
         QStringList identifiers;
         for (QAction *action : m_window->toolbar()->actions())
             identifiers << action->objectName();
@@ -269,8 +271,8 @@ private slots:
         GCJumpBar *bar = m_window->dataView()->jumpBar();
         QCOMPARE(bar->labels().size(), std::size_t(2));
         QCOMPARE(bar->labels()[1]->fullText(), QString("OrderLines"));
-        const IndexPath itemsPath = bar->menu()->indexPathOfItem(
-            locationItem(bar->menu(), table("Items")->file(), table("Items")));
+        const IndexPath itemsPath =
+            bar->menu()->indexPathOfItem(locationItem(bar->menu(), table("Items")->file(), table("Items")));
         QCOMPARE(itemsPath.stringRepresentation(), QString("0.4").toStdString());
         bar->chooseIndexPath(itemsPath, bar->generation());
         QCOMPARE(grid()->table(), table("Items"));
@@ -362,9 +364,8 @@ private slots:
         QTRY_VERIFY(m_window->exportWizard());
         ExportWizard *wizard = m_window->exportWizard();
         QVERIFY2(!wizard->okButton()->isEnabled(), "no path yet");
-        wizard->setPathChooser([&](bool folder, const QString &, const QString &, const QString &) {
-            return folder ? out : QString();
-        });
+        wizard->setPathChooser(
+            [&](bool folder, const QString &, const QString &, const QString &) { return folder ? out : QString(); });
         wizard->selectExportPath();
         QCOMPARE(wizard->pathField()->text(), out);
         QVERIFY(wizard->okButton()->isEnabled());

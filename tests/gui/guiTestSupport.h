@@ -45,8 +45,8 @@ inline QString copyFixture(const QString &fixture, const QString &folder, const 
     int main(int argc, char **argv)                                                                                    \
     {                                                                                                                  \
         QTemporaryDir home;                                                                                            \
-        qputenv("XDG_DATA_HOME", QFile::encodeName(home.path() + "/data"));                                           \
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.path() + "/config"));                                       \
+        qputenv("XDG_DATA_HOME", QFile::encodeName(home.path() + "/data"));                                            \
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.path() + "/config"));                                        \
         qputenv("TMPDIR", QFile::encodeName(home.path()));                                                             \
         if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))                                                            \
             qputenv("QT_QPA_PLATFORM", "offscreen");                                                                   \

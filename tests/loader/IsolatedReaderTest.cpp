@@ -157,15 +157,16 @@ TEST_F(IsolatedLoader, SplitTableGivesTheRowsOfASingleRead)
     // pages, and its rows (with their blobs) must join the first half's exactly in order.
     LoadOptions split{2, std::numeric_limits<std::uint64_t>::max(), 0};
     std::vector<std::string> paths;
-    for (const char *name : {"features.mdb", "features.accdb", "ole.mdb", "ole.accdb", "jet3_size97.mdb",
-                             "newtypes.accdb"})
+    for (const char *name :
+         {"features.mdb", "features.accdb", "ole.mdb", "ole.accdb", "jet3_size97.mdb", "newtypes.accdb"})
         paths.push_back(test::fixturePath(name));
     if (const std::string big = test::sharedPath("testdata/rows70000.mdb"); !big.empty())
         paths.push_back(big);
     for (const std::string &path : paths) {
         SCOPED_TRACE(path);
         auto sequential = TOrbMDBFile::fromPath(path);
-        ASSERT_TRUE(loadFileInProcess(*sequential, nullptr, LoadOptions{.workers = 1, .parallelFromCells = 0, .splitFromCells = 0}));
+        ASSERT_TRUE(loadFileInProcess(*sequential, nullptr,
+                                      LoadOptions{.workers = 1, .parallelFromCells = 0, .splitFromCells = 0}));
         auto inProcess = TOrbMDBFile::fromPath(path);
         ASSERT_TRUE(loadFileInProcess(*inProcess, nullptr, split));
         test::expectSameModel(*sequential, *inProcess);
@@ -206,12 +207,16 @@ TEST_F(IsolatedLoader, SplitTableIsReadWholeWhenTheSecondHandleCannotOpenTheFile
     if (source.empty())
         GTEST_SKIP() << "../shared/testdata/rows70000.mdb is absent: no table large enough to split";
     auto reference = TOrbMDBFile::fromPath(source);
-    ASSERT_TRUE(loadFileInProcess(*reference, nullptr, LoadOptions{.workers = 1, .parallelFromCells = 0, .splitFromCells = 0}));
+    ASSERT_TRUE(
+        loadFileInProcess(*reference, nullptr, LoadOptions{.workers = 1, .parallelFromCells = 0, .splitFromCells = 0}));
     const std::string copy = m_dir + "/rows.mdb";
     fs::copy_file(source, copy);
     TOrbMDBFile relationships;
     FileRemovingSink sink(copy);
-    ASSERT_TRUE(loadDatabase(copy, relationships, sink, LoadOptions{.workers = 2, .parallelFromCells = std::numeric_limits<std::uint64_t>::max(), .splitFromCells = 0}));
+    ASSERT_TRUE(loadDatabase(copy, relationships, sink,
+                             LoadOptions{.workers = 2,
+                                         .parallelFromCells = std::numeric_limits<std::uint64_t>::max(),
+                                         .splitFromCells = 0}));
     EXPECT_FALSE(fs::exists(copy));
     ASSERT_EQ(sink.tables.size(), reference->tables().size());
     for (std::size_t i = 0; i < sink.tables.size(); ++i) {

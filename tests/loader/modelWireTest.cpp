@@ -106,7 +106,8 @@ TEST_P(ModelWireRoundTrip, KeepsEveryTableColumnIndexRowAndRelationship)
     const std::string path = test::fixturePath(GetParam());
     auto expected = test::openInProcess(path);
     ASSERT_TRUE(expected);
-    for (const LoadOptions &options : {LoadOptions{.workers = 1, .parallelFromCells = 0}, LoadOptions{.workers = 2, .parallelFromCells = 0}}) {
+    for (const LoadOptions &options :
+         {LoadOptions{.workers = 1, .parallelFromCells = 0}, LoadOptions{.workers = 2, .parallelFromCells = 0}}) {
         SCOPED_TRACE(options.workers);
         TOrbMDBFile received;
         ASSERT_TRUE(decodeInto(encodeFixture(path, options), received));

@@ -39,9 +39,9 @@ TEST(StoredValues, DateTimeCoversEveryAccessDateAndRoundsWithCarry)
         {2.5, "01/01/1900 12:00:00"},
         {-657434.0, "01/01/0100 00:00:00"},
         {-657434.0 - kSecond, "01/01/0100 00:00:01"}, // still day -657434, one second in
-        {-657435.0, nullptr},                          // 99-12-31
+        {-657435.0, nullptr},                         // 99-12-31
         {2958465.0 + 86399 * kSecond, "12/31/9999 23:59:59"},
-        {2958466.0, nullptr}, // 10000-01-01
+        {2958466.0, nullptr},                             // 10000-01-01
         {1.0 + 86399.6 * kSecond, "01/01/1900 00:00:00"}, // 23:59:59.6 carries into the next day
         {1.0 + 86399.4 * kSecond, "12/31/1899 23:59:59"},
         {-1.0 - 86399.7 * kSecond, "12/30/1899 00:00:00"}, // carry forward from 12/29/1899
@@ -92,7 +92,10 @@ TEST(StoredValues, FloatingPointIsTheShortestTextThatReadsBackTheSameBits)
     for (const auto &[value, text] : doubles)
         EXPECT_EQ(decodeDouble(bytesOf(value)).value_or(""), text);
     const std::pair<float, const char *> singles[] = {
-        {3.14f, "3.14"}, {0.15f, "0.15"}, {1e30f, "1e+30"}, {-16777216.0f, "-16777216"},
+        {3.14f, "3.14"},
+        {0.15f, "0.15"},
+        {1e30f, "1e+30"},
+        {-16777216.0f, "-16777216"},
         {std::numeric_limits<float>::max(), "3.4028235e+38"},
     };
     for (const auto &[value, text] : singles)
@@ -105,8 +108,7 @@ TEST(StoredValues, ExactDecimalsKeepTheirScale)
     EXPECT_EQ(decodeCurrency(bytesOf<std::int64_t>(35000)).value_or(""), "3.5000");
     EXPECT_EQ(decodeCurrency(bytesOf<std::int64_t>(-100)).value_or(""), "-0.0100");
     EXPECT_EQ(decodeCurrency(bytesOf<std::int64_t>(0)).value_or(""), "0.0000");
-    EXPECT_EQ(decodeCurrency(bytesOf(std::numeric_limits<std::int64_t>::min())).value_or(""),
-              "-922337203685477.5808");
+    EXPECT_EQ(decodeCurrency(bytesOf(std::numeric_limits<std::int64_t>::min())).value_or(""), "-922337203685477.5808");
 
     // 123456789012345678 = 0x01B69B4BA630F34E: words (most significant first) 0, 0, 0x01B69B4B,
     // 0xA630F34E, each stored little-endian.
@@ -129,10 +131,8 @@ TEST(StoredValues, IntegersByWidth)
     EXPECT_EQ(decodeInteger(bytesOf<std::uint8_t>(255), 1).value_or(""), "255");
     EXPECT_EQ(decodeInteger(bytesOf<std::int16_t>(-32768), 2).value_or(""), "-32768");
     EXPECT_EQ(decodeInteger(bytesOf<std::int32_t>(-2147483647 - 1), 4).value_or(""), "-2147483648");
-    EXPECT_EQ(decodeInteger(bytesOf(std::numeric_limits<std::int64_t>::max()), 8).value_or(""),
-              "9223372036854775807");
-    EXPECT_EQ(decodeInteger(bytesOf(std::numeric_limits<std::int64_t>::min()), 8).value_or(""),
-              "-9223372036854775808");
+    EXPECT_EQ(decodeInteger(bytesOf(std::numeric_limits<std::int64_t>::max()), 8).value_or(""), "9223372036854775807");
+    EXPECT_EQ(decodeInteger(bytesOf(std::numeric_limits<std::int64_t>::min()), 8).value_or(""), "-9223372036854775808");
     EXPECT_EQ(decodeInteger(bytesOf<std::int64_t>(9007199254740993), 8).value_or(""), "9007199254740993");
     EXPECT_FALSE(decodeInteger(bytesOf<std::int32_t>(1), 8).has_value());
 }
@@ -149,7 +149,7 @@ TEST(StoredValues, ExtendedDateTimeKeepsSevenFractionalDigits)
         EXPECT_EQ(decodeExtendedDateTime(ascii(stored)).value_or("<none>"), text) << stored;
     const char *bad[] = {
         "",
-        "0000000000000733834:00000004710012345",   // truncated
+        "0000000000000733834:00000004710012345",     // truncated
         "0000000000000733834-0000000471001234567:7", // no separator
         "00000000000007338x4:0000000471001234567:7", // not a digit
         "0000000000000733834:0000000864000000000:7", // 24:00:00

@@ -51,7 +51,13 @@ TEST(TOrbBlobData, DescriptionReadsTextByMarksAndBytes)
         {"control byte", std::string("AB\x01", 3), nonText},
         {"NUL byte", std::string("AB\0CD", 5), nonText},
         {"high byte", "caf\xC3\xA9", nonText},
-        {"only the first byte is unusual", std::string("\x01" "AB", 3), std::string("\x01" "AB", 3)},
+        {"only the first byte is unusual",
+         std::string("\x01"
+                     "AB",
+                     3),
+         std::string("\x01"
+                     "AB",
+                     3)},
         {"first byte Latin-1", "\xE9t\xE9", nonText},
         {"first byte Latin-1, rest ASCII", "\xE9tude", "\xC3\xA9tude"},
         {"single byte", "\x05", "\x05"},

@@ -20,11 +20,22 @@ std::string valueText(const ObjectValues &values, const std::string &label)
 
 TEST(TOrbMDBColumn, TypeNamesOfEveryColumnMatchTheFixture)
 {
-    const std::map<std::string, std::string> expectedNames = {
-        {"BOOLEAN", "Boolean"}, {"BYTE", "Byte"},       {"INT", "Integer"},         {"LONG", "Long Integer"},
-        {"MONEY", "Currency"},  {"FLOAT", "Single"},    {"DOUBLE", "Double"},       {"SHORT_DATE_TIME", "DateTime"},
-        {"BINARY", "Binary"},   {"TEXT", "Text"},       {"OLE", "OLE"},             {"MEMO", "Memo/Hyperlink"},
-        {"GUID", "Replication ID"}, {"NUMERIC", "Numeric"}, {"BIG_INT", "Large Number"}, {"EXT_DATE_TIME", "Date/Time Extended"}};
+    const std::map<std::string, std::string> expectedNames = {{"BOOLEAN", "Boolean"},
+                                                              {"BYTE", "Byte"},
+                                                              {"INT", "Integer"},
+                                                              {"LONG", "Long Integer"},
+                                                              {"MONEY", "Currency"},
+                                                              {"FLOAT", "Single"},
+                                                              {"DOUBLE", "Double"},
+                                                              {"SHORT_DATE_TIME", "DateTime"},
+                                                              {"BINARY", "Binary"},
+                                                              {"TEXT", "Text"},
+                                                              {"OLE", "OLE"},
+                                                              {"MEMO", "Memo/Hyperlink"},
+                                                              {"GUID", "Replication ID"},
+                                                              {"NUMERIC", "Numeric"},
+                                                              {"BIG_INT", "Large Number"},
+                                                              {"EXT_DATE_TIME", "Date/Time Extended"}};
     for (const char *name : {"features.mdb", "features.accdb", "newtypes.accdb"}) {
         auto file = test::openInProcess(fixturePath(name));
         ASSERT_TRUE(file) << name;
@@ -96,7 +107,8 @@ TEST(TOrbMDBColumn, PropertiesAndTheirDisplayTexts)
         for (const Case &c : cases) {
             const TOrbMDBColumn *column = props->columnNamed(c.column);
             ASSERT_NE(column, nullptr) << c.column;
-            EXPECT_EQ(valueText(column->getObjectValues(), c.label), c.value) << name << " " << c.column << " " << c.label;
+            EXPECT_EQ(valueText(column->getObjectValues(), c.label), c.value)
+                << name << " " << c.column << " " << c.label;
         }
         EXPECT_EQ(props->columnNamed("AlignRight")->textAlignForCell(), CellAlignment::Right);
         EXPECT_EQ(props->columnNamed("AlignOdd")->textAlignForCell(), CellAlignment::Natural);

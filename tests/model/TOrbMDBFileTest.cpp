@@ -25,9 +25,9 @@ TEST_P(FeaturesFile, KeepsUserTablesInNaturalNameOrder)
         names.push_back(table->name());
     // Catalog order is table10, Table2, table1, …; the list is in natural order, numbers as
     // numbers and case only as a tie-break; MSys tables never show.
-    const std::vector<std::string> expected = {"a]b",    "AllTypes",    "Customers",   "Empty",  "Items",
-                                               "OrderLines", "Orders", "Props",  "Quote\"Table", "Space Table",
-                                               "table1", "Table2",      "table10",     "Ünïcode 表"};
+    const std::vector<std::string> expected = {"a]b",        "AllTypes", "Customers", "Empty",        "Items",
+                                               "OrderLines", "Orders",   "Props",     "Quote\"Table", "Space Table",
+                                               "table1",     "Table2",   "table10",   "Ünïcode 表"};
     EXPECT_EQ(names, expected);
     for (const auto &table : file->tables()) {
         const auto *expectedTable = test::sidecarTable(sidecar, table->name());

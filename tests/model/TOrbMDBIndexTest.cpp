@@ -35,7 +35,8 @@ TEST(TOrbMDBIndex, KeysDirectionsAndPrimaryMarks)
         EXPECT_EQ(std::get<std::string>(descending->getObjectValues().at("Primary key")), "NO");
 
         for (const auto &column : lines->columns()) {
-            EXPECT_EQ(column->isPrimaryKey(), column->name() == "OrderID" || column->name() == "LineNo") << column->name();
+            EXPECT_EQ(column->isPrimaryKey(), column->name() == "OrderID" || column->name() == "LineNo")
+                << column->name();
         }
 
         const TOrbMDBTable *items = file->tableNamed("Items");

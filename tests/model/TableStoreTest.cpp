@@ -111,12 +111,28 @@ TEST(TableStore, AdoptValidatesTheRawForm)
     const std::string blobIndex0("\0\0\0\0", 4);
     const std::string blobIndex5("\5\0\0\0", 4);
     const Case cases[] = {
-        {"valid", std::string("\x02\x04" "abc" "\x00\x02" "d", 8), {0, 5}, true},
-        {"cell past its block", "\x02\x10" "ab", {0}, false},
+        {"valid",
+         std::string("\x02\x04"
+                     "abc"
+                     "\x00\x02"
+                     "d",
+                     8),
+         {0, 5},
+         true},
+        {"cell past its block",
+         "\x02\x10"
+         "ab",
+         {0},
+         false},
         {"row start past the block", std::string(2, '\0'), {(0ull << 32) | 99}, false},
         {"unknown block", std::string(2, '\0'), {1ull << 32}, false},
         {"header runs off the block", "\x80", {0}, false},
-        {"blob of the wrong size", std::string("\x00\x07" "abc", 5), {0}, false},
+        {"blob of the wrong size",
+         std::string("\x00\x07"
+                     "abc",
+                     5),
+         {0},
+         false},
         {"blob index out of range", std::string("\x00\x09", 2) + blobIndex5, {0}, false},
         {"valid blob", std::string("\x00\x09", 2) + blobIndex0, {0}, true},
     };
@@ -133,7 +149,11 @@ TEST(TableStore, AdoptValidatesTheRawForm)
     }
     TableStore store;
     std::vector<TableStore::Block> blocks;
-    blocks.push_back(makeBlock(std::string("\x02\x04" "abc" "\x00\x02" "d", 8)));
+    blocks.push_back(makeBlock(std::string("\x02\x04"
+                                           "abc"
+                                           "\x00\x02"
+                                           "d",
+                                           8)));
     ASSERT_TRUE(store.adopt(2, std::move(blocks), {0, 5}, {}));
     EXPECT_EQ(store.cell(0, 0).text, "a");
     EXPECT_EQ(store.cell(0, 1).text, "bc");
@@ -145,7 +165,11 @@ TEST(TableStore, RawFormArrivingInPiecesIsCheckedAsBlocksArrive)
 {
     // Block 0 holds two good rows, block 1 one row whose blob index is 1.
     std::vector<TableStore::Block> blocks;
-    blocks.push_back(makeBlock(std::string("\x02\x04" "abc" "\x00\x02" "d", 8)));
+    blocks.push_back(makeBlock(std::string("\x02\x04"
+                                           "abc"
+                                           "\x00\x02"
+                                           "d",
+                                           8)));
     const std::vector<std::uint64_t> rowStarts = {0, 5, 1ull << 32};
     auto check = TableStore::checkRawRows(2, blocks, rowStarts, 0, 0);
     EXPECT_TRUE(check.valid);
@@ -164,7 +188,11 @@ TEST(TableStore, RawFormArrivingInPiecesIsCheckedAsBlocksArrive)
     for (int i = 0; i < 2; ++i)
         blobs.push_back(std::make_unique<TOrbBlobData>(std::vector<std::uint8_t>{7}, "png"));
     std::vector<TableStore::Block> broken;
-    broken.push_back(makeBlock(std::string("\x02\x04" "abc" "\x00\x02" "d", 8)));
+    broken.push_back(makeBlock(std::string("\x02\x04"
+                                           "abc"
+                                           "\x00\x02"
+                                           "d",
+                                           8)));
     broken.push_back(makeBlock(std::string("\x00\x09\x05\x00\x00\x00", 6)));
     TableStore store;
     EXPECT_FALSE(store.adopt(2, std::move(broken), rowStarts, std::move(blobs), 2));
@@ -180,7 +208,8 @@ TEST(TableStore, AppendedHalvesKeepTheirRowsAndBlobs)
             const std::string id = std::to_string(r);
             store.appendText(id.data(), id.size());
             if (r % 4 == 0)
-                store.appendBlob(std::make_unique<TOrbBlobData>(std::vector<std::uint8_t>(1 + r % 50, static_cast<std::uint8_t>(r)), "bin"));
+                store.appendBlob(std::make_unique<TOrbBlobData>(
+                    std::vector<std::uint8_t>(1 + r % 50, static_cast<std::uint8_t>(r)), "bin"));
             else
                 store.appendNull();
             const std::string wide(static_cast<std::size_t>(r % 700), 'q');

@@ -174,10 +174,20 @@ std::vector<std::string> ServerDatabase::clientArguments() const
 {
     switch (m_kind) {
     case ServerKind::PostgreSQL:
-        return {valueOr(m_env, "PSQL"), "-X", "-q", "-h", valueOr(m_env, "PG_HOST"), "-p", valueOr(m_env, "PG_PORT"),
-                "-U", valueOr(m_env, "PG_USER"), "-d", m_name};
+        return {valueOr(m_env, "PSQL"),
+                "-X",
+                "-q",
+                "-h",
+                valueOr(m_env, "PG_HOST"),
+                "-p",
+                valueOr(m_env, "PG_PORT"),
+                "-U",
+                valueOr(m_env, "PG_USER"),
+                "-d",
+                m_name};
     case ServerKind::MariaDB:
-        return {valueOr(m_env, "MARIADB"), "--no-defaults", "--socket=" + valueOr(m_env, "MY_SOCKET"), "-uroot", m_name};
+        return {valueOr(m_env, "MARIADB"), "--no-defaults", "--socket=" + valueOr(m_env, "MY_SOCKET"), "-uroot",
+                m_name};
     case ServerKind::SQLite:
         return {valueOr(m_env, "SQLITE3"), "-batch", m_sqlitePath};
     }
@@ -255,11 +265,13 @@ bool ServerDatabase::hasTable(const std::string &table)
     std::optional<std::vector<std::string>> lines;
     switch (m_kind) {
     case ServerKind::PostgreSQL:
-        lines = query("SELECT count(*) FROM pg_tables WHERE schemaname = 'public' AND tablename = " + sqlText(table, false));
+        lines = query("SELECT count(*) FROM pg_tables WHERE schemaname = 'public' AND tablename = " +
+                      sqlText(table, false));
         break;
     case ServerKind::MariaDB:
-        lines = query("SELECT count(*) FROM information_schema.tables WHERE table_schema = DATABASE() AND table_name = " +
-                      sqlText(table, true));
+        lines =
+            query("SELECT count(*) FROM information_schema.tables WHERE table_schema = DATABASE() AND table_name = " +
+                  sqlText(table, true));
         break;
     case ServerKind::SQLite:
         lines = query("SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name = " + sqlText(table, false));

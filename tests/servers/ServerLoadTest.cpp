@@ -206,7 +206,7 @@ std::string mismatch(ServerKind kind, const TOrbMDBColumn &column, const CellVal
     case Rule::Integer: {
         long long a = 0, b = 0;
         return parseInteger(text, a) && parseInteger(got, b) && a == b ? std::string()
-                                                                        : "expected " + text + ", got " + got;
+                                                                       : "expected " + text + ", got " + got;
     }
     case Rule::Real: {
         double a = 0, b = 0;
@@ -343,7 +343,8 @@ void ServerLoad::runLoad(const LoadCase &c)
                 const std::string problem =
                     mismatch(c.kind, *table->columns()[col], table->cell(r, col), (*found->second)[col]);
                 if (!problem.empty())
-                    mismatches.push_back(name + " row " + modelKey + " " + table->columns()[col]->name() + ": " + problem);
+                    mismatches.push_back(name + " row " + modelKey + " " + table->columns()[col]->name() + ": " +
+                                         problem);
             }
         }
         EXPECT_EQ(rows->size(), expectedRows) << "rows of " << name;
@@ -381,10 +382,12 @@ TEST_F(ServerLoad, MariaDBFeatures)
 {
     // "varchar" without a length (the Binary column) is a syntax error, so AllTypes is not made
     // and none of its rows load.
-    std::vector<std::string> errors = {"13: ERROR 1064 (42000): You have an error in your SQL syntax; check the manual "
-                                       "that corresponds to your MariaDB server version for the right syntax to use near '"};
+    std::vector<std::string> errors = {
+        "13: ERROR 1064 (42000): You have an error in your SQL syntax; check the manual "
+        "that corresponds to your MariaDB server version for the right syntax to use near '"};
     for (int line : {33, 34, 35, 36, 37, 41, 42, 43, 44, 45, 46, 47, 48, 49, 50, 51, 52, 53, 55, 56})
-        errors.push_back(std::to_string(line) + ": ERROR 1146 (42S02): Table 'vellum_mysql_features.AllTypes' doesn't exist");
+        errors.push_back(std::to_string(line) +
+                         ": ERROR 1146 (42S02): Table 'vellum_mysql_features.AllTypes' doesn't exist");
     runLoad({"features.mdb", ServerKind::MariaDB, errors, {"AllTypes"}, {}});
 }
 
@@ -394,8 +397,8 @@ TEST_F(ServerLoad, SQLiteFeatures)
     const char *brace = ": unrecognized token: \"{\"";
     runLoad({"features.mdb",
              ServerKind::SQLite,
-             {std::string("33") + brace, std::string("34") + brace, std::string("41") + brace, std::string("49") + brace,
-              std::string("54") + brace},
+             {std::string("33") + brace, std::string("34") + brace, std::string("41") + brace,
+              std::string("49") + brace, std::string("54") + brace},
              {},
              {{"AllTypes", {"2", "3", "7", "15", "19"}}}});
 }
@@ -418,15 +421,16 @@ TEST_F(ServerLoad, MariaDBBlobs)
     // OLE columns are "text(8000)": payloads that are not UTF-8 are refused.
     const std::string refused = ": ERROR 1366 (22007): Incorrect string value: '";
     const std::string column = "...' for column `vellum_mysql_ole`.`Blobs`.`Data` at row 1";
-    runLoad({"ole.mdb",
-             ServerKind::MariaDB,
-             {"14" + refused + "\\x80U\\x00\\x80\\xAA\\x00" + column, "15" + refused + "\\xBDN\\xC30\\x10\\xDE" + column,
-              "16" + refused + "\\xD0\\xCF\\x11\\xE0\\xA1\\xB1" + column,
-              "17" + refused + "\\xD0\\xCF\\x11\\xE0\\xA1\\xB1" + column,
-              "18" + refused + "\\x89PNG\\x0D\\x0A" + column,
-              "22" + refused + "\\xFF\\xD8\\xFF\\xE0\\x00\\x10" + column, "25" + refused + "\\x9B\\xBA\\xD9\\xF8\\x176" + column},
-             {},
-             {{"Blobs", {"3", "4", "5", "6", "7", "11", "14"}}}});
+    runLoad(
+        {"ole.mdb",
+         ServerKind::MariaDB,
+         {"14" + refused + "\\x80U\\x00\\x80\\xAA\\x00" + column, "15" + refused + "\\xBDN\\xC30\\x10\\xDE" + column,
+          "16" + refused + "\\xD0\\xCF\\x11\\xE0\\xA1\\xB1" + column,
+          "17" + refused + "\\xD0\\xCF\\x11\\xE0\\xA1\\xB1" + column, "18" + refused + "\\x89PNG\\x0D\\x0A" + column,
+          "22" + refused + "\\xFF\\xD8\\xFF\\xE0\\x00\\x10" + column,
+          "25" + refused + "\\x9B\\xBA\\xD9\\xF8\\x176" + column},
+         {},
+         {{"Blobs", {"3", "4", "5", "6", "7", "11", "14"}}}});
 }
 
 TEST_F(ServerLoad, SQLiteBlobs)

@@ -232,8 +232,8 @@ TEST(DynamicSQLiteAPISocket, PasswordKeysTheDatabase)
 TEST(DynamicSQLiteAPISocket, PasswordLengthCountsUtf16Units)
 {
     EXPECT_EQ(passwordLengthInCharacters("abc"), 3);
-    EXPECT_EQ(passwordLengthInCharacters("p\xc3\xa4ss"), 4);        // ä: 2 bytes, 1 unit
-    EXPECT_EQ(passwordLengthInCharacters("\xe6\x97\xa5"), 1);       // 日: 3 bytes, 1 unit
+    EXPECT_EQ(passwordLengthInCharacters("p\xc3\xa4ss"), 4);       // ä: 2 bytes, 1 unit
+    EXPECT_EQ(passwordLengthInCharacters("\xe6\x97\xa5"), 1);      // 日: 3 bytes, 1 unit
     EXPECT_EQ(passwordLengthInCharacters("\xf0\x9f\x98\x80x"), 3); // emoji: 4 bytes, 2 units
     EXPECT_EQ(passwordLengthInCharacters(""), 0);
 }

@@ -132,9 +132,9 @@ TEST(SocketConnectHandler, OutcomeOfTheConnectThread)
         bool cancel;
         SocketConnectHandler::Outcome expected;
     };
-    for (const Case &c : {Case{true, false, SocketConnectHandler::kConnected},
-                          Case{false, false, SocketConnectHandler::kFailed},
-                          Case{true, true, SocketConnectHandler::kCancelled}}) {
+    for (const Case &c :
+         {Case{true, false, SocketConnectHandler::kConnected}, Case{false, false, SocketConnectHandler::kFailed},
+          Case{true, true, SocketConnectHandler::kCancelled}}) {
         BlockingSocket socket;
         socket.answer = c.answer;
         int checks = 0;

@@ -1,6 +1,6 @@
+#include "sql/SQLEscapeMethods.h"
 #include "sql/SQLContext.h"
 #include "sql/SQLEncoding.h"
-#include "sql/SQLEscapeMethods.h"
 #include "sql/SQLiteEscapeMethods.h"
 
 #include <gtest/gtest.h>
@@ -155,11 +155,28 @@ TEST(SQLEncoding, MySQLCharsetNames)
         const char *expected;
     };
     const Case cases[] = {
-        {1, "ascii"},        {7, "ascii"},        {3, "ujis"},        {4, "utf8"},     {5, "latin1"},
-        {8, "sjis"},         {9, "latin2"},       {10, "ucs2"},       {11, "cp1251"},  {15, "cp1250"},
-        {30, "macroman"},    {0x80000940, "euckr"}, {0x80000930, "gb2312"}, {0x80000A03, "big5"},
-        {0x80000207, "greek"}, {0x80000209, "latin5"}, {0x80000600, "ascii"}, {0x80000502, "cp1251"},
-        {0x80000201, "latin1"}, {0x80000FFF, "latin1"}, {999, "latin1"}, {0, "latin1"},
+        {1, "ascii"},
+        {7, "ascii"},
+        {3, "ujis"},
+        {4, "utf8"},
+        {5, "latin1"},
+        {8, "sjis"},
+        {9, "latin2"},
+        {10, "ucs2"},
+        {11, "cp1251"},
+        {15, "cp1250"},
+        {30, "macroman"},
+        {0x80000940, "euckr"},
+        {0x80000930, "gb2312"},
+        {0x80000A03, "big5"},
+        {0x80000207, "greek"},
+        {0x80000209, "latin5"},
+        {0x80000600, "ascii"},
+        {0x80000502, "cp1251"},
+        {0x80000201, "latin1"},
+        {0x80000FFF, "latin1"},
+        {999, "latin1"},
+        {0, "latin1"},
     };
     for (const Case &c : cases)
         EXPECT_EQ(MySQLCharsetFromStringEncoding(c.code), c.expected) << std::hex << c.code;

@@ -1,5 +1,5 @@
-#include "sql/DynamicSQLiteAPISocket.h"
 #include "sql/sqliteLibrary.h"
+#include "sql/DynamicSQLiteAPISocket.h"
 #include "support/RunProcess.h"
 
 #include <gtest/gtest.h>
@@ -19,8 +19,8 @@ TEST(sqliteLibrary, TypeIdFollowsColumnAffinityRule)
         int expected;
     };
     const Case cases[] = {
-        {"varchar(20)", 3}, {"Double precision", 2}, {"POINT", 1}, {"BLOBTEXT", 3}, {"", -1},
-        {nullptr, -1},      {"integer", 1},          {"CLOB", 3},  {"blob", 4},     {"FLOAT", 2},
+        {"varchar(20)", 3}, {"Double precision", 2}, {"POINT", 1},  {"BLOBTEXT", 3}, {"", -1},
+        {nullptr, -1},      {"integer", 1},          {"CLOB", 3},   {"blob", 4},     {"FLOAT", 2},
         {"REAL", 2},        {"DATETIME", -1},        {"BIGINT", 1},
     };
     for (const Case &c : cases)

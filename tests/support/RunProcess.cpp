@@ -44,7 +44,8 @@ ProcessResult runProcess(const std::vector<std::string> &argv, double timeoutSec
     int open = 2;
     char buffer[65536];
     while (open > 0) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
         if (left.count() <= 0) {
             result.timedOut = true;
             kill(-pid, SIGKILL);

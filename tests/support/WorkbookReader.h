@@ -38,10 +38,10 @@ inline const std::string &pythonWithWorkbookReaders()
     return found;
 }
 
-#define VELLUM_REQUIRE_WORKBOOK_READERS()                                                                    \
-    do {                                                                                                     \
-        if (::vellum::test::pythonWithWorkbookReaders().empty())                                             \
-            GTEST_SKIP() << "python3 with xlrd and openpyxl is missing (Debian: python3-xlrd python3-openpyxl)"; \
+#define VELLUM_REQUIRE_WORKBOOK_READERS()                                                                              \
+    do {                                                                                                               \
+        if (::vellum::test::pythonWithWorkbookReaders().empty())                                                       \
+            GTEST_SKIP() << "python3 with xlrd and openpyxl is missing (Debian: python3-xlrd python3-openpyxl)";       \
     } while (0)
 
 /// One cell as the reader sees it: type "text", "number" or "blank", and the value.
@@ -72,7 +72,8 @@ struct ReadWorkbook {
 inline ReadWorkbook runWorkbookReader(std::vector<std::string> args)
 {
     ReadWorkbook book;
-    args.insert(args.begin(), {pythonWithWorkbookReaders(), std::string(VELLUM_SOURCE_DIR) + "/tests/scripts/read_workbook.py"});
+    args.insert(args.begin(),
+                {pythonWithWorkbookReaders(), std::string(VELLUM_SOURCE_DIR) + "/tests/scripts/read_workbook.py"});
     const ProcessResult result = runProcess(args, 600);
     if (result.exitStatus != 0) {
         book.error = result.err.empty() ? "reader failed" : result.err;
@@ -101,9 +102,15 @@ inline ReadWorkbook runWorkbookReader(std::vector<std::string> args)
 }
 
 /// The sheets and cells of an .xls or .xlsx file.
-inline ReadWorkbook readWorkbook(const std::string &path) { return runWorkbookReader({path}); }
+inline ReadWorkbook readWorkbook(const std::string &path)
+{
+    return runWorkbookReader({path});
+}
 
 /// The streams of a compound file: name → {"size", "sha256"}.
-inline ReadWorkbook readCompoundStreams(const std::string &path) { return runWorkbookReader({"--streams", path}); }
+inline ReadWorkbook readCompoundStreams(const std::string &path)
+{
+    return runWorkbookReader({"--streams", path});
+}
 
 } // namespace vellum::test

@@ -22,8 +22,8 @@ int compareKeys(const std::string &a, const std::string &b)
 /// spaces and controls (which the collation ignores), lengths 0 to 12.
 std::string randomAscii(std::mt19937 &random)
 {
-    static const std::string alphabet = std::string("aAbBzZ0123456789000 \t-_,.;:!?'\"()[]{}@*/\\&#%`^+<=>|~$") +
-                                        std::string("\x01\x07\x1f\x7f", 4);
+    static const std::string alphabet =
+        std::string("aAbBzZ0123456789000 \t-_,.;:!?'\"()[]{}@*/\\&#%`^+<=>|~$") + std::string("\x01\x07\x1f\x7f", 4);
     std::string text;
     const int length = static_cast<int>(random() % 13);
     for (int i = 0; i < length; ++i)
@@ -49,9 +49,10 @@ TEST(finderAsciiSortKey, OrdersLikeFinderCompare)
         const char *b;
         int expected;
     } cases[] = {
-        {"table1", "Table2", -1}, {"Table2", "table10", -1}, {"a", "A", -1},     {"01", "1", 0},
-        {"2", "10", -1},          {"", "a", -1},             {"x\x01y", "xy", 0}, {"aB", "Ab", -1},
-        {"9", "a", -1},           {"$", "0", -1},            {"a b", "ab", -1},
+        {"table1", "Table2", -1}, {"Table2", "table10", -1}, {"a", "A", -1},
+        {"01", "1", 0},           {"2", "10", -1},           {"", "a", -1},
+        {"x\x01y", "xy", 0},      {"aB", "Ab", -1},          {"9", "a", -1},
+        {"$", "0", -1},           {"a b", "ab", -1},
     };
     for (const auto &c : cases) {
         ASSERT_TRUE(finderAsciiSortKey(c.a, keyA));

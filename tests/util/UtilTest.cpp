@@ -26,8 +26,14 @@ TEST(finderCompare, NaturalOrderWithCaseAsTieBreak)
 TEST(formatComputerFileSize, RoundsKilobytesUp)
 {
     const std::pair<std::uint64_t, const char *> cases[] = {
-        {0, "0 KB"},          {1, "1 KB"},           {1024, "1 KB"},         {1025, "2 KB"},
-        {1023 * 1024, "1023 KB"}, {1023 * 1024 + 1, "1.0 MB"}, {1048577, "1.0 MB"}, {5 * 1048576ull, "5.0 MB"},
+        {0, "0 KB"},
+        {1, "1 KB"},
+        {1024, "1 KB"},
+        {1025, "2 KB"},
+        {1023 * 1024, "1023 KB"},
+        {1023 * 1024 + 1, "1.0 MB"},
+        {1048577, "1.0 MB"},
+        {5 * 1048576ull, "5.0 MB"},
         {1024ull * 1024 * 1024 * 3, "3.0 GB"},
     };
     for (const auto &[bytes, text] : cases)

@@ -10,9 +10,18 @@ namespace {
 TEST(StringEncodings, StableCodesNamesAndLookup)
 {
     const std::tuple<const char *, std::uint64_t> lookups[] = {
-        {"4", 4},           {"UTF-8", 4},          {"utf-8", 4},     {"Unicode (UTF-8)", 4},
-        {"1", 1},           {"iso-8859-1", 5},     {"10", 10},       {"MACINTOSH", 30},
-        {"Western (Mac OS Roman)", 30}, {"CP1252", 12}, {"2147485234", 0x80000632}, {"KOI8-R", 0x80000A02},
+        {"4", 4},
+        {"UTF-8", 4},
+        {"utf-8", 4},
+        {"Unicode (UTF-8)", 4},
+        {"1", 1},
+        {"iso-8859-1", 5},
+        {"10", 10},
+        {"MACINTOSH", 30},
+        {"Western (Mac OS Roman)", 30},
+        {"CP1252", 12},
+        {"2147485234", 0x80000632},
+        {"KOI8-R", 0x80000A02},
     };
     for (const auto &[text, code] : lookups) {
         const StringEncoding *encoding = findStringEncoding(text);
@@ -42,15 +51,23 @@ TEST(StringEncodings, EncoderSubstitutesPerCharacterAndKeepsNoState)
         std::size_t substituted;
     };
     const Case cases[] = {
-        {4, "a\xFF" "b", "a\xFF" "b", 0},                     // UTF-8 is written as it stands
+        {4,
+         "a\xFF"
+         "b",
+         "a\xFF"
+         "b",
+         0}, // UTF-8 is written as it stands
         {5, "caf\xC3\xA9", "caf\xE9", 0},
-        {5, "\xE2\x82\xAC 5", "? 5", 1},                      // the euro sign is not in Latin 1
-        {0x8000020F, "\xE2\x82\xAC 5", "\xA4 5", 0},          // but it is in Latin 9
-        {5, "a\xFF" "b\xC3", "a?b?", 2},                      // bytes that are not UTF-8
-        {5, "\xF0\x9F\x98\x80!", "?!", 1},                    // one emoji, one "?"
+        {5, "\xE2\x82\xAC 5", "? 5", 1},             // the euro sign is not in Latin 1
+        {0x8000020F, "\xE2\x82\xAC 5", "\xA4 5", 0}, // but it is in Latin 9
+        {5,
+         "a\xFF"
+         "b\xC3",
+         "a?b?", 2},                       // bytes that are not UTF-8
+        {5, "\xF0\x9F\x98\x80!", "?!", 1}, // one emoji, one "?"
         {1, "plain ascii", "plain ascii", 0},
         {0x90000100, "A\xC3\xA9", std::string("\0A\0\xE9", 4), 0},
-        {21, "\xE6\x97\xA5x", "\x1B$BF|\x1B(Bx", 0},          // back to ASCII inside the piece
+        {21, "\xE6\x97\xA5x", "\x1B$BF|\x1B(Bx", 0}, // back to ASCII inside the piece
         {21, "", "", 0},
     };
     for (const Case &c : cases) {

@@ -89,7 +89,8 @@ void ExportWizard::buildInterface()
     const ExportOptions &options = m_job->options();
     auto *layout = new QVBoxLayout(this);
 
-    auto *intro = new QLabel(toQString(formatObjects(localized("Tables of %@"), {m_file->name() + "." + m_file->fileExtension()})), this);
+    auto *intro = new QLabel(
+        toQString(formatObjects(localized("Tables of %@"), {m_file->name() + "." + m_file->fileExtension()})), this);
     layout->addWidget(intro);
 
     m_entries = new ExportEntriesModel(*m_job, this);
@@ -346,7 +347,8 @@ void ExportWizard::enableOkButtonCheck()
     if (!m_okButton)
         return; // still being built
     readOptions();
-    m_okButton->setEnabled(vellum::enableOkButtonCheck(m_job->exportPath(), m_job->selectedTableCount(), m_job->options()));
+    m_okButton->setEnabled(
+        vellum::enableOkButtonCheck(m_job->exportPath(), m_job->selectedTableCount(), m_job->options()));
 }
 
 void ExportWizard::markAllTableEntriesAsSelected(bool selected)
@@ -412,8 +414,7 @@ void ExportWizard::updateExportSingleFileLabels()
     m_tableList->setColumnHidden(ExportEntriesModel::FileNameColumn, single);
     const QString path = m_pathField->text();
     if (!path.isEmpty())
-        m_pathField->setText(
-            toQString(updateExportSingleFilePath(path.toStdString(), single, m_file->name(), m_kind)));
+        m_pathField->setText(toQString(updateExportSingleFilePath(path.toStdString(), single, m_file->name(), m_kind)));
 }
 
 void ExportWizard::ok()

@@ -192,7 +192,8 @@ QVariant TableDataModel::data(const QModelIndex &index, int role) const
         const TOrbMDBTable *table = m_table;
         if (!table || index.column() >= m_columnCount)
             return {};
-        return QVariant::fromValue(alignmentOf(table->columns()[static_cast<std::size_t>(index.column())]->textAlignForCell()));
+        return QVariant::fromValue(
+            alignmentOf(table->columns()[static_cast<std::size_t>(index.column())]->textAlignForCell()));
     }
     case Qt::FontRole:
         return m_cellFont;

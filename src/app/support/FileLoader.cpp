@@ -110,7 +110,7 @@ bool FileLoader::open(TOrbMDBFile *file, std::function<void(LoadResult)> done)
 void FileLoader::workerDone(std::uint64_t generation, bool ok)
 {
     if (!m_file || !m_task.isCurrent(generation))
-        return; // shut down meanwhile
+        return;    // shut down meanwhile
     m_task.wait(); // the work has only to return
     m_delay->stop();
     m_refresh->stop();
@@ -166,7 +166,8 @@ void FileLoader::updateProgress()
         m_dialog->setValue(static_cast<int>(index));
     }
     if (!table.empty())
-        m_dialog->setLabelText(toQString(localizedFormat("Loading %@… (%d rows)", {table, static_cast<long long>(rows)})));
+        m_dialog->setLabelText(
+            toQString(localizedFormat("Loading %@… (%d rows)", {table, static_cast<long long>(rows)})));
 }
 
 } // namespace vellum

@@ -19,8 +19,8 @@ void installLocalizer();
 /// when Qt's image readers decode it. Call before files are opened.
 void installImageProbe();
 
-/// Everything above, the "Load Library Error" window of the SQLite loader, plus the application's names (QSettings) and window icon; `main` and the
-/// GUI tests call it once after making the QApplication.
+/// Everything above, the "Load Library Error" window of the SQLite loader, plus the application's names (QSettings) and
+/// window icon; `main` and the GUI tests call it once after making the QApplication.
 void setUpApplication();
 
 /// Paints the background of a bar (jump bar, button strip): a light vertical gradient from

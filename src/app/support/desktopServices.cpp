@@ -8,14 +8,14 @@
 #include <QDBusMessage>
 #include <QDesktopServices>
 #include <QDrag>
-#include <QWidget>
-#include <QMimeData>
-#include <QPixmap>
 #include <QFileIconProvider>
 #include <QFileInfo>
 #include <QHash>
+#include <QMimeData>
 #include <QMimeDatabase>
+#include <QPixmap>
 #include <QUrl>
+#include <QWidget>
 
 namespace vellum {
 

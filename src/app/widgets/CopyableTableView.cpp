@@ -224,9 +224,10 @@ void CopyableTableView::keyPressEvent(QKeyEvent *event)
     if (m_model && m_model->rowCount() > 0 && m_model->columnCount() > 0 &&
         (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right) && event->modifiers() == Qt::NoModifier) {
         const QModelIndexList rows = selectionModel()->selectedRows();
-        const int row = rows.isEmpty() ? 0 : currentIndex().isValid() && selectionModel()->isRowSelected(currentIndex().row())
-                                                 ? currentIndex().row()
-                                                 : rows.first().row();
+        const int row = rows.isEmpty() ? 0
+                        : currentIndex().isValid() && selectionModel()->isRowSelected(currentIndex().row())
+                            ? currentIndex().row()
+                            : rows.first().row();
         setEditedColumn(event->key() == Qt::Key_Left ? m_model->columnCount() - 1 : 0, row);
         return;
     }
@@ -409,7 +410,8 @@ void CopyableTableView::jumpToRow()
     dialog.setWindowModality(Qt::WindowModal);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    const auto target = jumpToRowTarget(dialog.textValue().toStdString(), static_cast<std::size_t>(m_model->rowCount()));
+    const auto target =
+        jumpToRowTarget(dialog.textValue().toStdString(), static_cast<std::size_t>(m_model->rowCount()));
     if (!target) {
         QApplication::beep();
         return;

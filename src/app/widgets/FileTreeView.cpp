@@ -62,9 +62,8 @@ void FileListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
     painter->save();
     painter->setFont(countFont());
     painter->setPen((opt.state & QStyle::State_Selected) ? opt.palette.color(QPalette::HighlightedText)
-                                                          : QColor(0x80, 0x80, 0x80));
-    painter->drawText(countRect, Qt::AlignLeft | Qt::AlignVCenter,
-                      QStringLiteral("  (%1)").arg(count.toLongLong()));
+                                                         : QColor(0x80, 0x80, 0x80));
+    painter->drawText(countRect, Qt::AlignLeft | Qt::AlignVCenter, QStringLiteral("  (%1)").arg(count.toLongLong()));
     painter->restore();
 }
 

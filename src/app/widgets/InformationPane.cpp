@@ -9,8 +9,8 @@
 #include "model/TOrbMDBTable.h"
 
 #include <QApplication>
-#include <QHeaderView>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSplitter>

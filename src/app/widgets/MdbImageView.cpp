@@ -38,7 +38,8 @@ void MdbImageView::paintEvent(QPaintEvent *)
         size.scale(area, Qt::KeepAspectRatio);
     } else if (size.width() * 4 <= area.width() && size.height() * 4 <= area.height()) {
         // Tiny pictures (icons, a few pixels) are enlarged by whole steps so that they can be seen.
-        const int factor = std::min({area.width() / std::max(1, size.width()), area.height() / std::max(1, size.height()), 16});
+        const int factor =
+            std::min({area.width() / std::max(1, size.width()), area.height() / std::max(1, size.height()), 16});
         size *= factor;
         upscaled = true;
     }
@@ -59,8 +60,9 @@ void MdbImageView::mouseMoveEvent(QMouseEvent *event)
         (event->position().toPoint() - m_pressAt).manhattanLength() < QApplication::startDragDistance())
         return;
     dragBlobFile(this, *m_blob,
-                 m_image.isNull() ? QPixmap()
-                                  : QPixmap::fromImage(m_image.scaled(64, 64, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
+                 m_image.isNull()
+                     ? QPixmap()
+                     : QPixmap::fromImage(m_image.scaled(64, 64, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
 }
 
 void MdbImageView::mouseDoubleClickEvent(QMouseEvent *event)

@@ -245,17 +245,20 @@ void VellumAppDelegate::updateToggleTitles()
 {
     for (std::size_t flag = 0; flag < 5; ++flag)
         if (m_toggles[flag])
-            m_toggles[flag]->setText(localizedQ(m_paneFlags[flag] ? kToggleTitles[flag].first : kToggleTitles[flag].second));
+            m_toggles[flag]->setText(
+                localizedQ(m_paneFlags[flag] ? kToggleTitles[flag].first : kToggleTitles[flag].second));
 }
 
 void VellumAppDelegate::ToggleTreeView()
 {
-    setPaneFlag(static_cast<int>(PaneFlag::FileTreeShown), !m_paneFlags[static_cast<std::size_t>(PaneFlag::FileTreeShown)]);
+    setPaneFlag(static_cast<int>(PaneFlag::FileTreeShown),
+                !m_paneFlags[static_cast<std::size_t>(PaneFlag::FileTreeShown)]);
 }
 
 void VellumAppDelegate::ToggleTextView()
 {
-    setPaneFlag(static_cast<int>(PaneFlag::TextViewShown), !m_paneFlags[static_cast<std::size_t>(PaneFlag::TextViewShown)]);
+    setPaneFlag(static_cast<int>(PaneFlag::TextViewShown),
+                !m_paneFlags[static_cast<std::size_t>(PaneFlag::TextViewShown)]);
 }
 
 void VellumAppDelegate::ToggleInformationView()
@@ -266,12 +269,14 @@ void VellumAppDelegate::ToggleInformationView()
 
 void VellumAppDelegate::ToggleJumpBar()
 {
-    setPaneFlag(static_cast<int>(PaneFlag::JumpBarShown), !m_paneFlags[static_cast<std::size_t>(PaneFlag::JumpBarShown)]);
+    setPaneFlag(static_cast<int>(PaneFlag::JumpBarShown),
+                !m_paneFlags[static_cast<std::size_t>(PaneFlag::JumpBarShown)]);
 }
 
 void VellumAppDelegate::ToggleNumRows()
 {
-    setPaneFlag(static_cast<int>(PaneFlag::NumRowsShown), !m_paneFlags[static_cast<std::size_t>(PaneFlag::NumRowsShown)]);
+    setPaneFlag(static_cast<int>(PaneFlag::NumRowsShown),
+                !m_paneFlags[static_cast<std::size_t>(PaneFlag::NumRowsShown)]);
 }
 
 void VellumAppDelegate::ToggleFullScreen()
@@ -456,8 +461,8 @@ void VellumAppDelegate::selectionDidChange(BrowserItem item)
         selectItemInTree(item);
     const bool refreshing = m_JumpBarMenuRefresh;
     m_JumpBarMenuRefresh = true;
-    if (const JumpBarItem *location = locationItem(m_jumpBarMenu.get(), m_controller.selectedFile(),
-                                                   m_controller.selectedTable()))
+    if (const JumpBarItem *location =
+            locationItem(m_jumpBarMenu.get(), m_controller.selectedFile(), m_controller.selectedTable()))
         m_dataView->jumpBar()->setSelectedMenuItem(location);
     m_JumpBarMenuRefresh = refreshing;
 }
@@ -481,8 +486,8 @@ void VellumAppDelegate::refreshJumpBarMenu()
 
 void VellumAppDelegate::updateJumpBarSelection()
 {
-    if (const JumpBarItem *item = locationItem(m_jumpBarMenu.get(), m_controller.selectedFile(),
-                                               m_controller.selectedTable()))
+    if (const JumpBarItem *item =
+            locationItem(m_jumpBarMenu.get(), m_controller.selectedFile(), m_controller.selectedTable()))
         m_dataView->jumpBar()->setSelectedMenuItem(item);
 }
 
@@ -583,8 +588,8 @@ void VellumAppDelegate::updateStatusBarForRecordSelection()
     QModelIndexList rows = grid->selectionModel()->selectedRows();
     std::sort(rows.begin(), rows.end());
     const std::size_t first = rows.isEmpty() ? 0 : static_cast<std::size_t>(rows.first().row());
-    m_statusBar->setText(toQString(statusForRecordSelection(static_cast<std::size_t>(rows.size()), first,
-                                                            static_cast<std::size_t>(m_dataView->dataModel()->rowCount()))));
+    m_statusBar->setText(toQString(statusForRecordSelection(
+        static_cast<std::size_t>(rows.size()), first, static_cast<std::size_t>(m_dataView->dataModel()->rowCount()))));
 }
 
 // ---------------------------------------------------------------------------------------------

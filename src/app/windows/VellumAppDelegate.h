@@ -132,7 +132,10 @@ public:
     /// Replaces the open panel (tests): answers the chosen paths.
     void setOpenPanel(std::function<QStringList()> panel) { m_openPanel = std::move(panel); }
     /// Replaces the error alerts (tests): gets the title and the text.
-    void setAlertHandler(std::function<void(const QString &, const QString &)> handler) { m_alert = std::move(handler); }
+    void setAlertHandler(std::function<void(const QString &, const QString &)> handler)
+    {
+        m_alert = std::move(handler);
+    }
 
 signals:
     /// A series of opens (panel, drop, hand-over, list command) has ended.

@@ -15,7 +15,10 @@ constexpr std::uint32_t kNoStream = 0xFFFFFFFF;
 constexpr std::uint32_t kHeaderDifatEntries = 109;
 constexpr std::uint32_t kEntriesPerSector = CompoundFileWriter::kSectorSize / 4;
 
-std::uint64_t ceilDiv(std::uint64_t a, std::uint64_t b) { return (a + b - 1) / b; }
+std::uint64_t ceilDiv(std::uint64_t a, std::uint64_t b)
+{
+    return (a + b - 1) / b;
+}
 
 /// Counts what a producer writes and passes it on, so a wrong size is caught.
 class CheckedSink : public ExportSink {
@@ -69,7 +72,8 @@ struct DirEntry {
 };
 
 /// Builds a balanced binary tree over the sorted range and answers its root's entry number.
-std::uint32_t buildTree(std::vector<DirEntry> &entries, const std::vector<std::uint32_t> &sorted, std::size_t lo, std::size_t hi)
+std::uint32_t buildTree(std::vector<DirEntry> &entries, const std::vector<std::uint32_t> &sorted, std::size_t lo,
+                        std::size_t hi)
 {
     if (lo >= hi)
         return kNoStream;
@@ -147,7 +151,8 @@ bool CompoundFileWriter::write(ExportSink &out) const
     for (;;) {
         std::uint64_t total = sector + fatSectors + difatSectors;
         std::uint64_t needFat = ceilDiv(total, kEntriesPerSector);
-        std::uint64_t needDifat = needFat > kHeaderDifatEntries ? ceilDiv(needFat - kHeaderDifatEntries, kEntriesPerSector - 1) : 0;
+        std::uint64_t needDifat =
+            needFat > kHeaderDifatEntries ? ceilDiv(needFat - kHeaderDifatEntries, kEntriesPerSector - 1) : 0;
         if (needFat == fatSectors && needDifat == difatSectors)
             break;
         fatSectors = needFat;
@@ -165,8 +170,10 @@ bool CompoundFileWriter::write(ExportSink &out) const
     header.u16(0x003E).u16(0x0003).u16(0xFFFE).u16(9).u16(6).zeros(6);
     header.u32(0).u32(static_cast<std::uint32_t>(fatSectors)).u32(static_cast<std::uint32_t>(dirStart)).u32(0);
     header.u32(kMiniStreamCutoff);
-    header.u32(miniFatSectors ? static_cast<std::uint32_t>(miniFatStart) : kEndOfChain).u32(static_cast<std::uint32_t>(miniFatSectors));
-    header.u32(difatSectors ? static_cast<std::uint32_t>(difatStart) : kEndOfChain).u32(static_cast<std::uint32_t>(difatSectors));
+    header.u32(miniFatSectors ? static_cast<std::uint32_t>(miniFatStart) : kEndOfChain)
+        .u32(static_cast<std::uint32_t>(miniFatSectors));
+    header.u32(difatSectors ? static_cast<std::uint32_t>(difatStart) : kEndOfChain)
+        .u32(static_cast<std::uint32_t>(difatSectors));
     for (std::uint32_t i = 0; i < kHeaderDifatEntries; ++i)
         header.u32(i < fatSectors ? static_cast<std::uint32_t>(fatStart + i) : kFreeSect);
     if (!out.write(header.data()))
@@ -228,7 +235,8 @@ bool CompoundFileWriter::write(ExportSink &out) const
         e.start = m_streams[i].size >= kMiniStreamCutoff ? bigStart[i] : miniStart[i];
         sorted.push_back(static_cast<std::uint32_t>(i + 1));
     }
-    std::sort(sorted.begin(), sorted.end(), [&](std::uint32_t a, std::uint32_t b) { return directoryLess(entries[a].name, entries[b].name); });
+    std::sort(sorted.begin(), sorted.end(),
+              [&](std::uint32_t a, std::uint32_t b) { return directoryLess(entries[a].name, entries[b].name); });
     entries[0].child = buildTree(entries, sorted, 0, sorted.size());
     LeBytes directory;
     for (const DirEntry &e : entries)

@@ -85,8 +85,7 @@ private:
     void grow(std::size_t needed);
 
     /// The low `N` bytes of a value, least significant first.
-    template <std::size_t N>
-    LeBytes &put(std::uint64_t v)
+    template <std::size_t N> LeBytes &put(std::uint64_t v)
     {
         char *out = extend(N);
         for (std::size_t i = 0; i < N; ++i)

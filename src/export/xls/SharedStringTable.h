@@ -3,11 +3,11 @@
 #include "export/xls/BiffStream.h"
 #include "export/xls/SpillBuffer.h"
 
+#include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <array>
-#include <memory>
 #include <utility>
 #include <vector>
 
@@ -49,10 +49,10 @@ private:
     void finishRecord();
     void mark();
 
-    LeBytes m_first;   ///< the SST record's payload once it is full (its counts patched on writing)
+    LeBytes m_first; ///< the SST record's payload once it is full (its counts patched on writing)
     bool m_hasFirst = false;
-    LeBytes m_current; ///< the record being filled (the SST record itself until it is full)
-    SpillBuffer m_spill;           ///< complete CONTINUE records after the first
+    LeBytes m_current;               ///< the record being filled (the SST record itself until it is full)
+    SpillBuffer m_spill;             ///< complete CONTINUE records after the first
     std::uint64_t m_recordStart = 0; ///< offset of the current record from the SST record's start
     std::uint32_t m_uniqueCount = 0;
     std::uint64_t m_totalUses = 0;

@@ -23,7 +23,10 @@ bool isForbidden(char16_t u)
     }
 }
 
-bool isHighSurrogate(char16_t u) { return u >= 0xD800 && u <= 0xDBFF; }
+bool isHighSurrogate(char16_t u)
+{
+    return u >= 0xD800 && u <= 0xDBFF;
+}
 
 /// The trailing "(digits)" of a name, or empty.
 std::u16string_view continuationSuffix(std::u16string_view name)
@@ -57,7 +60,8 @@ std::u16string excelSheetName(std::u16string_view proposed)
     } else {
         std::u16string_view suffix = continuationSuffix(proposed);
         if (suffix.size() < kMaxSheetNameUnits)
-            name = cutTo(proposed.substr(0, proposed.size() - suffix.size()), kMaxSheetNameUnits - suffix.size()) + std::u16string(suffix);
+            name = cutTo(proposed.substr(0, proposed.size() - suffix.size()), kMaxSheetNameUnits - suffix.size()) +
+                   std::u16string(suffix);
         else
             name = cutTo(proposed, kMaxSheetNameUnits);
     }

@@ -107,7 +107,8 @@ bool workbook::writeGlobals(BiffStream &out, const std::vector<std::uint64_t> &s
 {
     bool ok = out.record(biff::kBof, bofPayload(biff::kGlobalsSubstream)) &&
               out.record(biff::kInterfaceHdr, u16Payload(kCodepageUtf16)) && out.record(biff::kMms, u16Payload(0)) &&
-              out.record(biff::kInterfaceEnd, std::string_view()) && out.record(biff::kCodepage, u16Payload(kCodepageUtf16)) &&
+              out.record(biff::kInterfaceEnd, std::string_view()) &&
+              out.record(biff::kCodepage, u16Payload(kCodepageUtf16)) &&
               out.record(biff::kWindowProtect, u16Payload(0)) && out.record(biff::kProtect, u16Payload(0)) &&
               out.record(biff::kPassword, u16Payload(0));
     LeBytes window1;
@@ -130,7 +131,11 @@ bool workbook::writeGlobals(BiffStream &out, const std::vector<std::uint64_t> &s
         for (char16_t u : name)
             wide = wide || u > 0xFF;
         LeBytes bound;
-        bound.u32(static_cast<std::uint32_t>(sheetStarts[i])).u8(0).u8(0).u8(static_cast<std::uint8_t>(name.size())).u8(wide ? 1 : 0);
+        bound.u32(static_cast<std::uint32_t>(sheetStarts[i]))
+            .u8(0)
+            .u8(0)
+            .u8(static_cast<std::uint8_t>(name.size()))
+            .u8(wide ? 1 : 0);
         for (char16_t u : name) {
             if (wide)
                 bound.u16(u);
@@ -210,9 +215,9 @@ bool workbook::Dump(ExportSink &sink)
     if (!layoutStream(layout))
         return false;
     CompoundFileWriter file;
-    bool ok = file.addStream(u"Workbook", layout.streamSize,
-                             [this, layout](ExportSink &out) { return writeWorkbookStream(out, layout); }) &&
-              file.addStream(u"\x05SummaryInformation", summaryInformationStream());
+    bool ok = file.addStream(u"Workbook", layout.streamSize, [this, layout](ExportSink &out) {
+        return writeWorkbookStream(out, layout);
+    }) && file.addStream(u"\x05SummaryInformation", summaryInformationStream());
     if (!ok || !file.write(sink)) {
         m_lastError = "Unable to write the workbook file.";
         return false;

@@ -118,7 +118,11 @@ void worksheet::flushBlock()
     for (const RowSpan &span : rows) {
         const auto rowFirstCol = static_cast<std::uint16_t>(m_cells[span.begin].key & 0xFF);
         const auto rowColsEnd = static_cast<std::uint16_t>((m_cells[span.end - 1].key & 0xFF) + 1);
-        out.recordHeader(biff::kRow, 16).u16(static_cast<std::uint16_t>(span.row)).u16(rowFirstCol).u16(rowColsEnd).u16(255);
+        out.recordHeader(biff::kRow, 16)
+            .u16(static_cast<std::uint16_t>(span.row))
+            .u16(rowFirstCol)
+            .u16(rowColsEnd)
+            .u16(255);
         out.u16(0).u16(0).u16(0x0100).u16(biff::kDefaultCellXf);
     }
     LeBytes dbcell;
@@ -145,7 +149,8 @@ void worksheet::flushBlock()
     }
     const std::size_t dbcellAt = out.size();
     m_dbCells.push_back(static_cast<std::uint32_t>(firstRowRecord + dbcellAt));
-    out.recordHeader(biff::kDbCell, static_cast<std::uint16_t>(4 + dbcell.size())).u32(static_cast<std::uint32_t>(dbcellAt));
+    out.recordHeader(biff::kDbCell, static_cast<std::uint16_t>(4 + dbcell.size()))
+        .u32(static_cast<std::uint32_t>(dbcellAt));
     out.bytes(dbcell.data().data(), dbcell.size());
     (void)m_body.write(out.data()); // a failure stays with the storage, checked on closing
     m_cells.clear();
@@ -199,7 +204,8 @@ bool worksheet::writeSettings(BiffStream &out)
            out.record(biff::kDelta, LeBytes().f64(0.001)) && out.record(biff::kSaveRecalc, u16Payload(1)) &&
            out.record(biff::kPrintHeaders, u16Payload(0)) && out.record(biff::kPrintGridlines, u16Payload(0)) &&
            out.record(biff::kGridSet, u16Payload(1)) && out.record(biff::kGuts, LeBytes().zeros(8)) &&
-           out.record(biff::kDefaultRowHeight, LeBytes().u16(0).u16(255)) && out.record(biff::kWsBool, u16Payload(0x04C1));
+           out.record(biff::kDefaultRowHeight, LeBytes().u16(0).u16(255)) &&
+           out.record(biff::kWsBool, u16Payload(0x04C1));
 }
 
 std::uint64_t worksheet::closedSize() const

@@ -77,11 +77,11 @@ private:
     std::uint16_t m_index;
     bool m_closed = false;
 
-    std::vector<Cell> m_cells;      ///< the block being filled
-    LeBytes m_blockBytes;           ///< its records, reused from block to block
-    std::uint32_t m_block = 0;      ///< its number (row / 32)
+    std::vector<Cell> m_cells; ///< the block being filled
+    LeBytes m_blockBytes;      ///< its records, reused from block to block
+    std::uint32_t m_block = 0; ///< its number (row / 32)
     bool m_hasBlock = false;
-    std::uint64_t m_bodyOffset;     ///< where this sheet's body starts in the body storage
+    std::uint64_t m_bodyOffset; ///< where this sheet's body starts in the body storage
     std::uint64_t m_bodySize = 0;
     std::vector<std::uint32_t> m_dbCells; ///< DBCELL offsets from the body's start
     std::uint32_t m_firstRow = 0xFFFFFFFF, m_rowsEnd = 0;

@@ -8,8 +8,8 @@
 // Exit status: 0 when the whole model was sent, 1 when the file cannot be read or the pipe
 // broke, 2 for wrong arguments.
 
-#include "mdb/MdbLoader.h"
 #include "loader/ModelStreamWriter.h"
+#include "mdb/MdbLoader.h"
 
 #include <signal.h>
 #include <sys/prctl.h>

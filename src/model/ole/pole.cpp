@@ -25,8 +25,8 @@ std::uint32_t readU32(const unsigned char *p)
 // ---- Header ----
 
 Header::Header()
-    : b_shift(9), s_shift(6), num_bat(0), dirent_start(0), threshold(4096), sbat_start(0), num_sbat(0),
-      mbat_start(0), num_mbat(0)
+    : b_shift(9), s_shift(6), num_bat(0), dirent_start(0), threshold(4096), sbat_start(0), num_sbat(0), mbat_start(0),
+      num_mbat(0)
 {
     std::memcpy(id, kSignature, sizeof id);
     std::fill(std::begin(bat_blocks), std::end(bat_blocks), AllocTable::Avail);

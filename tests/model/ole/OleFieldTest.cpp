@@ -1,7 +1,7 @@
+#include "model/ole/oleField.h"
 #include "model/ole/cStrings.h"
 #include "model/ole/decodeOleCell.h"
 #include "model/ole/inflateRaw.h"
-#include "model/ole/oleField.h"
 
 #include "CompoundDocumentBuilder.h"
 
@@ -180,7 +180,9 @@ std::set<std::string> decoderTempFiles()
 Bytes compoundDocument(bool withPackage, const Bytes &content)
 {
     test::CompoundDocumentBuilder builder;
-    builder.addStream(u"\x01" u"CompObj", bytesOf("compobj"));
+    builder.addStream(u"\x01"
+                      u"CompObj",
+                      bytesOf("compobj"));
     if (withPackage)
         builder.addStream(u"Package", content);
     else
@@ -235,8 +237,8 @@ TEST(MdbReadOleField, DecodesEachKindOfWrapping)
         {"stored attachment", storedAttachment("jpg", photo), photo, "jpg"},
         {"stored attachment, no extension", storedAttachment("", photo), photo, nullptr},
         {"compressed attachment", compressedAttachment(attachmentBlock(4, "txt", text)), text, "txt"},
-        {"other kind, whole field", bytesOf(std::string("\x07\0\0\0rest", 8)), bytesOf(std::string("\x07\0\0\0rest", 8)),
-         nullptr},
+        {"other kind, whole field", bytesOf(std::string("\x07\0\0\0rest", 8)),
+         bytesOf(std::string("\x07\0\0\0rest", 8)), nullptr},
         {"other kind behind a header", behindHeader, bytesOf(std::string("\x09\0\0\0raw tail", 12)), nullptr},
     };
     for (const Case &c : cases) {

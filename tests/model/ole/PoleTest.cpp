@@ -53,7 +53,9 @@ protected:
     static CompoundDocumentBuilder sampleDocument()
     {
         CompoundDocumentBuilder builder;
-        builder.addStream(u"\x01" u"CompObj", pattern(76, 1));
+        builder.addStream(u"\x01"
+                          u"CompObj",
+                          pattern(76, 1));
         builder.addStream(u"Package", pattern(972, 2));
         builder.addStream(u"Small", pattern(4095, 3));
         builder.addStream(u"Big", pattern(4096, 4));
@@ -115,10 +117,13 @@ TEST_F(PoleTest, ResolvesPathsBelowTheRoot)
         const char *name;
         bool found;
     };
-    for (const Case &c : {Case{"Package", true}, Case{"/Package", true}, Case{"Contents", true},
-                          Case{"/Contents", true}, Case{"package", false}, Case{"CONTENTS", false},
-                          Case{"CompObj", true}, Case{"\x01" "CompObj", false}, Case{"Missing", false},
-                          Case{"", false}, Case{"Package/Inner", false}, Case{"/", false}}) {
+    for (const Case &c :
+         {Case{"Package", true}, Case{"/Package", true}, Case{"Contents", true}, Case{"/Contents", true},
+          Case{"package", false}, Case{"CONTENTS", false}, Case{"CompObj", true},
+          Case{"\x01"
+               "CompObj",
+               false},
+          Case{"Missing", false}, Case{"", false}, Case{"Package/Inner", false}, Case{"/", false}}) {
         SCOPED_TRACE(c.name);
         POLE::Stream stream(&storage, c.name);
         EXPECT_EQ(stream.exists(), c.found);
