@@ -142,12 +142,9 @@ void FieldReader::appendCalculated(TableStore &store, Decode decode, StoredBytes
     // in place.
     std::optional<std::string> longValue;
     if (decode == Decode::Memo) {
-        longValue = readLongValue(m_mdb, bytes, m_longValueLimit);
-        if (!longValue) {
-            ++m_undecoded;
-            store.appendNull();
-            return;
-        }
+        longValue = readLong(bytes);
+        if (!longValue)
+            return store.appendNull();
         bytes = StoredBytes(reinterpret_cast<const unsigned char *>(longValue->data()), longValue->size());
     }
     const auto inner = unwrapCalculatedValue(bytes);
@@ -169,6 +166,14 @@ void FieldReader::appendCalculated(TableStore &store, Decode decode, StoredBytes
     default:
         return appendValue(store, decode, *inner, column);
     }
+}
+
+std::optional<std::string> FieldReader::readLong(StoredBytes bytes)
+{
+    auto value = readLongValue(m_mdb, bytes, m_longValueLimit);
+    if (!value)
+        ++m_undecoded;
+    return value;
 }
 
 void FieldReader::appendDecoded(TableStore &store, const std::optional<std::string> &text)
@@ -248,22 +253,15 @@ void FieldReader::appendValue(TableStore &store, Decode decode, StoredBytes byte
     case Decode::Bytes:
         return store.appendText(reinterpret_cast<const char *>(bytes.data()), bytes.size());
     case Decode::Memo: {
-        const auto value = readLongValue(m_mdb, bytes, m_longValueLimit);
-        if (!value) {
-            ++m_undecoded;
-            store.appendNull();
-            return;
-        }
+        const auto value = readLong(bytes);
+        if (!value)
+            return store.appendNull();
         return appendText(store, StoredBytes(reinterpret_cast<const unsigned char *>(value->data()), value->size()));
     }
     case Decode::Ole: {
-        const auto value = readLongValue(m_mdb, bytes, m_longValueLimit);
-        if (!value) {
-            ++m_undecoded;
-            store.appendNull();
-            return;
-        }
-        std::unique_ptr<TOrbBlobData> blob = value->empty() ? nullptr : decodeOleCell(value->data(), value->size());
+        const auto value = readLong(bytes);
+        std::unique_ptr<TOrbBlobData> blob =
+            value && !value->empty() ? decodeOleCell(value->data(), value->size()) : nullptr;
         if (blob)
             store.appendBlob(std::move(blob));
         else

@@ -73,6 +73,8 @@ private:
     void appendCalculated(TableStore &store, Decode decode, StoredBytes bytes, const MdbColumn &column);
     void appendText(TableStore &store, StoredBytes bytes);
     void appendDecoded(TableStore &store, const std::optional<std::string> &text);
+    /// The whole value of a long-value field; nullopt (counted as undecoded) when it cannot be read.
+    std::optional<std::string> readLong(StoredBytes bytes);
 
     MdbHandle *m_mdb;
     std::vector<Field> m_fields;

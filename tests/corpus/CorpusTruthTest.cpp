@@ -58,27 +58,6 @@ std::string canonicalDecimal(std::string text)
     return text == "-0" ? "0" : text;
 }
 
-bool sameFloatingPoint(const std::string &ours, const std::string &truth, bool single)
-{
-    auto parse = [](const std::string &s) {
-        if (s == "NaN")
-            return std::nan("");
-        if (s == "Infinity")
-            return HUGE_VAL;
-        if (s == "-Infinity")
-            return -HUGE_VAL;
-        return std::strtod(s.c_str(), nullptr);
-    };
-    if (single) {
-        const float a = std::strtof(ours.c_str(), nullptr);
-        const float b = static_cast<float>(parse(truth));
-        return std::memcmp(&a, &b, sizeof a) == 0 || (std::isnan(a) && std::isnan(b));
-    }
-    const double a = parse(ours);
-    const double b = parse(truth);
-    return std::memcmp(&a, &b, sizeof a) == 0 || (std::isnan(a) && std::isnan(b));
-}
-
 std::string floatBits(double value, bool single)
 {
     char buf[40];
@@ -104,6 +83,12 @@ double parseTruthNumber(const std::string &s)
     if (s == "-Infinity")
         return -HUGE_VAL;
     return std::strtod(s.c_str(), nullptr);
+}
+
+bool sameFloatingPoint(const std::string &ours, const std::string &truth, bool single)
+{
+    const double value = single ? std::strtof(ours.c_str(), nullptr) : parseTruthNumber(ours);
+    return floatBits(value, single) == floatBits(parseTruthNumber(truth), single);
 }
 
 /// The truth's canonical text of one of Vellum's cells (floating point as its bits).
