@@ -262,7 +262,7 @@ public:
     ~ColumnLayout()
     {
         if (m_stored)
-            g_ptr_array_free(m_stored, FALSE);
+            g_ptr_array_free(m_stored, TRUE); // the array only: it owns no column
     }
 
     /// Reads columns, indexes (which must follow the column read at once) and the stored
