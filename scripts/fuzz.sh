@@ -19,5 +19,5 @@ for target in "${targets[@]}"; do
   build-fuzz/bin/"$target" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=10 \
     -artifact_prefix="$findings/" -print_final_stats=1 "$work" 2>"build-fuzz/$target.log" \
     || { tail -n 60 "build-fuzz/$target.log"; echo "fuzz: $target failed; inputs in $findings" >&2; exit 1; }
-  grep -E '^stat::number_of_executed_runs' "build-fuzz/$target.log" || true
+  grep -E '^stat::number_of_executed_units' "build-fuzz/$target.log" || true
 done
