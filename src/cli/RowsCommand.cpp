@@ -58,12 +58,15 @@ void appendJsonCell(std::string &out, const CellValue &cell, const TOrbMDBColumn
     }
 }
 
-void flushIfLarge(std::string &buffer, std::FILE *out)
+/// Writes the buffer once it is large; false when the output refused it (the rest is not worth
+/// converting: the caller stops, and the failed stream makes the run fail).
+bool flushIfLarge(std::string &buffer, std::FILE *out)
 {
-    if (buffer.size() >= (1 << 16)) {
-        std::fwrite(buffer.data(), 1, buffer.size(), out);
-        buffer.clear();
-    }
+    if (buffer.size() < (1 << 16))
+        return true;
+    const bool written = std::fwrite(buffer.data(), 1, buffer.size(), out) == buffer.size();
+    buffer.clear();
+    return written;
 }
 
 void printRows(std::FILE *out, const TOrbMDBTable &table, bool json)
@@ -98,7 +101,8 @@ void printRows(std::FILE *out, const TOrbMDBTable &table, bool json)
                 appendTsvCell(buffer, table.cell(r, c), *columns[c]);
         }
         buffer += json ? "]" : "\n";
-        flushIfLarge(buffer, out);
+        if (!flushIfLarge(buffer, out))
+            return;
     }
     if (json)
         buffer += "\n]}\n";

@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <clocale>
 #include <cstdio>
 #include <cstring>
@@ -26,6 +27,37 @@ void printHelp(std::FILE *out)
                       "windows-1252; such files do not record it), e.g. GBK or CP1251.\n");
 }
 
+/// The tool's own output descriptor, with the reason of the first write that failed (stdio keeps
+/// only that one failed, not why).
+struct Output {
+    int fd = -1;
+    int firstError = 0;
+};
+Output g_output;
+
+ssize_t writeOutput(void *cookie, const char *data, size_t size)
+{
+    auto *output = static_cast<Output *>(cookie);
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t n = ::write(output->fd, data + done, size - done);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0) {
+            if (!output->firstError)
+                output->firstError = n < 0 ? errno : EIO;
+            return -1;
+        }
+        done += static_cast<std::size_t>(n);
+    }
+    return static_cast<ssize_t>(size);
+}
+
+int closeOutput(void *cookie)
+{
+    return ::close(static_cast<Output *>(cookie)->fd);
+}
+
 /// Keeps the real standard output for the tool and sends descriptor 1 to standard error.
 std::FILE *claimStandardOutput()
 {
@@ -37,7 +69,8 @@ std::FILE *claimStandardOutput()
         close(saved);
         return stdout;
     }
-    std::FILE *out = fdopen(saved, "w");
+    g_output.fd = saved;
+    std::FILE *out = fopencookie(&g_output, "w", cookie_io_functions_t{nullptr, writeOutput, nullptr, closeOutput});
     return out ? out : stdout;
 }
 
@@ -80,7 +113,15 @@ int main(int argc, char **argv)
             }
         }
     }
-    if (std::fflush(out) != 0 && status == kExitOk)
-        status = kExitFailure;
+    // Every write to the output is checked here: stdio keeps the first error, and a full disk
+    // or a closed descriptor must not pass for a complete result.
+    const bool flushed = std::fflush(out) == 0;
+    if (!flushed || std::ferror(out)) {
+        printError(
+            std::string("the output could not be written completely") +
+            (g_output.firstError ? std::string(" (") + std::strerror(g_output.firstError) + ")" : std::string()));
+        if (status == kExitOk)
+            status = kExitFailure;
+    }
     return status;
 }

@@ -127,5 +127,25 @@ TEST(VellumCli, CodePageOfJet3TextIsTheCallersChoice)
     EXPECT_EQ(plain.out, "ID\tfield1\n2\tGBK\u00b1\u00e0\u00c2\u00eb\n");
 }
 
+TEST(VellumCli, OutputThatCannotBeWrittenIsAFailure)
+{
+    // A full disk (/dev/full) fails the run with a message; a writable sink does not.
+    const std::string cli = std::string(VELLUM_BIN_DIR) + "/vellum-cli";
+    const std::string db = fixturePath("features.mdb");
+    const std::vector<std::string> commands = {"list '" + db + "'", "schema '" + db + "' --json",
+                                               "rows '" + db + "' AllTypes", "rows '" + db + "' AllTypes --json"};
+    for (const std::string &command : commands) {
+        SCOPED_TRACE(command);
+        const auto full = test::runProcess({"/bin/sh", "-c", "exec '" + cli + "' " + command + " >/dev/full"});
+        EXPECT_EQ(full.exitStatus, 1);
+        EXPECT_NE(full.err.find("the output could not be written completely (No space left on device)"),
+                  std::string::npos)
+            << full.err;
+        const auto sink = test::runProcess({"/bin/sh", "-c", "exec '" + cli + "' " + command + " >/dev/null"});
+        EXPECT_EQ(sink.exitStatus, 0) << sink.err;
+        EXPECT_TRUE(sink.err.empty()) << sink.err;
+    }
+}
+
 } // namespace
 } // namespace vellum
