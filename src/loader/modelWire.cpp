@@ -154,6 +154,7 @@ void encodeStoreRange(WireWriter &writer, const TableStore &store, const StorePa
     for (std::size_t i = from.blobs; i < store.blobs().size(); ++i) {
         const TOrbBlobData *blob = store.blobs()[i].get();
         writer.putString(blob ? blob->fileExtension() : std::string());
+        writer.putString(blob ? blob->linkPath() : std::string());
         const std::size_t size = blob ? blob->data().size() : 0;
         writer.putU64(size);
         if (size)
@@ -203,14 +204,20 @@ bool decodeStorePart(WireReader &reader, PartialStore &parts)
     if (reader.getU64() != parts.blobs.size())
         return reader.fail();
     const std::uint64_t blobCount = reader.getU64();
-    if (blobCount > reader.remaining() / 12) // an extension length and a payload length each
+    if (blobCount > reader.remaining() / 16) // an extension, a link and a payload length each
         return reader.fail();
     for (std::uint64_t i = 0; i < blobCount && reader.ok(); ++i) {
         const std::string extension = reader.getString();
+        std::string link = reader.getString();
         std::vector<std::uint8_t> data;
         if (!reader.getArray(data, reader.getU64()))
             return false;
-        parts.blobs.push_back(std::make_unique<TOrbBlobData>(std::move(data), extension.c_str()));
+        if (!link.empty() && data.empty())
+            parts.blobs.push_back(TOrbBlobData::linkTo(std::move(link)));
+        else if (link.empty())
+            parts.blobs.push_back(std::make_unique<TOrbBlobData>(std::move(data), extension.c_str()));
+        else
+            return reader.fail(); // a link carries no payload
     }
     if (!reader.ok())
         return false;

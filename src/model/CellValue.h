@@ -14,11 +14,13 @@ struct CellValue {
 
     Kind kind = Kind::Null;
     std::string_view text;              ///< UTF-8, for Kind::Text only
-    const TOrbBlobData *blob = nullptr; ///< for Kind::Blob only
+    const TOrbBlobData *blob = nullptr; ///< for Kind::Blob; for Kind::Null, an optional note
 
     static CellValue null() { return {}; }
     static CellValue ofText(std::string_view t) { return t.empty() ? CellValue{} : CellValue{Kind::Text, t, nullptr}; }
     static CellValue ofBlob(const TOrbBlobData *b) { return {Kind::Blob, {}, b}; }
+    /// The null marker with a note: a link-only Package, whose blob says what it links to.
+    static CellValue nullWithNote(const TOrbBlobData *note) { return {Kind::Null, {}, note}; }
 
     bool isNull() const { return kind == Kind::Null; }
     bool isText() const { return kind == Kind::Text; }

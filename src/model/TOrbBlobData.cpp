@@ -99,14 +99,25 @@ bool TOrbBlobData::isImage() const
     return known == 1;
 }
 
+std::unique_ptr<TOrbBlobData> TOrbBlobData::linkTo(std::string path)
+{
+    auto blob = std::make_unique<TOrbBlobData>(std::vector<std::uint8_t>(), nullptr);
+    blob->m_linkPath = std::move(path);
+    return blob;
+}
+
 std::string TOrbBlobData::cellDescription() const
 {
+    if (isLinkOnly())
+        return "link to " + m_linkPath;
     const std::string size = "[" + formatComputerFileSize(m_data.size()) + "]";
     return m_fileExtension.empty() ? size : "." + m_fileExtension + " " + size;
 }
 
 std::string TOrbBlobData::description() const
 {
+    if (isLinkOnly())
+        return "link to " + m_linkPath;
     const std::uint8_t *bytes = m_data.data();
     const std::size_t length = m_data.size();
     if (length == 0)

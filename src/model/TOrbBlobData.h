@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -20,22 +21,31 @@ public:
     /// Keeps the bytes; a null extension becomes "". The extension is taken as UTF-8 text.
     TOrbBlobData(std::vector<std::uint8_t> data, const char *fileExtension);
 
+    /// A Package object that holds only a link to a file: no payload, the path it names.
+    static std::unique_ptr<TOrbBlobData> linkTo(std::string path);
+
     TOrbBlobData(const TOrbBlobData &) = delete;
     TOrbBlobData &operator=(const TOrbBlobData &) = delete;
 
     const std::vector<std::uint8_t> &data() const { return m_data; }
     const std::string &fileExtension() const { return m_fileExtension; }
+    /// The file a link-only Package names; "" for every blob with a payload.
+    const std::string &linkPath() const { return m_linkPath; }
+    /// True for a Package that holds only a link: its cell is the null marker, described by
+    /// "link to PATH".
+    bool isLinkOnly() const { return !m_linkPath.empty(); }
 
     /// True when the installed image probe accepts the payload; asked once per blob, then
     /// remembered.
     bool isImage() const;
 
     /// Grid text: ".EXT [SIZE]" with an extension, "[SIZE]" without, SIZE as
-    /// formatComputerFileSize gives it (".bmp [3 KB]").
+    /// formatComputerFileSize gives it (".bmp [3 KB]"); "link to PATH" for a link-only Package.
     std::string cellDescription() const;
 
     /// The payload as UTF-8 text when it is text (byte-order marks for UTF-32 and UTF-16, else
-    /// UTF-8 or ISO Latin-1), "[NON-TEXTUAL DATA]" otherwise, "" for no data.
+    /// UTF-8 or ISO Latin-1), "[NON-TEXTUAL DATA]" otherwise, "" for no data; "link to PATH"
+    /// for a link-only Package.
     std::string description() const;
 
     /// Path of a temporary file "Vellum-XXXXXXXXX[.EXT]" in the temporary folder holding the
@@ -54,6 +64,7 @@ public:
 private:
     std::vector<std::uint8_t> m_data;
     std::string m_fileExtension;
+    std::string m_linkPath;
     mutable std::string m_tmpPath;
     mutable std::atomic<signed char> m_isImage{-1}; ///< -1 not asked yet, else 0 or 1
 };

@@ -6,6 +6,13 @@
 namespace vellum {
 namespace {
 
+/// A blob cell as consumers see it: a link-only Package is the null marker with its blob as a
+/// note (nothing to write or open, but something to say).
+CellValue blobCell(const TOrbBlobData *blob)
+{
+    return blob && blob->isLinkOnly() ? CellValue::nullWithNote(blob) : CellValue::ofBlob(blob);
+}
+
 constexpr std::size_t kBlockSize = 1 << 20;
 
 void appendVarint(std::string &out, std::uint64_t value)
@@ -82,7 +89,7 @@ CellValue TableStore::cell(std::size_t row, std::size_t column) const
     if (entry & 1) {
         std::uint32_t index;
         std::memcpy(&index, bytes, sizeof index);
-        return CellValue::ofBlob(m_blobs[index].get());
+        return blobCell(m_blobs[index].get());
     }
     return CellValue::ofText(std::string_view(bytes, length));
 }
@@ -104,7 +111,7 @@ void TableStore::rowCells(std::size_t row, std::vector<CellValue> &out) const
         if (entry & 1) {
             std::uint32_t index;
             std::memcpy(&index, bytes, sizeof index);
-            out[c] = CellValue::ofBlob(m_blobs[index].get());
+            out[c] = blobCell(m_blobs[index].get());
         } else {
             out[c] = CellValue::ofText(std::string_view(bytes, length));
         }

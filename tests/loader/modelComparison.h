@@ -14,7 +14,7 @@ namespace vellum::test {
 inline std::string describeCell(const CellValue &cell)
 {
     if (cell.isNull())
-        return "<null>";
+        return cell.blob ? "<null:" + cell.blob->cellDescription() + ">" : "<null>";
     if (cell.isText())
         return "text:" + std::string(cell.text);
     return "blob:" + cell.blob->fileExtension() + ":" + std::string(cell.blob->data().begin(), cell.blob->data().end());

@@ -167,6 +167,8 @@ QVariant TableDataModel::data(const QModelIndex &index, int role) const
     case Qt::EditRole:
     case Qt::ToolTipRole: {
         const CellValue value = cellValue(index.row(), index.column());
+        if (role == Qt::ToolTipRole && value.isNull() && value.blob) // a link-only Package
+            return toQString(value.blob->cellDescription());
         if (role == Qt::ToolTipRole && !value.isBlob())
             return {};
         const TOrbMDBTable *table = m_rows.table();

@@ -163,6 +163,7 @@ struct Decoded {
     const unsigned char *data = nullptr;
     std::size_t size = 0;
     std::string extension;
+    std::string linkPath; ///< a Package that holds only a link: the path it names
     std::vector<unsigned char> owned;
 
     void own(std::vector<unsigned char> bytes, std::size_t from)
@@ -205,6 +206,13 @@ bool decodeOle1(const unsigned char *field, std::size_t length, std::size_t reco
         if (!labelEnd)
             return false;
         const auto sourceEnd = terminator(field, *labelEnd + 1, length);
+        // A linked file (type 0x10000) has no payload: two bytes, then the path it links to.
+        constexpr std::int64_t kLinkedFile = 0x10000;
+        if (sourceEnd && length - *sourceEnd >= 8 && int32At(field, *sourceEnd + 1) == kLinkedFile) {
+            if (const auto linkEnd = terminator(field, *sourceEnd + 7, length))
+                out.linkPath.assign(reinterpret_cast<const char *>(field + *sourceEnd + 7), *linkEnd - *sourceEnd - 7);
+            return false;
+        }
         if (!sourceEnd || length - *sourceEnd < 9)
             return false;
         const auto tempEnd = terminator(field, *sourceEnd + 9, length);
@@ -322,45 +330,61 @@ int extractOleStream(const char *documentPath, const char *streamName, const cha
     return 0;
 }
 
-int mdb_read_ole_field(const void *fieldBytes, void **payload, std::size_t *size, char **extension)
+namespace {
+
+/// Walks an OLE Object field's header and record into `out`; false when it does not decode.
+bool decodeField(const unsigned char *field, std::size_t length, Decoded &out)
 {
-    if (!fieldBytes || !payload || !size)
-        return 1;
-    const auto *field = static_cast<const unsigned char *>(fieldBytes);
-    const std::size_t length = *size;
+
     if (length < 4)
-        return 1;
+        return false;
     const int signature = int16At(field, 0);
     const int headerLength = int16At(field, 2);
     if (headerLength > 0 && static_cast<std::size_t>(headerLength) > length)
-        return 1;
+        return false;
 
     std::size_t record = 0;
     if (signature == kOleSignature || headerLength != 0) {
         if (length < 20)
-            return 1;
+            return false;
         const int nameLength = int16At(field, 8);
         const int classLength = int16At(field, 10);
         const int nameOffset = int16At(field, 12);
         const int classOffset = int16At(field, 14);
         if (headerLength < 0 || nameLength < 0 || classLength < 0 || nameOffset < 0 || classOffset < 0)
-            return 1;
+            return false;
         if (nameLength > 255 || classLength > 255)
-            return 1;
+            return false;
         if (static_cast<std::size_t>(nameOffset + nameLength) > length ||
             static_cast<std::size_t>(classOffset + classLength) > length)
-            return 1;
+            return false;
         // Object and class names must be zero-terminated strings.
         if (nameLength == 0 || classLength == 0 || field[nameOffset + nameLength - 1] != 0 ||
             field[classOffset + classLength - 1] != 0)
-            return 1;
+            return false;
         record = static_cast<std::size_t>(headerLength);
     }
 
+    return signature == kOleSignature ? decodeOle1(field, length, record, out)
+                                      : decodeAttachment(field, length, record, out);
+}
+
+} // namespace
+
+std::string oleFieldLinkPath(const void *field, std::size_t length)
+{
     Decoded decoded;
-    const bool ok = signature == kOleSignature ? decodeOle1(field, length, record, decoded)
-                                               : decodeAttachment(field, length, record, decoded);
-    if (!ok)
+    if (!field || decodeField(static_cast<const unsigned char *>(field), length, decoded))
+        return {};
+    return decoded.linkPath;
+}
+
+int mdb_read_ole_field(const void *fieldBytes, void **payload, std::size_t *size, char **extension)
+{
+    if (!fieldBytes || !payload || !size)
+        return 1;
+    Decoded decoded;
+    if (!decodeField(static_cast<const unsigned char *>(fieldBytes), *size, decoded))
         return 1;
 
     void *copy = std::malloc(decoded.size ? decoded.size : 1);

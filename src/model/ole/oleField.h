@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 namespace vellum {
 
@@ -14,6 +15,9 @@ namespace vellum {
 /// decode, with nothing allocated. An extension holding "/" or too long for a file name counts
 /// as none. Compound documents go through unique temporary files that are always removed.
 int mdb_read_ole_field(const void *field, void **payload, std::size_t *size, char **extension);
+
+/// The path a Package object that holds only a link to a file names; "" for any other field.
+std::string oleFieldLinkPath(const void *field, std::size_t length);
 
 /// True when the bytes begin with the compound document signature D0 CF 11 E0 A1 B1 1A E1.
 bool isOleStream(const void *bytes, std::size_t length);

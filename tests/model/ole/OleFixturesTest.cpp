@@ -57,8 +57,11 @@ TEST_P(OleFixture, BlobsDecodeToTheInsertedFiles)
         } else if (decode == "null") {
             EXPECT_TRUE(cell.isNull());
         } else {
-            // A link-only package: either outcome, as long as loading went on.
-            EXPECT_TRUE(cell.isNull() || cell.isBlob());
+            // A Package that only links to a file: the null marker, noting the path.
+            EXPECT_TRUE(cell.isNull());
+            ASSERT_NE(cell.blob, nullptr);
+            EXPECT_EQ(cell.blob->cellDescription(), "link to C:\\Data\\linked.xlsx");
+            EXPECT_EQ(cell.blob->description(), "link to C:\\Data\\linked.xlsx");
         }
     }
     EXPECT_EQ(blobs, 11u);
