@@ -23,19 +23,10 @@
 namespace vellum {
 namespace {
 
+using test::lowerHex;
+
 /// Tables whose truth Vellum does not reach, each with its reason: "file|table".
 const std::map<std::string, std::string> kAllowed = {};
-
-std::string lowerHex(std::string_view bytes)
-{
-    static constexpr char kHex[] = "0123456789abcdef";
-    std::string out;
-    for (const unsigned char c : bytes) {
-        out.push_back(kHex[c >> 4]);
-        out.push_back(kHex[c & 15]);
-    }
-    return out;
-}
 
 /// "MM/DD/YYYY HH:MM:SS[.fffffff]" as "YYYY-MM-DD HH:MM:SS[.fffffff]".
 std::string isoDate(std::string_view text)

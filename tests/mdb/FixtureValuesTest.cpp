@@ -15,16 +15,7 @@
 namespace vellum {
 namespace {
 
-std::string lowerHex(std::string_view bytes)
-{
-    static constexpr char kHex[] = "0123456789abcdef";
-    std::string out;
-    for (const unsigned char c : bytes) {
-        out.push_back(kHex[c >> 4]);
-        out.push_back(kHex[c & 15]);
-    }
-    return out;
-}
+using test::lowerHex;
 
 /// "MM/DD/YYYY HH:MM:SS[.fffffff]" as the sidecars' "YYYY-MM-DDTHH:MM:SS[.fffffff]".
 std::string isoOf(std::string_view text)

@@ -2,6 +2,7 @@
 
 #include "mdb/InProcessReader.h"
 #include "model/TOrbMDBFile.h"
+#include "model/hex.h"
 
 #include <nlohmann/json.hpp>
 
@@ -9,6 +10,7 @@
 #include <fstream>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace vellum::test {
 
@@ -40,6 +42,14 @@ inline std::unique_ptr<TOrbMDBFile> openInProcess(const std::string &path, const
     if (!file->open(reader, nullptr))
         return nullptr;
     return file;
+}
+
+/// Bytes as lower-case hex, the form the sidecars and the corpus truth give them in.
+inline std::string lowerHex(std::string_view bytes)
+{
+    std::string out(2 * bytes.size(), '\0');
+    toHex(out.data(), out.size(), reinterpret_cast<const std::uint8_t *>(bytes.data()), bytes.size());
+    return out;
 }
 
 /// The sidecar's table entry of that name.
