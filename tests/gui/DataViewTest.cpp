@@ -188,7 +188,10 @@ private slots:
         ticker.stop();
         longestGap = std::max(longestGap, sinceLast.elapsed());
         qInfo("sort of %zu rows: %lld ms, %d timer turns, longest gap %lld ms", kRows, sortMs, turns, longestGap);
-        QVERIFY2(longestGap < 200, qPrintable(QString::number(longestGap)));
+        // A sort on the GUI thread would stall it for the whole sort; a busy machine (CI runs
+        // tests side by side) may stretch a turn, never to half of the sort.
+        QVERIFY2(longestGap < std::max<qint64>(200, sortMs / 2),
+                 qPrintable(QString::number(longestGap) + " of " + QString::number(sortMs)));
         QVERIFY(turns >= 2);
         if (sortMs > 3 * DataView::kBusyDelayMs)
             QVERIFY(busyShown);
