@@ -14,6 +14,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <csignal>
 #include <cstdio>
@@ -24,7 +25,7 @@ namespace vellum::cli {
 
 namespace {
 
-// ---- Ctrl-C ----
+// ---- Ctrl-C, kill, hang-up ----
 
 static_assert(std::atomic<bool>::is_always_lock_free, "the stop flag is set from a signal handler");
 std::atomic<std::atomic<bool> *> g_stopFlag{nullptr};
@@ -35,7 +36,10 @@ extern "C" void onInterrupt(int)
         flag->store(true, std::memory_order_relaxed);
 }
 
-/// Routes SIGINT to a job's stop flag while it lives; a second Ctrl-C ends the program.
+/// Routes SIGINT (Ctrl-C), SIGTERM (kill, timeout) and SIGHUP (a closed terminal) to a job's
+/// stop flag while it lives, so that each stops the export the same way: the file being written
+/// is deleted and the report says what was done. A second signal of the same kind ends the
+/// program.
 class InterruptStopsJob {
 public:
     explicit InterruptStopsJob(std::atomic<bool> &flag)
@@ -45,16 +49,19 @@ public:
         action.sa_handler = onInterrupt;
         action.sa_flags = SA_RESETHAND;
         sigemptyset(&action.sa_mask);
-        sigaction(SIGINT, &action, &m_previous);
+        for (std::size_t i = 0; i < kSignals.size(); ++i)
+            sigaction(kSignals[i], &action, &m_previous[i]);
     }
     ~InterruptStopsJob()
     {
-        sigaction(SIGINT, &m_previous, nullptr);
+        for (std::size_t i = 0; i < kSignals.size(); ++i)
+            sigaction(kSignals[i], &m_previous[i], nullptr);
         g_stopFlag.store(nullptr);
     }
 
 private:
-    struct sigaction m_previous = {};
+    static constexpr std::array<int, 3> kSignals = {SIGINT, SIGTERM, SIGHUP};
+    std::array<struct sigaction, 3> m_previous = {};
 };
 
 // ---- progress bar ----
@@ -290,8 +297,8 @@ const char *exportUsage()
                            "       vellum-cli export --list-encodings\n"
                            "  Converts every table of FILE, or the tables named with --table, into OUTPUT: a folder\n"
                            "  (created when missing) with one file per table, or the file itself for formats that\n"
-                           "  write one file. Ctrl-C stops; the file being written is deleted. Exit status 0 when\n"
-                           "  every chosen table was written, 1 otherwise, 2 for a wrong argument.\n"
+                           "  write one file. Ctrl-C (or SIGTERM, SIGHUP) stops; the file being written is deleted.\n"
+                           "  Exit status 0 when every chosen table was written, 1 otherwise, 2 for a wrong argument.\n"
                            "  --format FORMAT      one of:";
         for (const ExportKindInfo &format : exportKinds())
             text += formatString("\n      %-7s %s", format.name, format.summary);

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -148,50 +150,53 @@ TEST(VellumCliExport, ListsEncodingsSortedByName)
     }
 }
 
-TEST(VellumCliExport, InterruptStopsTheExportAndDeletesTheCurrentFile)
+TEST(VellumCliExport, InterruptTerminateAndHangUpStopTheExportAndDeleteTheCurrentFile)
 {
     const std::string db = test::sharedPath("testdata/multi.mdb");
     if (db.empty())
         GTEST_SKIP() << "../shared/testdata/multi.mdb is not present";
-    TempDir dir;
-    const std::string out = dir.file("out");
-    const std::string report = dir.file("report.txt");
-    const pid_t pid = fork();
-    if (pid == 0) {
-        const int fd = open(report.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        dup2(fd, 1);
-        const int devNull = open("/dev/null", O_WRONLY);
-        dup2(devNull, 2);
-        const std::string cli = std::string(VELLUM_BIN_DIR) + "/vellum-cli";
-        execl(cli.c_str(), cli.c_str(), "export", db.c_str(), out.c_str(), "--format", "csv", nullptr);
-        _exit(127);
-    }
-    ASSERT_GT(pid, 0);
-    // The first file appears once the database is loaded; three more tables are still to come.
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(120);
-    while (!std::filesystem::exists(out + "/Part1.csv") && std::chrono::steady_clock::now() < deadline)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    kill(pid, SIGINT);
-    int status = 0;
-    ASSERT_EQ(waitpid(pid, &status, 0), pid);
-    ASSERT_TRUE(WIFEXITED(status)) << "status " << status;
-    EXPECT_EQ(WEXITSTATUS(status), 1);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        SCOPED_TRACE(strsignal(signal));
+        TempDir dir;
+        const std::string out = dir.file("out");
+        const std::string report = dir.file("report.txt");
+        const pid_t pid = fork();
+        if (pid == 0) {
+            const int fd = open(report.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+            dup2(fd, 1);
+            const int devNull = open("/dev/null", O_WRONLY);
+            dup2(devNull, 2);
+            const std::string cli = std::string(VELLUM_BIN_DIR) + "/vellum-cli";
+            execl(cli.c_str(), cli.c_str(), "export", db.c_str(), out.c_str(), "--format", "csv", nullptr);
+            _exit(127);
+        }
+        ASSERT_GT(pid, 0);
+        // The first file appears once the database is loaded; three more tables are still to come.
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(120);
+        while (!std::filesystem::exists(out + "/Part1.csv") && std::chrono::steady_clock::now() < deadline)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        kill(pid, signal);
+        int status = 0;
+        ASSERT_EQ(waitpid(pid, &status, 0), pid);
+        ASSERT_TRUE(WIFEXITED(status)) << "status " << status;
+        EXPECT_EQ(WEXITSTATUS(status), 1);
 
-    const std::string text = test::fileContents(report);
-    EXPECT_EQ(text.rfind("Export terminated.\n", 0), 0u) << text;
-    const std::size_t at = text.find("> Failed: Terminated.\n");
-    ASSERT_NE(at, std::string::npos) << text;
-    const std::string stopped = text.substr(text.rfind('<', at) + 1, at - text.rfind('<', at) - 1);
-    EXPECT_FALSE(std::filesystem::exists(out + "/" + stopped + ".csv")) << stopped;
-    std::size_t written = 0;
-    for (const char *name : {"Part1", "Part2", "Part3", "Part4"})
-        written += std::filesystem::exists(out + "/" + name + ".csv") ? 1 : 0;
-    EXPECT_LT(written, 4u);
-    if (written > 0) {
-        EXPECT_NE(
-            text.find(std::to_string(written) + (written == 1 ? " table" : " tables") + " exported successfully."),
-            std::string::npos)
-            << text;
+        const std::string text = test::fileContents(report);
+        EXPECT_EQ(text.rfind("Export terminated.\n", 0), 0u) << text;
+        const std::size_t at = text.find("> Failed: Terminated.\n");
+        ASSERT_NE(at, std::string::npos) << text;
+        const std::string stopped = text.substr(text.rfind('<', at) + 1, at - text.rfind('<', at) - 1);
+        EXPECT_FALSE(std::filesystem::exists(out + "/" + stopped + ".csv")) << stopped;
+        std::size_t written = 0;
+        for (const char *name : {"Part1", "Part2", "Part3", "Part4"})
+            written += std::filesystem::exists(out + "/" + name + ".csv") ? 1 : 0;
+        EXPECT_LT(written, 4u);
+        if (written > 0) {
+            EXPECT_NE(
+                text.find(std::to_string(written) + (written == 1 ? " table" : " tables") + " exported successfully."),
+                std::string::npos)
+                << text;
+        }
     }
 }
 
