@@ -27,9 +27,14 @@ std::string encodeSqlBlobValue(const std::vector<std::uint8_t> &bytes);
 /// Appends the blob literal of a byte buffer to `out`.
 void appendSqlBlobValue(std::string &out, const std::uint8_t *bytes, std::size_t size);
 
-/// Reads libmdb's month-first date text "MM/dd/yyyy HH:mm:ss" and writes it as
+/// Writes a text cell that holds a NUL byte (a Binary value's bytes) as a blob literal, whole:
+/// no SQL text literal can hold one, and clients stop reading a script there. False, with
+/// nothing written, for any other cell.
+bool appendNulTextAsBlob(std::string &out, const CellValue &value);
+
+/// Reads the month-first date text of a DateTime cell, "MM/dd/yyyy HH:mm:ss", and writes it as
 /// "yyyy-MM-dd HH:mm:ss". False (and `out` untouched) when the text is not a valid date of that
-/// exact pattern, for example libmdb's "01/00/1900 00:00:00" for dates it cannot render.
+/// exact pattern (a day that does not exist, a two-digit year).
 [[nodiscard]] bool reformatMonthFirstDate(std::string_view text, std::string &out);
 
 /// How the cells of one column are written in a data statement.

@@ -35,6 +35,8 @@ std::string mdb_get_colbacktype_string_fromMdbType(int typeCode)
         return "Replication ID";
     case 0x10:
         return "Numeric";
+    case 0x12:
+        return "Complex Value auto number";
     case 0x13:
         return "Large Number";
     case 0x14:

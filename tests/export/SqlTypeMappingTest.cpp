@@ -40,7 +40,7 @@ TEST(SqlTypeMapping, TypeTableForEveryDialect)
         // Not listed (or spelled differently): unchanged in every dialect.
         {"Attachment", {"Attachment", "Attachment", "Attachment", "Attachment", "Attachment"}},
         {"text", {"text", "text", "text", "text", "text"}},
-        {"Unknown_0013", {"Unknown_0013", "Unknown_0013", "Unknown_0013", "Unknown_0013", "Unknown_0013"}},
+        {"Unknown_0046", {"Unknown_0046", "Unknown_0046", "Unknown_0046", "Unknown_0046", "Unknown_0046"}},
     };
     for (const Row &row : rows) {
         for (const ServerType dialect : kDialects)
@@ -97,8 +97,8 @@ TEST(SqlTypeMapping, MonthFirstDateReformatting)
         {"02/29/2024 12:30:45", "2024-02-29 12:30:45"},
         {"12/31/9999 23:59:59", "9999-12-31 23:59:59"},
         {"02/29/2023 00:00:00", nullptr}, // no such day
-        {"01/00/1900 00:00:00", nullptr}, // libmdb's text for dates it cannot render
-        {"01/00/00 00:00:00", nullptr},
+        {"01/00/2010 00:00:00", nullptr}, // day 0
+        {"01/01/10 00:00:00", nullptr},   // two-digit year
         {"13/01/2010 00:00:00", nullptr},
         {"03/04/2010 24:00:00", nullptr},
         {"3/4/2010 13:05:00", nullptr},
@@ -141,7 +141,8 @@ TEST(SqlTypeMapping, ValueLiterals)
         {"DateTime", "03/04/2010 13:05:00", false, ServerTypeOracle, ".",
          "TO_DATE('03/04/2010 13:05:00', 'MM/DD/YYYY HH24:MI:SS')"},
         {"DateTime", "03/04/2010 13:05:00", false, ServerTypeSQLite, ".", "'03/04/2010 13:05:00'"},
-        {"DateTime", "01/00/1900 00:00:00", false, ServerTypePostgreSQL, ".", "'01/00/1900 00:00:00'"},
+        // A text that is no date of the pattern goes in as it stands.
+        {"DateTime", "02/30/2021 00:00:00", false, ServerTypePostgreSQL, ".", "'02/30/2021 00:00:00'"},
         // Numbers: decimal symbol outside Oracle, which quotes every text first.
         {"Double", "1.5", false, ServerTypeMySQL, ",", "1,5"},
         {"Single", "1.5", false, ServerTypeSQLite, ",", "1,5"},

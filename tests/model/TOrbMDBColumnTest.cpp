@@ -60,7 +60,8 @@ TEST(TOrbMDBColumn, TypeNamesOfEveryColumnMatchTheFixture)
     // Codes on which libmdb's own lookup crashes still get a name.
     EXPECT_EQ(mdb_get_colbacktype_string_fromMdbType(0x00), "Unknown_0000");
     EXPECT_EQ(mdb_get_colbacktype_string_fromMdbType(0x0D), "Unknown_000d");
-    EXPECT_EQ(mdb_get_colbacktype_string_fromMdbType(0x12), "Unknown_0012");
+    EXPECT_EQ(mdb_get_colbacktype_string_fromMdbType(0x12), "Complex Value auto number");
+    EXPECT_EQ(mdb_get_colbacktype_string_fromMdbType(0x46), "Unknown_0046");
 }
 
 TEST(TOrbMDBColumn, Jet3TextSizeIsTheByteCount)
