@@ -3,6 +3,7 @@
 #include "model/TOrbBlobData.h"
 #include "model/TOrbMDBTable.h"
 #include "model/hex.h"
+#include "model/mdbTypeNames.h"
 
 #include <climits>
 
@@ -24,7 +25,7 @@ std::string cellDisplayText(const CellValue &value)
 bool columnHoldsBytes(const TOrbMDBColumn &column)
 {
     const std::string &type = column.dataType();
-    return type == "Binary" || type.starts_with("Unknown_");
+    return columnValueClassForDataType(type) == ColumnValueClass::Binary || type.starts_with("Unknown_");
 }
 
 std::string cellDisplayText(const CellValue &value, const TOrbMDBColumn &column)

@@ -123,6 +123,14 @@ bool reformatMonthFirstDate(std::string_view text, std::string &out)
     return true;
 }
 
+bool appendNulTextAsBlob(std::string &out, const CellValue &value)
+{
+    if (!value.isText() || value.text.find('\0') == std::string_view::npos)
+        return false;
+    appendSqlBlobValue(out, reinterpret_cast<const std::uint8_t *>(value.text.data()), value.text.size());
+    return true;
+}
+
 void appendSqlQuotedText(std::string &out, std::string_view text)
 {
     out += '\'';
@@ -137,12 +145,8 @@ void appendSqlQuotedText(std::string &out, std::string_view text)
 void appendSqlValueLiteral(std::string &out, const CellValue &value, const SqlLiteralColumn &column, ServerType dialect,
                            std::string_view decimalSymbol)
 {
-    if (value.isText() && value.text.find('\0') != std::string_view::npos) {
-        // No text literal can hold a NUL byte (a Binary value's bytes): clients stop reading the
-        // script there. The value goes in as a blob literal, whole.
-        appendSqlBlobValue(out, reinterpret_cast<const std::uint8_t *>(value.text.data()), value.text.size());
+    if (appendNulTextAsBlob(out, value))
         return;
-    }
     if (value.isText()) {
         const ColumnValueClass valueClass = columnValueClassForDataType(column.dataType);
         const bool date = valueClass == ColumnValueClass::DateTime;

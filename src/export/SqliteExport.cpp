@@ -296,13 +296,11 @@ std::string sqliteCreateTableStatement(const TOrbMDBTable &table,
 
 void appendSqliteValueLiteral(std::string &out, const CellValue &value, const TOrbMDBColumn &column)
 {
-    if (value.isText() && value.text.find('\0') != std::string_view::npos) {
-        // Bytes with a NUL (a Binary value) cannot be written as an SQL text literal: they go
-        // in as a blob, whole.
-        appendSqlBlobValue(out, reinterpret_cast<const std::uint8_t *>(value.text.data()), value.text.size());
-    } else if (value.isText()) {
+    if (appendNulTextAsBlob(out, value))
+        return;
+    if (value.isText()) {
         // Numbers, booleans and the like are held as text and go in bare; a text that is not a
-        // number (which libmdb does not produce for those types) is quoted so that the
+        // number (which the decoders do not produce for those types) is quoted so that the
         // statement stays valid.
         if (isQuotedSqliteType(column.dataType()) || !isSqlNumber(value.text))
             appendSqlQuotedText(out, value.text);

@@ -189,7 +189,8 @@ void FieldReader::appendDecoded(TableStore &store, const std::optional<std::stri
 void FieldReader::appendText(TableStore &store, StoredBytes bytes)
 {
     if (!m_jet3) {
-        m_scratch = decodeUnicodeText(bytes);
+        m_scratch.clear();
+        appendUnicodeText(m_scratch, bytes);
         store.appendText(m_scratch.data(), m_scratch.size());
         return;
     }

@@ -241,7 +241,13 @@ private:
 std::string decodeUnicodeText(StoredBytes bytes)
 {
     std::string out;
-    out.reserve(bytes.size());
+    appendUnicodeText(out, bytes);
+    return out;
+}
+
+void appendUnicodeText(std::string &out, StoredBytes bytes)
+{
+    out.reserve(out.size() + bytes.size());
     Utf16ToUtf8 converter(out);
     std::size_t i = 0;
     const std::size_t n = bytes.size();
@@ -265,7 +271,6 @@ std::string decodeUnicodeText(StoredBytes bytes)
             converter.unit(static_cast<char16_t>(bytes[i] | bytes[i + 1] << 8));
     }
     converter.flush();
-    return out;
 }
 
 std::optional<std::string> formatStoredDateTime(double serial)

@@ -74,5 +74,7 @@ std::optional<std::string> decodeCalculatedNumeric(StoredBytes bytes);
 /// Surrogate pairs become one character, an unpaired surrogate U+FFFD; an odd last byte is
 /// dropped.
 std::string decodeUnicodeText(StoredBytes bytes);
+/// The same, appended to `out` (a buffer reused from cell to cell while a table loads).
+void appendUnicodeText(std::string &out, StoredBytes bytes);
 
 } // namespace vellum

@@ -23,19 +23,11 @@
 namespace vellum {
 namespace {
 
+using test::isoFromMonthFirst;
 using test::lowerHex;
 
 /// Tables whose truth Vellum does not reach, each with its reason: "file|table".
 const std::map<std::string, std::string> kAllowed = {};
-
-/// "MM/DD/YYYY HH:MM:SS[.fffffff]" as "YYYY-MM-DD HH:MM:SS[.fffffff]".
-std::string isoDate(std::string_view text)
-{
-    if (text.size() < 19 || text[2] != '/' || text[5] != '/')
-        return "unparsed:" + std::string(text);
-    return std::string(text.substr(6, 4)) + "-" + std::string(text.substr(0, 2)) + "-" +
-           std::string(text.substr(3, 2)) + std::string(text.substr(10));
-}
 
 /// Exact decimal in the truth's policy: no trailing fraction zeros, no lone point, "-0" as "0".
 std::string canonicalDecimal(std::string text)
@@ -99,9 +91,9 @@ std::string ourCanonical(const CellValue &cell, const std::string &type)
     if (type == "DOUBLE")
         return floatBits(parseTruthNumber(text), false);
     if (type == "SHORT_DATE_TIME")
-        return isoDate(text);
+        return isoFromMonthFirst(text, ' ');
     if (type == "EXT_DATE_TIME") {
-        std::string iso = isoDate(text);
+        std::string iso = isoFromMonthFirst(text, ' ');
         return iso.size() == 19 ? iso + ".0000000" : iso;
     }
     if (type == "GUID") {
@@ -161,9 +153,9 @@ bool cellMatches(const CellValue &cell, const nlohmann::json &truth, const std::
     if (type == "FLOAT" || type == "DOUBLE")
         return sameFloatingPoint(ours, expected, type == "FLOAT") || (why = ours, false);
     if (type == "SHORT_DATE_TIME")
-        return isoDate(ours) == expected || (why = ours, false);
+        return isoFromMonthFirst(ours, ' ') == expected || (why = ours, false);
     if (type == "EXT_DATE_TIME") {
-        std::string iso = isoDate(ours);
+        std::string iso = isoFromMonthFirst(ours, ' ');
         if (iso.size() == 19)
             iso += ".0000000";
         return iso == expected || (why = ours, false);

@@ -17,15 +17,6 @@ namespace {
 
 using test::lowerHex;
 
-/// "MM/DD/YYYY HH:MM:SS[.fffffff]" as the sidecars' "YYYY-MM-DDTHH:MM:SS[.fffffff]".
-std::string isoOf(std::string_view text)
-{
-    if (text.size() < 19)
-        return std::string(text);
-    return std::string(text.substr(6, 4)) + "-" + std::string(text.substr(0, 2)) + "-" +
-           std::string(text.substr(3, 2)) + "T" + std::string(text.substr(11));
-}
-
 std::size_t utf8Characters(std::string_view text)
 {
     std::size_t count = 0;
@@ -62,7 +53,7 @@ std::string difference(const CellValue &cell, const nlohmann::json &truth, const
         // Extended dates carry 100 ns units, the sidecar nanoseconds.
         if (type == "EXT_DATE_TIME" && expected.size() == 29)
             expected.resize(27);
-        return isoOf(ours) == expected ? "" : ours;
+        return test::isoFromMonthFirst(ours, 'T') == expected ? "" : ours;
     }
     if (truth.contains("hex")) {
         const std::string bytes =

@@ -52,6 +52,16 @@ inline std::string lowerHex(std::string_view bytes)
     return out;
 }
 
+/// Vellum's date text "MM/DD/YYYY HH:MM:SS[.fffffff]" as "YYYY-MM-DD<separator>HH:MM:SS[…]",
+/// the order the sidecars and the corpus truth write; "unparsed:TEXT" for anything else.
+inline std::string isoFromMonthFirst(std::string_view text, char separator)
+{
+    if (text.size() < 19 || text[2] != '/' || text[5] != '/' || text[10] != ' ')
+        return "unparsed:" + std::string(text);
+    return std::string(text.substr(6, 4)) + "-" + std::string(text.substr(0, 2)) + "-" +
+           std::string(text.substr(3, 2)) + separator + std::string(text.substr(11));
+}
+
 /// The sidecar's table entry of that name.
 inline const nlohmann::json *sidecarTable(const nlohmann::json &sidecar, const std::string &name)
 {
