@@ -11,6 +11,7 @@
 #include "app/widgets/DataView.h"
 #include "model/TOrbMDBFile.h"
 #include "model/TOrbMDBTable.h"
+#include "support/scrambledRows.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -38,19 +39,7 @@ std::unique_ptr<TOrbMDBTable> makeTable(std::size_t rows)
         column->setDataType("Text");
         table->addColumn(std::move(column));
     }
-    TableStore &store = table->mutableStore();
-    char text[64];
-    for (std::size_t i = 0; i < rows; ++i) {
-        store.beginRow();
-        int length = std::snprintf(text, sizeof text, "%zu", (i * 7919 + 13) % rows);
-        store.appendText(text, static_cast<std::size_t>(length));
-        length = std::snprintf(text, sizeof text, "Customer %zu of region %zu", (i * 31) % 5003, i % 17);
-        store.appendText(text, static_cast<std::size_t>(length));
-        length = std::snprintf(text, sizeof text, "C%05zu", (i * 104729) % 99991);
-        store.appendText(text, static_cast<std::size_t>(length));
-        store.endRow();
-    }
-    store.shrink();
+    test::fillScrambledRows(table->mutableStore(), rows);
     return table;
 }
 

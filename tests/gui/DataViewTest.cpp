@@ -11,6 +11,7 @@
 #include "browser/RowFilter.h"
 #include "browser/browserTestSupport.h"
 #include "model/TOrbMDBTable.h"
+#include "support/scrambledRows.h"
 
 #include <QAbstractItemModelTester>
 #include <QElapsedTimer>
@@ -30,20 +31,7 @@ namespace {
 TOrbMDBTable *addLargeTable(TOrbMDBFile &file, const std::string &name, std::size_t rows)
 {
     TOrbMDBTable *table = test::addTestTable(file, name, {{"id"}, {"name"}, {"code"}}, {});
-    TableStore &store = table->mutableStore();
-    char text[64];
-    for (std::size_t i = 0; i < rows; ++i) {
-        store.beginRow();
-        const std::size_t id = (i * 7919 + 13) % rows;
-        int length = std::snprintf(text, sizeof text, "%zu", id);
-        store.appendText(text, static_cast<std::size_t>(length));
-        length = std::snprintf(text, sizeof text, "Customer %zu of region %zu", (i * 31) % 5003, i % 17);
-        store.appendText(text, static_cast<std::size_t>(length));
-        length = std::snprintf(text, sizeof text, "C%05zu", (i * 104729) % 99991);
-        store.appendText(text, static_cast<std::size_t>(length));
-        store.endRow();
-    }
-    store.shrink();
+    test::fillScrambledRows(table->mutableStore(), rows);
     return table;
 }
 
