@@ -85,6 +85,7 @@ void ModelStreamWriter::catalogRead(std::size_t count, std::uint64_t expectedRow
     message.putU64(m_relationships.allForeignKeys().size());
     for (const auto &key : m_relationships.allForeignKeys())
         encodeForeignKey(message, *key);
+    encodeCatalogObjects(message, m_relationships);
     send(LoaderMessage::Catalog, std::move(message));
 }
 

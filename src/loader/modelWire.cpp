@@ -254,6 +254,63 @@ std::unique_ptr<TOrbMDBForeignKey> decodeForeignKey(WireReader &reader)
     return reader.ok() ? std::move(key) : nullptr;
 }
 
+void encodeCatalogObjects(WireWriter &writer, const TOrbMDBFile &file)
+{
+    writer.putU64(file.linkedTables().size());
+    for (const auto &link : file.linkedTables()) {
+        writer.putString(link->name());
+        writer.putBool(link->kind() == TOrbMDBLinkedTable::Kind::Odbc);
+        writer.putString(link->database());
+        writer.putString(link->targetTable());
+        writer.putString(link->connect());
+    }
+    writer.putU64(file.queries().size());
+    for (const auto &query : file.queries()) {
+        writer.putString(query->name());
+        writer.putU64(static_cast<std::uint64_t>(query->type()));
+        writer.putString(query->sql());
+    }
+}
+
+namespace {
+
+/// Reads what encodeCatalogObjects wrote; false when it does not fit.
+bool decodeCatalogObjects(WireReader &reader, ReceivedModel &model)
+{
+    const std::uint64_t links = reader.getU64();
+    if (!reader.ok() || links > reader.remaining() / 8)
+        return false;
+    for (std::uint64_t i = 0; i < links; ++i) {
+        auto link = std::make_unique<TOrbMDBLinkedTable>();
+        link->setName(reader.getString());
+        link->setKind(reader.getBool() ? TOrbMDBLinkedTable::Kind::Odbc : TOrbMDBLinkedTable::Kind::Access);
+        link->setDatabase(reader.getString());
+        link->setTargetTable(reader.getString());
+        link->setConnect(reader.getString());
+        if (!reader.ok())
+            return false;
+        model.linkedTables.push_back(std::move(link));
+    }
+    const std::uint64_t queries = reader.getU64();
+    if (!reader.ok() || queries > reader.remaining() / 8)
+        return false;
+    for (std::uint64_t i = 0; i < queries; ++i) {
+        auto query = std::make_unique<TOrbMDBQuery>();
+        query->setName(reader.getString());
+        const std::uint64_t type = reader.getU64();
+        if (type > static_cast<std::uint64_t>(TOrbMDBQuery::Type::Unknown))
+            return false;
+        query->setType(static_cast<TOrbMDBQuery::Type>(type));
+        query->setSql(reader.getString());
+        if (!reader.ok())
+            return false;
+        model.queries.push_back(std::move(query));
+    }
+    return true;
+}
+
+} // namespace
+
 void encodeTable(WireWriter &writer, const TOrbMDBTable &table, const StoreParts &sent)
 {
     writer.putString(table.name());
@@ -307,6 +364,12 @@ void ReceivedModel::moveInto(TOrbMDBFile &file)
 {
     for (auto &key : foreignKeys)
         file.addForeignKey(std::move(key));
+    for (auto &link : linkedTables)
+        file.addLinkedTable(std::move(link));
+    for (auto &query : queries)
+        file.addQuery(std::move(query));
+    linkedTables.clear();
+    queries.clear();
     for (auto &table : tables)
         file.addTable(std::move(table));
     foreignKeys.clear();
@@ -357,6 +420,8 @@ bool readModelStream(ByteSource &source, LoadObserver *observer, ReceivedModel &
                     return false;
                 model.foreignKeys.push_back(std::move(key));
             }
+            if (!decodeCatalogObjects(reader, model))
+                return false;
             break;
         }
         case LoaderMessage::TableStarted: {

@@ -21,15 +21,17 @@ namespace vellum {
 class LoadObserver;
 class TOrbMDBFile;
 class TOrbMDBForeignKey;
+class TOrbMDBLinkedTable;
+class TOrbMDBQuery;
 class TOrbMDBTable;
 
 /// The first bytes of every stream.
 inline constexpr char kLoaderStreamMagic[8] = {'V', 'L', 'M', 'L', 'O', 'A', 'D', 'R'};
 /// Raised whenever the layout of any message changes.
-constexpr std::uint32_t kLoaderStreamVersion = 4;
+constexpr std::uint32_t kLoaderStreamVersion = 5;
 
 enum class LoaderMessage : std::uint8_t {
-    Catalog = 1,      ///< table count, expected rows, then the relationships in the order read
+    Catalog = 1,      ///< table count, expected rows, the relationships in the order read, linked tables, queries
     TableStarted = 2, ///< ordinal, count, name
     Rows = 3,         ///< rows loaded so far
     Table = 4,        ///< catalog position, then the whole table
@@ -60,6 +62,9 @@ void encodeForeignKey(WireWriter &writer, const TOrbMDBForeignKey &key);
 /// Reads a relationship; nullptr when the reader failed.
 std::unique_ptr<TOrbMDBForeignKey> decodeForeignKey(WireReader &reader);
 
+/// Appends the file's linked tables and saved queries.
+void encodeCatalogObjects(WireWriter &writer, const TOrbMDBFile &file);
+
 /// Appends what a table still loading has finished beyond `sent`: every block but the last
 /// (which may still grow), and the row starts and blobs so far; updates `sent`. Blocks and
 /// blob payloads are referenced, the row starts copied: the store may go on growing before the
@@ -81,8 +86,10 @@ std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader, PartialStore parts
 struct ReceivedModel {
     std::vector<std::unique_ptr<TOrbMDBTable>> tables;
     std::vector<std::unique_ptr<TOrbMDBForeignKey>> foreignKeys;
+    std::vector<std::unique_ptr<TOrbMDBLinkedTable>> linkedTables;
+    std::vector<std::unique_ptr<TOrbMDBQuery>> queries;
 
-    /// Hands the relationships and then the tables to `file`, in the order received; this
+    /// Hands the relationships, linked tables, queries and then the tables to `file`, in the order received; this
     /// model is left empty.
     void moveInto(TOrbMDBFile &file);
 };

@@ -76,13 +76,32 @@ TOrbMDBForeignKey *TOrbMDBFile::addForeignKey(std::unique_ptr<TOrbMDBForeignKey>
     return m_allForeignKeys.back().get();
 }
 
+TOrbMDBLinkedTable *TOrbMDBFile::addLinkedTable(std::unique_ptr<TOrbMDBLinkedTable> table)
+{
+    table->setFile(this);
+    m_linkedTables.push_back(std::move(table));
+    return m_linkedTables.back().get();
+}
+
+TOrbMDBQuery *TOrbMDBFile::addQuery(std::unique_ptr<TOrbMDBQuery> query)
+{
+    query->setFile(this);
+    m_queries.push_back(std::move(query));
+    return m_queries.back().get();
+}
+
 bool TOrbMDBFile::open(FileReader &reader, LoadObserver *observer)
 {
     if (m_fActive)
         return true;
+    m_openFailure = OpenFailure::None;
     if (!reader.read(*this, observer)) {
+        if (m_openFailure == OpenFailure::None)
+            m_openFailure = OpenFailure::Other;
         m_tables.clear();
         m_allForeignKeys.clear();
+        m_linkedTables.clear();
+        m_queries.clear();
         return false;
     }
     sortLoadedLists();
@@ -94,8 +113,10 @@ void TOrbMDBFile::sortLoadedLists()
 {
     std::stable_sort(m_tables.begin(), m_tables.end(),
                      [](const auto &a, const auto &b) { return a->compareByName(*b) < 0; });
-    std::stable_sort(m_allForeignKeys.begin(), m_allForeignKeys.end(),
-                     [](const auto &a, const auto &b) { return a->compareByName(*b) < 0; });
+    const auto byName = [](const auto &a, const auto &b) { return a->compareByName(*b) < 0; };
+    std::stable_sort(m_allForeignKeys.begin(), m_allForeignKeys.end(), byName);
+    std::stable_sort(m_linkedTables.begin(), m_linkedTables.end(), byName);
+    std::stable_sort(m_queries.begin(), m_queries.end(), byName);
 }
 
 void TOrbMDBFile::close()
@@ -104,6 +125,8 @@ void TOrbMDBFile::close()
         table->close();
     m_tables.clear();
     m_allForeignKeys.clear();
+    m_linkedTables.clear();
+    m_queries.clear();
     m_fActive = false;
 }
 

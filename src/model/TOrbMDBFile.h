@@ -1,7 +1,10 @@
 #pragma once
 
+#include "model/OpenFailure.h"
 #include "model/TOrbMDBForeignKey.h"
+#include "model/TOrbMDBLinkedTable.h"
 #include "model/TOrbMDBObject.h"
+#include "model/TOrbMDBQuery.h"
 #include "model/TOrbMDBTable.h"
 #include "util/dates.h"
 
@@ -65,11 +68,21 @@ public:
     TOrbMDBTable *tableNamed(std::string_view name) const;
     const std::vector<std::unique_ptr<TOrbMDBForeignKey>> &allForeignKeys() const { return m_allForeignKeys; }
     TOrbMDBForeignKey *addForeignKey(std::unique_ptr<TOrbMDBForeignKey> key);
+    /// Tables of other databases this one links to, sorted by name once loaded.
+    const std::vector<std::unique_ptr<TOrbMDBLinkedTable>> &linkedTables() const { return m_linkedTables; }
+    TOrbMDBLinkedTable *addLinkedTable(std::unique_ptr<TOrbMDBLinkedTable> table);
+    /// Saved queries (the hidden "~sq_" ones included), sorted by name once loaded.
+    const std::vector<std::unique_ptr<TOrbMDBQuery>> &queries() const { return m_queries; }
+    TOrbMDBQuery *addQuery(std::unique_ptr<TOrbMDBQuery> query);
 
     /// Loads the whole file with `reader`; true when it is (now) loaded. An active file answers
     /// true at once; after a failed read the file holds no tables and no relationships.
     [[nodiscard]] bool open(FileReader &reader, LoadObserver *observer = nullptr);
-    /// Unloads tables and relationships; the file stays in the list and can be opened again.
+    /// Why the last `open` failed; `None` after a successful one.
+    OpenFailure openFailure() const { return m_openFailure; }
+    /// Set by the reader that fails to read this file.
+    void setOpenFailure(OpenFailure failure) { m_openFailure = failure; }
+    /// Unloads tables, relationships, linked tables and queries; the file stays in the list and can be opened again.
     void close();
 
     /// The relationships whose referencing table is exactly `tableName`, in list order;
@@ -82,7 +95,7 @@ public:
     /// Sorting with it puts the most recently opened file first.
     int compareByLastOpenDate(const TOrbMDBFile &other) const;
 
-    /// Sorts tables and relationships by name (the last step of loading).
+    /// Sorts tables, relationships, linked tables and queries by name (the last step of loading).
     void sortLoadedLists();
 
 protected:
@@ -97,7 +110,10 @@ private:
     TimePoint m_lastOpenDate;
     std::vector<std::unique_ptr<TOrbMDBTable>> m_tables;
     std::vector<std::unique_ptr<TOrbMDBForeignKey>> m_allForeignKeys;
+    std::vector<std::unique_ptr<TOrbMDBLinkedTable>> m_linkedTables;
+    std::vector<std::unique_ptr<TOrbMDBQuery>> m_queries;
     bool m_fActive = false;
+    OpenFailure m_openFailure = OpenFailure::None;
 };
 
 } // namespace vellum

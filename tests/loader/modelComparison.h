@@ -98,6 +98,26 @@ inline void expectSameModel(const TOrbMDBFile &a, const TOrbMDBFile &b)
         EXPECT_EQ(x.onUpdateCascade(), y.onUpdateCascade());
         EXPECT_EQ(x.onDeleteCascade(), y.onDeleteCascade());
     }
+    ASSERT_EQ(a.linkedTables().size(), b.linkedTables().size());
+    for (size_t l = 0; l < a.linkedTables().size(); ++l) {
+        const TOrbMDBLinkedTable &x = *a.linkedTables()[l];
+        const TOrbMDBLinkedTable &y = *b.linkedTables()[l];
+        SCOPED_TRACE("linked table " + x.name());
+        EXPECT_EQ(x.name(), y.name());
+        EXPECT_EQ(x.kind(), y.kind());
+        EXPECT_EQ(x.database(), y.database());
+        EXPECT_EQ(x.targetTable(), y.targetTable());
+        EXPECT_EQ(x.connect(), y.connect());
+    }
+    ASSERT_EQ(a.queries().size(), b.queries().size());
+    for (size_t q = 0; q < a.queries().size(); ++q) {
+        const TOrbMDBQuery &x = *a.queries()[q];
+        const TOrbMDBQuery &y = *b.queries()[q];
+        SCOPED_TRACE("query " + x.name());
+        EXPECT_EQ(x.name(), y.name());
+        EXPECT_EQ(x.type(), y.type());
+        EXPECT_EQ(x.sql(), y.sql());
+    }
 }
 
 } // namespace vellum::test

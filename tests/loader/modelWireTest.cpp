@@ -64,10 +64,7 @@ bool decodeInto(std::string_view bytes, TOrbMDBFile &file)
     ReceivedModel model;
     if (!readModelStream(source, nullptr, model))
         return false;
-    for (auto &key : model.foreignKeys)
-        file.addForeignKey(std::move(key));
-    for (auto &table : model.tables)
-        file.addTable(std::move(table));
+    model.moveInto(file);
     file.sortLoadedLists();
     return true;
 }
@@ -125,6 +122,41 @@ TEST_P(ModelWireRoundTrip, KeepsEveryTableColumnIndexRowAndRelationship)
 INSTANTIATE_TEST_SUITE_P(Fixtures, ModelWireRoundTrip,
                          ::testing::Values("features.mdb", "features.accdb", "ole.mdb", "ole.accdb", "jet3_size97.mdb",
                                            "newtypes.accdb"));
+
+TEST(ModelWire, CarriesLinkedTablesAndQueries)
+{
+    TOrbMDBFile sent;
+    auto access = std::make_unique<TOrbMDBLinkedTable>();
+    access->setName("Remote Orders");
+    access->setDatabase("C:\\data\\orders.mdb");
+    access->setTargetTable("Orders");
+    sent.addLinkedTable(std::move(access));
+    auto odbc = std::make_unique<TOrbMDBLinkedTable>();
+    odbc->setName("Stock");
+    odbc->setKind(TOrbMDBLinkedTable::Kind::Odbc);
+    odbc->setTargetTable("dbo.stock");
+    odbc->setConnect("ODBC;DSN=warehouse;");
+    sent.addLinkedTable(std::move(odbc));
+    auto query = std::make_unique<TOrbMDBQuery>();
+    query->setName("~sq_cForm1");
+    query->setType(TOrbMDBQuery::Type::CrossTab);
+    query->setSql("TRANSFORM Sum(x) AS s\r\nSELECT a\r\nFROM t\r\nGROUP BY a\r\nPIVOT b;");
+    sent.addQuery(std::move(query));
+
+    std::string bytes;
+    {
+        ModelStreamWriter writer(appendingTo(bytes), sent);
+        ASSERT_TRUE(writer.begin());
+        writer.catalogRead(0, 0);
+        ASSERT_TRUE(writer.finish());
+    }
+    TOrbMDBFile received;
+    ASSERT_TRUE(decodeInto(bytes, received));
+    test::expectSameModel(sent, received);
+    ASSERT_EQ(received.queries().size(), 1u);
+    EXPECT_TRUE(received.queries()[0]->isHidden());
+    EXPECT_EQ(received.linkedTables()[1]->file(), &received);
+}
 
 TEST(ModelWire, RefusesEveryCutShortStream)
 {
