@@ -9,7 +9,8 @@
 
 namespace vellum {
 class TOrbMDBFile;
-}
+class TOrbMDBQuery;
+} // namespace vellum
 
 namespace vellum::cli {
 
@@ -62,6 +63,11 @@ extern const Command kSchemaCommand;
 extern const Command kRowsCommand;
 extern const Command kExtractCommand;
 extern const Command kExportCommand;
+extern const Command kQueriesCommand;
+
+/// Appends queries as JSON objects {"name", "type", "sql"}, one a line (the inside of an
+/// array: `queries` and `schema --json` share it).
+void appendQueriesJson(std::string &out, const std::vector<const TOrbMDBQuery *> &queries);
 
 /// All commands, in the order `--help` lists them.
 const std::vector<const Command *> &allCommands();

@@ -62,7 +62,13 @@ std::string schemaJson(const TOrbMDBFile &file)
         appendListJson(out, "relationships", table->foreignKeys().value_or(std::vector<const TOrbMDBForeignKey *>{}));
         out += '}';
     }
-    out += "\n]}\n";
+    // Every saved query, the ones Access keeps for forms and reports included.
+    out += "\n], \"queries\": [";
+    std::vector<const TOrbMDBQuery *> queries;
+    for (const auto &query : file.queries())
+        queries.push_back(query.get());
+    appendQueriesJson(out, queries);
+    out += "]}\n";
     return out;
 }
 
@@ -120,7 +126,8 @@ extern const Command kSchemaCommand = {
     "  Prints the information rows of the file, then of each table with its columns, indexes\n"
     "  and relationships (those in which the table is the referencing side).\n"
     "  --json  one JSON document {\"file\": {...}, \"tables\": [{\"info\", \"columns\", \"indexes\",\n"
-    "          \"relationships\"}]}",
+    "          \"relationships\"}], \"queries\": [{\"name\", \"type\", \"sql\"}]}, with every saved\n"
+    "          query (those Access keeps for forms and reports too; see `vellum-cli queries`)",
     runSchema};
 
 } // namespace vellum::cli

@@ -4,8 +4,8 @@ namespace vellum::cli {
 
 const std::vector<const Command *> &allCommands()
 {
-    static const std::vector<const Command *> commands = {&kListCommand, &kSchemaCommand, &kRowsCommand,
-                                                          &kExtractCommand, &kExportCommand};
+    static const std::vector<const Command *> commands = {&kListCommand, &kSchemaCommand,  &kQueriesCommand,
+                                                          &kRowsCommand, &kExtractCommand, &kExportCommand};
     return commands;
 }
 

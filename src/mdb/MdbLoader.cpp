@@ -4,6 +4,7 @@
 #include "mdb/mdbColumnsUnsorted.h"
 #include "model/TOrbMDBFile.h"
 #include "model/mdbTypeNames.h"
+#include "model/querySql.h"
 
 #include "mdb/mdbtoolsInclude.h"
 
@@ -285,6 +286,123 @@ private:
     std::vector<ColumnDescriptorFlags> m_flags;
 };
 
+/// A stored row of a query definition with the catalog id of the query it belongs to.
+struct StoredQueryRow {
+    std::uint32_t objectId = 0;
+    QueryRow row;
+};
+
+/// The decoded cell as text; nullopt for the null marker (null or empty) and for blobs.
+std::optional<std::string> cellText(const TableStore &store, std::size_t row, std::optional<std::size_t> column)
+{
+    if (!column)
+        return std::nullopt;
+    const CellValue cell = store.cell(row, *column);
+    if (!cell.isText())
+        return std::nullopt;
+    return std::string(cell.text);
+}
+
+std::optional<long long> cellNumber(const TableStore &store, std::size_t row, std::optional<std::size_t> column)
+{
+    const auto text = cellText(store, row, column);
+    if (!text)
+        return std::nullopt;
+    char *end = nullptr;
+    const long long value = std::strtoll(text->c_str(), &end, 10);
+    if (end == text->c_str() || *end != '\0')
+        return std::nullopt;
+    return value;
+}
+
+/// Reads "MSysQueries": every row decoded from its stored bytes, in storage order (the order of
+/// a query's columns, joins and sort keys). A table that cannot be read gives no rows.
+std::vector<StoredQueryRow> readQueryRows(MdbHandle *mdb, MdbTableDef *tdef, const std::string &codePage)
+{
+    std::vector<StoredQueryRow> rows;
+    ColumnLayout layout;
+    if (!layout.read(tdef))
+        return rows;
+    GPtrArray *stored = layout.stored();
+    std::vector<MdbColumn *> cols;
+    std::vector<ColumnDescriptorFlags> flags;
+    std::vector<std::string> names;
+    for (unsigned i = 0; i < stored->len; ++i) {
+        auto *col = static_cast<MdbColumn *>(g_ptr_array_index(stored, i));
+        if (!col)
+            continue;
+        cols.push_back(col);
+        flags.push_back(i < layout.flags().size() ? layout.flags()[i] : ColumnDescriptorFlags{});
+        names.emplace_back(col->name);
+    }
+    const auto position = [&](const char *name) -> std::optional<std::size_t> {
+        for (std::size_t i = 0; i < names.size(); ++i)
+            if (names[i] == name)
+                return i;
+        return std::nullopt;
+    };
+    const auto objectIdColumn = position("ObjectId");
+    const auto attributeColumn = position("Attribute");
+    if (!objectIdColumn || !attributeColumn)
+        return rows;
+    const auto expressionColumn = position("Expression");
+    const auto flagColumn = position("Flag");
+    const auto extraColumn = position("LvExtra");
+    const auto name1Column = position("Name1");
+    const auto name2Column = position("Name2");
+
+    TableStore store(cols.size());
+    FieldReader reader(mdb, std::move(cols), flags, codePage);
+    mdb_rewind_table(tdef);
+    while (mdb_fetch_row(tdef)) {
+        store.beginRow();
+        reader.appendRow(store);
+        store.endRow();
+    }
+    for (std::size_t r = 0; r < store.rowCount(); ++r) {
+        const auto objectId = cellNumber(store, r, objectIdColumn);
+        const auto attribute = cellNumber(store, r, attributeColumn);
+        if (!objectId || !attribute)
+            continue;
+        StoredQueryRow row;
+        row.objectId = static_cast<std::uint32_t>(*objectId);
+        row.row.attribute = static_cast<int>(*attribute);
+        row.row.expression = cellText(store, r, expressionColumn);
+        if (const auto flag = cellNumber(store, r, flagColumn))
+            row.row.flag = static_cast<int>(*flag);
+        if (const auto extra = cellNumber(store, r, extraColumn))
+            row.row.extra = static_cast<std::int32_t>(*extra);
+        row.row.name1 = cellText(store, r, name1Column);
+        row.row.name2 = cellText(store, r, name2Column);
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+/// Adds the saved queries of the catalog (entries of type query) to `file`, each rebuilt from
+/// its rows of "MSysQueries". The catalog keeps the low 24 bits of an object's id, which is
+/// all that tells one query's rows from another's.
+void addQueries(MdbHandle *mdb, TOrbMDBFile &file, const std::vector<StoredQueryRow> &rows)
+{
+    constexpr std::uint32_t kCatalogIdMask = 0x00FFFFFFu;
+    for (unsigned i = 0; i < mdb->num_catalog; ++i) {
+        auto *entry = static_cast<MdbCatalogEntry *>(g_ptr_array_index(mdb->catalog, i));
+        if (!entry || entry->object_type != MDB_QUERY || entry->object_name[0] == '\0')
+            continue;
+        const auto id = static_cast<std::uint32_t>(entry->table_pg) & kCatalogIdMask;
+        std::vector<QueryRow> own;
+        for (const StoredQueryRow &row : rows)
+            if ((row.objectId & kCatalogIdMask) == id)
+                own.push_back(row.row);
+        const RebuiltQuery rebuilt = rebuildQuery(static_cast<std::uint32_t>(entry->flags), own);
+        auto query = std::make_unique<TOrbMDBQuery>();
+        query->setName(entry->object_name);
+        query->setType(rebuilt.type);
+        query->setSql(rebuilt.sql);
+        file.addQuery(std::move(query));
+    }
+}
+
 /// The rows of a large table's later data pages, read by a second handle while the first one
 /// reads the earlier pages.
 struct BackHalf {
@@ -306,10 +424,13 @@ struct PlannedTable {
     std::string codePage;               ///< of Jet 3 text
 };
 
-/// Walks the catalog in order: reads "MSysRelationships" into `file` and describes every kept
-/// table (columns, indexes, primary-key marks, name). False when the sink cancelled.
-bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<PlannedTable> &plan)
+/// Walks the catalog in order: reads "MSysRelationships" and the saved queries into `file` and
+/// describes every kept table (columns, indexes, primary-key marks, name). False when the sink
+/// cancelled.
+bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<PlannedTable> &plan,
+                 const std::string &codePage)
 {
+    std::vector<StoredQueryRow> queryRows;
     const bool modernFormat = mdb->f->jet_version >= MDB_VER_ACCDB_2007;
     // The name given to the last kept table; a hidden data table without a primary-key
     // column takes it over (it is never reset between entries).
@@ -328,6 +449,8 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
         if (!user && !hidden) {
             if (std::strcmp(entry->object_name, "MSysRelationships") == 0)
                 readRelationships(file, tdef.get());
+            else if (std::strcmp(entry->object_name, "MSysQueries") == 0)
+                queryRows = readQueryRows(mdb, tdef.get(), codePage);
             continue;
         }
         ColumnLayout layout;
@@ -362,6 +485,7 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
         const std::uint64_t cost = rows * std::max<std::uint64_t>(1, table->columns().size());
         plan.push_back(PlannedTable{i, entry->object_name, std::move(table), rows, cost, nullptr, {}});
     }
+    addQueries(mdb, file, queryRows);
     return true;
 }
 
@@ -799,7 +923,8 @@ bool loadDatabase(const std::string &path, TOrbMDBFile &relationships, LoadSink 
         if (!mdb)
             return false;
         std::vector<PlannedTable> plan;
-        if (mdb_read_catalog(mdb.get(), MDB_ANY) && !walkCatalog(mdb.get(), relationships, sink, plan))
+        if (mdb_read_catalog(mdb.get(), MDB_ANY) &&
+            !walkCatalog(mdb.get(), relationships, sink, plan, codePageOf(options)))
             return false;
         for (PlannedTable &planned : plan)
             planned.codePage = codePageOf(options);
