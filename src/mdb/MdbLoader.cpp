@@ -23,6 +23,7 @@
 #include <string>
 #include <system_error>
 #include <thread>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -385,16 +386,17 @@ std::vector<StoredQueryRow> readQueryRows(MdbHandle *mdb, MdbTableDef *tdef, con
 void addQueries(MdbHandle *mdb, TOrbMDBFile &file, const std::vector<StoredQueryRow> &rows)
 {
     constexpr std::uint32_t kCatalogIdMask = 0x00FFFFFFu;
+    std::unordered_map<std::uint32_t, std::vector<QueryRow>> rowsById;
+    for (const StoredQueryRow &row : rows)
+        rowsById[row.objectId & kCatalogIdMask].push_back(row.row);
+    const std::vector<QueryRow> none;
     for (unsigned i = 0; i < mdb->num_catalog; ++i) {
         auto *entry = static_cast<MdbCatalogEntry *>(g_ptr_array_index(mdb->catalog, i));
         if (!entry || entry->object_type != MDB_QUERY || entry->object_name[0] == '\0')
             continue;
-        const auto id = static_cast<std::uint32_t>(entry->table_pg) & kCatalogIdMask;
-        std::vector<QueryRow> own;
-        for (const StoredQueryRow &row : rows)
-            if ((row.objectId & kCatalogIdMask) == id)
-                own.push_back(row.row);
-        const RebuiltQuery rebuilt = rebuildQuery(static_cast<std::uint32_t>(entry->flags), own);
+        const auto found = rowsById.find(static_cast<std::uint32_t>(entry->table_pg) & kCatalogIdMask);
+        const RebuiltQuery rebuilt =
+            rebuildQuery(static_cast<std::uint32_t>(entry->flags), found != rowsById.end() ? found->second : none);
         auto query = std::make_unique<TOrbMDBQuery>();
         query->setName(entry->object_name);
         query->setType(rebuilt.type);

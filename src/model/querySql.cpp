@@ -177,6 +177,33 @@ std::string joined(const std::vector<std::string> &parts, const char *separator)
     return out;
 }
 
+/// A parameter's name as Access declares it: a reference to a form's control
+/// ("Forms!Orders!OrderID") with each part bracketed, the way it is written where it is used;
+/// another name bracketed when it needs it ("[Beginning Date]"). A name stored with its brackets
+/// stays as it is.
+std::string parameterName(const std::string &name)
+{
+    if (name.empty() || name.front() == '[')
+        return name;
+    if (name.find('!') == std::string::npos) {
+        std::string out;
+        appendName(out, name);
+        return out;
+    }
+    std::string out;
+    std::size_t start = 0;
+    for (;;) {
+        const std::size_t bang = name.find('!', start);
+        const std::string part = name.substr(start, bang == std::string::npos ? std::string::npos : bang - start);
+        appendBracketed(out, part);
+        if (bang == std::string::npos)
+            break;
+        out += '!';
+        start = bang + 1;
+    }
+    return out;
+}
+
 /// " AS alias" for a column or table alias.
 void appendAlias(std::string &out, const std::optional<std::string> &alias)
 {
@@ -281,7 +308,7 @@ public:
     {
         std::vector<std::string> declared;
         for (const QueryRow *row : withAttribute(kParameterAttribute)) {
-            std::string text = row->name1.value_or(std::string());
+            std::string text = parameterName(row->name1.value_or(std::string()));
             const int code = row->flag.value_or(0);
             if (const char *type = parameterTypeName(code)) {
                 text += ' ';
