@@ -114,8 +114,8 @@ TEST_F(IsolatedLoader, GivesTheInProcessModel)
 {
     ASSERT_TRUE(isolatedLoaderAvailable()) << "vellum-loader is built beside the test executables";
     IsolatedReader reader;
-    for (const char *name :
-         {"features.mdb", "features.accdb", "ole.mdb", "ole.accdb", "jet3_size97.mdb", "newtypes.accdb"}) {
+    for (const char *name : {"features.mdb", "features.accdb", "ole.mdb", "ole.accdb", "jet3_size97.mdb",
+                             "newtypes.accdb", "ace12_ASampleDatabase.accdb"}) {
         SCOPED_TRACE(name);
         auto expected = test::openInProcess(test::fixturePath(name));
         ASSERT_TRUE(expected);
@@ -127,6 +127,12 @@ TEST_F(IsolatedLoader, GivesTheInProcessModel)
             EXPECT_EQ(table->file(), isolated.get());
         for (const auto &key : isolated->allForeignKeys())
             EXPECT_EQ(key->file(), isolated.get());
+        for (const auto &query : isolated->queries())
+            EXPECT_EQ(query->file(), isolated.get());
+        // The one fixture with saved queries: six, their SQL carried whole.
+        if (std::string(name) == "ace12_ASampleDatabase.accdb") {
+            EXPECT_EQ(isolated->queries().size(), 6u);
+        }
     }
     EXPECT_TRUE(noChildLeft());
 }
