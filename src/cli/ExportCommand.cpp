@@ -11,6 +11,7 @@
 #include "util/format.h"
 #include "util/stringEncodings.h"
 
+#include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -186,6 +187,15 @@ bool exists(const std::string &path)
     return stat(path.c_str(), &info) == 0;
 }
 
+/// True when the last component of `path` ends with "." and `extension` (any case).
+bool hasExtension(const std::string &path, const std::string &extension)
+{
+    const std::string name = std::filesystem::path(path).filename().string();
+    return !extension.empty() && name.size() > extension.size() + 1 &&
+           name[name.size() - extension.size() - 1] == '.' &&
+           strcasecmp(name.c_str() + name.size() - extension.size(), extension.c_str()) == 0;
+}
+
 /// Creates a folder and its parents; prints the error and answers false when it cannot.
 bool makeFolder(const std::string &path)
 {
@@ -229,6 +239,12 @@ int runExport(CliContext &context)
     if (!applyOptions(parser, request, error) || (format->validate && !format->validate(request.options, error)))
         return usageError(kExportCommand, error);
 
+    // With --table, a workbook or script OUTPUT named with the kind's extension is that one
+    // file (holding the named tables), not a folder of that name.
+    if (!request.wholeFile() && !parser.has("--single-file") && !parser.has("--file-per-table") &&
+        containsKind(exportOptionInfo(ExportOptionId::SingleFile).kinds, request.kind) &&
+        hasExtension(request.output, fileExtensionByExportFileType(request.kind).value_or("")))
+        request.options.exportSingleFile = true;
     const bool singleFile = request.options.exportSingleFile;
     if (singleFile && isDirectory(request.output)) {
         printError("OUTPUT '" + request.output + "' is a folder; --format " + format->name + " writes one file");

@@ -1,12 +1,15 @@
 #include "cli/ArgParser.h"
 #include "cli/CliContext.h"
+#include "export/OutputFile.h"
 #include "model/TOrbBlobData.h"
 #include "model/TOrbMDBFile.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
+#include <set>
 
 namespace vellum::cli {
 
@@ -38,22 +41,46 @@ bool ensureFolder(const std::string &path)
     return false;
 }
 
+/// Writes the payload under a temporary name and renames it into place: a failed write
+/// leaves nothing behind.
 bool writeBlob(const std::string &path, const TOrbBlobData &blob)
 {
-    std::FILE *out = std::fopen(path.c_str(), "wb");
-    if (!out) {
-        printError("cannot write (" + path + "): " + std::strerror(errno));
+    OutputFile output;
+    if (!output.begin(path)) {
+        printError("cannot write (" + path + "): " + output.errorText());
         return false;
     }
     const auto &data = blob.data();
-    const bool written = std::fwrite(data.data(), 1, data.size(), out) == data.size();
-    const int writeErrno = errno;
-    const bool closed = std::fclose(out) == 0;
-    if (!written || !closed) {
-        printError("cannot write (" + path + "): " + std::strerror(written ? errno : writeErrno));
+    std::size_t done = 0;
+    while (done < data.size()) {
+        const ssize_t n = ::write(output.descriptor(), data.data() + done, data.size() - done);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0) {
+            const std::string reason = std::strerror(n < 0 ? errno : ENOSPC);
+            output.abandon();
+            printError("cannot write (" + path + "): " + reason);
+            return false;
+        }
+        done += static_cast<std::size_t>(n);
+    }
+    if (!output.commit()) {
+        printError("cannot write (" + path + "): " + output.errorText());
         return false;
     }
     return true;
+}
+
+/// `name`, or "NAME (2).EXT", "NAME (3).EXT", … when an earlier cell of this run took it: two
+/// cells never write one file.
+std::string distinctName(const std::string &name, const std::string &extension, std::set<std::string> &used)
+{
+    const std::string suffix = extension.empty() ? std::string() : "." + extension;
+    std::string candidate = name + suffix;
+    for (int n = 2; used.count(candidate); ++n)
+        candidate = name + " (" + std::to_string(n) + ")" + suffix;
+    used.insert(candidate);
+    return candidate;
 }
 
 int runExtract(CliContext &context)
@@ -90,15 +117,15 @@ int runExtract(CliContext &context)
         return kExitFailure;
 
     int status = kExitOk;
+    std::set<std::string> used;
     for (std::size_t r = 0; r < table->rowCount(); ++r) {
         for (const std::size_t c : chosen) {
             const CellValue cell = table->cell(r, c);
             if (!cell.isBlob())
                 continue;
-            std::string name =
-                fileNamePart(table->name()) + "-" + std::to_string(r + 1) + "-" + fileNamePart(columns[c]->name());
-            if (!cell.blob->fileExtension().empty())
-                name += "." + cell.blob->fileExtension();
+            const std::string name = distinctName(fileNamePart(table->name()) + "-" + std::to_string(r + 1) + "-" +
+                                                      fileNamePart(columns[c]->name()),
+                                                  fileNamePart(cell.blob->fileExtension()), used);
             const std::string path = folder + "/" + name;
             if (writeBlob(path, *cell.blob))
                 std::fprintf(context.out, "%s\n", path.c_str());
@@ -117,7 +144,8 @@ extern const Command kExtractCommand = {
     "  Writes the payload of each picture or document cell as OUTDIR/TABLE-ROW-COLUMN.EXT (ROW\n"
     "  counts from 1 in storage order; no dot without an extension; \"/\" in a name becomes \"_\")\n"
     "  and prints each written path on its own line. OUTDIR is created when missing; files of\n"
-    "  the same name are replaced.\n"
+    "  the same name are replaced; cells whose names would be the same get \" (2)\", \" (3)\", … A\n"
+    "  file appears only when completely written.\n"
     "  --column NAME  only the cells of that column",
     runExtract};
 

@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -116,6 +117,11 @@ int main(int argc, char **argv)
     // Every write to the output is checked here: stdio keeps the first error, and a full disk
     // or a closed descriptor must not pass for a complete result.
     const bool flushed = std::fflush(out) == 0;
+    if ((!flushed || std::ferror(out)) && g_output.firstError == EPIPE) {
+        // The reader went away (`| head`): end quietly, the way any tool in a pipe does.
+        std::signal(SIGPIPE, SIG_DFL);
+        std::raise(SIGPIPE);
+    }
     if (!flushed || std::ferror(out)) {
         printError(
             std::string("the output could not be written completely") +

@@ -1,11 +1,14 @@
 #include "export/ExportJob.h"
 
+#include "export/ExportReport.h"
 #include "export/ExportRoutines.h"
 #include "export/exportPaths.h"
 #include "model/TOrbMDBFile.h"
+#include "util/format.h"
 #include "util/logging.h"
 
 #include <algorithm>
+#include <set>
 
 namespace vellum {
 
@@ -68,9 +71,34 @@ bool ExportJob::startExport(ExportObserver *observer)
                                         [](const ExportEntry &entry) { return !entry.selected; }),
                          m_tableEntries.end());
     m_selectedTableCount = static_cast<int>(m_tableEntries.size());
+    assignDistinctFileNames();
     m_observer = observer;
     m_worker.post([this, routine](const BackgroundTask::Run &) { runRoutine(routine); });
     return true;
+}
+
+void ExportJob::assignDistinctFileNames()
+{
+    if (m_exportFileType == ExportFileType::SQLite || m_options.exportSingleFile)
+        return;
+    std::set<std::string> used;
+    for (ExportEntry &entry : m_tableEntries) {
+        const std::string wanted = folderSafeFileName(entry.exportFileName);
+        std::string name = wanted;
+        if (used.count(name)) {
+            const std::size_t dot = wanted.rfind('.');
+            const bool hasExtension = dot != std::string::npos && dot > 0;
+            const std::string stem = hasExtension ? wanted.substr(0, dot) : wanted;
+            const std::string extension = hasExtension ? wanted.substr(dot) : std::string();
+            for (int n = 2; used.count(name); ++n)
+                name = stem + " (" + std::to_string(n) + ")" + extension;
+            m_msgLog.push_back(exportWarningLine(
+                entry.tableName,
+                formatObjects("written as \"%@\": another table's file is named \"%@\"", {name, wanted})));
+        }
+        used.insert(name);
+        entry.exportFileName = name;
+    }
 }
 
 void ExportJob::runRoutine(Routine routine)

@@ -143,6 +143,8 @@ public:
     void logLine(std::string line) { m_msgLog.push_back(std::move(line)); }
     /// Counts a table written completely.
     void addSuccess() { ++m_successTableCount; }
+    /// Takes back the tables counted so far: their shared output could not be saved.
+    void clearSuccesses() { m_successTableCount = 0; }
     /// Passes row progress to the observer every 4096 rows and at the end of a table.
     void reportRowProgress(std::size_t rowsDone, std::size_t rowCount)
     {
@@ -155,6 +157,10 @@ public:
     void runRoutine(Routine routine);
 
 private:
+    /// Makes the chosen entries' file names safe for a folder and distinct, logging each
+    /// renamed one: two tables never write one file.
+    void assignDistinctFileNames();
+
     TOrbMDBFile *m_exportFile;
     ExportFileType m_exportFileType;
     std::vector<ExportEntry> m_tableEntries;

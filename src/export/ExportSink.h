@@ -1,5 +1,7 @@
 #pragma once
 
+#include "export/OutputFile.h"
+
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -29,7 +31,8 @@ private:
     std::string m_data;
 };
 
-/// A file opened for writing with truncation (mode "w"), buffered in large blocks.
+/// A file written through an `OutputFile`, buffered in large blocks: it appears under its name
+/// only when `close` succeeds; a device or FIFO at the path is written into directly.
 class FileSink : public ExportSink {
 public:
     FileSink() = default;
@@ -37,19 +40,24 @@ public:
     FileSink(const FileSink &) = delete;
     FileSink &operator=(const FileSink &) = delete;
 
-    /// Creates or truncates the file; false when it cannot be created.
+    /// Prepares the file; false when it cannot be created (`errorText` says why).
     [[nodiscard]] bool open(const std::string &path);
     bool write(std::string_view bytes) override;
-    /// Flushes and closes; false when anything could not be written.
+    /// Flushes, closes and puts the file in place; false when anything could not be written,
+    /// and then nothing is left under the name.
     [[nodiscard]] bool close();
-    /// Closes (ignoring errors) and deletes the file.
+    /// Stops writing: the temporary file is removed, the path keeps what it held before.
     void discard();
     bool isOpen() const { return m_file != nullptr; }
     const std::string &path() const { return m_path; }
+    /// Why the file could not be created or written, e.g. "No space left on device".
+    const std::string &errorText() const { return m_error; }
 
 private:
     std::FILE *m_file = nullptr;
+    OutputFile m_output;
     std::string m_path;
+    std::string m_error;
     bool m_failed = false;
 };
 

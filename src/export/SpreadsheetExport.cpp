@@ -1,6 +1,7 @@
 #include "export/SpreadsheetExport.h"
 
 #include "export/ExportJob.h"
+#include "export/OutputFile.h"
 #include "export/xls/utf16.h"
 #include "model/TOrbMDBColumn.h"
 #include "model/TOrbMDBTable.h"
@@ -19,16 +20,6 @@
 namespace vellum {
 
 namespace {
-
-/// Creates (or empties) the file and closes it again: proves that it can be made.
-bool canCreateFile(const std::string &path)
-{
-    std::FILE *file = std::fopen(path.c_str(), "w");
-    if (file == nullptr)
-        return false;
-    std::fclose(file);
-    return true;
-}
 
 /// The localized reason, with "%d" replaced by `number` first and then "%@" by `name` (so a
 /// "%" inside the name is never read as a format).
@@ -167,23 +158,24 @@ void exportSpreadsheetTables(ExportJob &job, SpreadsheetWriter &writer, const Sp
 {
     const bool singleFile = job.options().exportSingleFile;
     if (singleFile) {
-        if (!canCreateFile(job.exportPath())) {
+        if (!OutputFile::canWrite(job.exportPath())) {
             job.logLine(localized(kExportReasonUnableToCreateFile));
             return;
         }
         writer.setTargetPath(job.exportPath());
     }
 
+    // In one workbook, a table is exported only once the workbook is saved.
+    int savedWithWorkbook = 0;
     job.forEachTable([&](std::size_t, const ExportEntry &entry, const TOrbMDBTable &table) {
         const std::string &name = table.name();
         std::string path;
         if (!singleFile) {
             path = job.outputPathForEntry(entry);
-            if (!canCreateFile(path)) {
+            if (!OutputFile::canWrite(path)) {
                 job.logFailure(name, kExportReasonUnableToCreateFile);
                 return;
             }
-            std::remove(path.c_str());
             writer.setTargetPath(path);
         }
         if (!writer.addSheet(name)) {
@@ -208,12 +200,9 @@ void exportSpreadsheetTables(ExportJob &job, SpreadsheetWriter &writer, const Sp
         writeRows(job, writer, limits, table, row);
 
         if (job.terminated()) {
-            if (singleFile) {
-                std::remove(job.exportPath().c_str()); // saved again below with the sheets so far
-            } else {
+            // A workbook of its own is dropped; one workbook is saved below with the sheets so far.
+            if (!singleFile)
                 writer.deleteWorkBook();
-                std::remove(path.c_str());
-            }
             job.logFailure(name, kExportReasonTerminated);
             return;
         }
@@ -221,14 +210,21 @@ void exportSpreadsheetTables(ExportJob &job, SpreadsheetWriter &writer, const Sp
             job.logFailure(name, kExportReasonUnableToWriteFile);
             return;
         }
-        job.addSuccess();
+        if (singleFile)
+            ++savedWithWorkbook;
+        else
+            job.addSuccess();
     });
 
     // Also after Stop: a stopped single-file export keeps the sheets written so far.
-    if (singleFile && !writer.dumpToFile(job.exportPath())) {
-        std::remove(job.exportPath().c_str());
+    if (!singleFile)
+        return;
+    if (!writer.dumpToFile(job.exportPath())) {
         job.logLine(localized(kExportReasonUnableToWriteFile));
+        return;
     }
+    for (int i = 0; i < savedWithWorkbook; ++i)
+        job.addSuccess();
 }
 
 } // namespace vellum

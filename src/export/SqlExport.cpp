@@ -30,8 +30,6 @@ void exportSQLThread(ExportJob &job)
                 return;
             written = writer.writeTable(table, sink, rowProgress);
             writtenTables.push_back(&table);
-            if (written && !job.terminated())
-                job.addSuccess();
         });
         if (job.terminated()) {
             sink.discard();
@@ -39,10 +37,14 @@ void exportSQLThread(ExportJob &job)
             return;
         }
         written = written && writer.writeSingleScriptEnd(writtenTables, sink) && writer.writeEpilogue(sink);
-        if (!sink.close() || !written) {
+        if (!written || !sink.close()) {
             sink.discard();
             job.logLine(localized(kExportReasonUnableToWriteFile));
+            return;
         }
+        // The tables count as exported only once the whole script is on the disk.
+        for (std::size_t i = 0; i < writtenTables.size(); ++i)
+            job.addSuccess();
         return;
     }
 
@@ -57,7 +59,7 @@ void exportSQLThread(ExportJob &job)
         if (job.terminated()) {
             sink.discard();
             job.logFailure(entry.tableName, kExportReasonTerminated);
-        } else if (!sink.close() || !written) {
+        } else if (!written || !sink.close()) {
             sink.discard();
             job.logFailure(entry.tableName, kExportReasonUnableToWriteFile);
         } else {

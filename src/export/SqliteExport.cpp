@@ -2,6 +2,7 @@
 
 #include "export/ExportRoutines.h"
 #include "export/IndexNameRegister.h"
+#include "export/OutputFile.h"
 #include "export/SqlTypeMapping.h"
 #include "model/TOrbBlobData.h"
 #include "model/TOrbMDBFile.h"
@@ -14,8 +15,7 @@
 #include "util/localized.h"
 #include "util/logging.h"
 
-#include <filesystem>
-#include <system_error>
+#include <sys/stat.h>
 
 namespace vellum {
 
@@ -106,16 +106,23 @@ private:
 void SqliteExportRun::run()
 {
     const std::string path = m_job.exportPath();
-    m_connection.setDbFilePath(path);
+    // The database is built under a temporary name beside OUTPUT and renamed over it when
+    // complete: an existing regular file is replaced only then, and anything else at OUTPUT (a
+    // folder, a device, a pipe) is refused and left alone.
+    OutputFile output;
+    if (!output.begin(path, OutputFile::Target::PathOnly, false)) {
+        C_LogError("SQLite export: %s: %s", path.c_str(), output.errorText().c_str());
+        m_job.logLine(localized(kExportReasonUnableToCreateFile));
+        // A device or pipe is a refusal of its own, new to users who expect it to be replaced.
+        struct stat st {};
+        if (stat(path.c_str(), &st) == 0 && !S_ISREG(st.st_mode) && !S_ISDIR(st.st_mode))
+            m_job.logLine(formatObjects("%@: %@", {path, output.errorText()}));
+        return;
+    }
+    const std::string &building = output.writePath();
+    m_connection.setDbFilePath(building);
     m_connection.setPassword(m_options.password);
     m_connection.setConnectCancelCheck([this] { return m_job.terminated(); });
-
-    // An existing database is replaced, never appended to; a folder is left alone (and then
-    // refused below as an existing file).
-    std::error_code error;
-    if (std::filesystem::exists(std::filesystem::symlink_status(path, error)) &&
-        !std::filesystem::is_directory(path, error))
-        std::filesystem::remove(path, error);
 
     if (const std::optional<std::string> reason = m_connection.createDbFile(false)) {
         C_LogError("SQLite export: %s: %s", path.c_str(), reason->c_str());
@@ -125,12 +132,11 @@ void SqliteExportRun::run()
     if (!m_connection.connect(false)) {
         C_LogError("SQLite export: %s: %s", path.c_str(), m_connection.getLastErrorMessage().c_str());
         m_job.logLine(localized("Unable to establish SQLite connection"));
-        if (m_job.terminated())
-            std::filesystem::remove(path, error);
         return;
     }
     if (!execute(kForeignKeysOff)) {
         m_job.logLine(formatObjects(localized("Have error when executing query: %@"), {kForeignKeysOff}));
+        m_connection.disconnect();
         return;
     }
 
@@ -143,9 +149,15 @@ void SqliteExportRun::run()
     if (!execute(kForeignKeysOff))
         m_job.logLine(formatObjects(localized("Have error when executing query: %@"), {kForeignKeysOff}));
     m_connection.disconnect();
-    // A stopped export leaves no database behind, not even its complete tables.
+    // A stopped export leaves no database behind, not even its complete tables; OUTPUT keeps
+    // what it held before.
     if (m_job.terminated())
-        std::filesystem::remove(path, error);
+        return;
+    if (!output.commit()) {
+        C_LogError("SQLite export: %s: %s", path.c_str(), output.errorText().c_str());
+        m_job.logLine(localized(kExportReasonUnableToWriteFile));
+        m_job.clearSuccesses();
+    }
 }
 
 void SqliteExportRun::exportTable(const ExportEntry &entry, const TOrbMDBTable &table)

@@ -273,7 +273,8 @@ void exportTextFileThread(ExportJob &job)
         const TextTableOutcome outcome =
             writeTextTable(table, settings, file, job.terminateFlag(),
                            [&job](std::size_t done, std::size_t count) { job.reportRowProgress(done, count); });
-        const bool closed = file.close();
+        const bool complete = outcome.result == TextTableResult::Completed && !job.terminated();
+        const bool closed = complete && file.close();
         if (outcome.result == TextTableResult::Terminated || job.terminated()) {
             file.discard();
             job.logFailure(entry.tableName, kExportReasonTerminated);

@@ -81,9 +81,15 @@ bool XlsxExport::addSheet(std::string_view name)
         lxw_workbook_options options = {};
         options.constant_memory = LXW_TRUE;
         options.tmpdir = const_cast<char *>(g_get_tmp_dir());
-        m_workbook = workbook_new_opt(m_targetPath.c_str(), &options);
+        // The workbook is written under a temporary name and renamed when complete.
+        if (!m_output.begin(m_targetPath, OutputFile::Target::PathOnly, false)) {
+            C_LogError("Unable to start the workbook %s: %s", m_targetPath.c_str(), m_output.errorText().c_str());
+            return false;
+        }
+        m_workbook = workbook_new_opt(m_output.writePath().c_str(), &options);
         if (m_workbook == nullptr) {
             C_LogError("Unable to start the workbook %s", m_targetPath.c_str());
+            m_output.abandon();
             return false;
         }
         m_workbookPath = m_targetPath;
@@ -143,7 +149,11 @@ bool XlsxExport::dumpToFile(const std::string &path)
     m_sheetNames.clear();
     if (error != LXW_NO_ERROR) {
         C_LogError("Error when dump file: %s", lxw_strerror(error));
-        std::remove(path.c_str());
+        m_output.abandon();
+        return false;
+    }
+    if (!m_output.commit()) {
+        C_LogError("Error when dump file: %s", m_output.errorText().c_str());
         return false;
     }
     return true;
@@ -153,6 +163,7 @@ void XlsxExport::deleteWorkBook()
 {
     if (m_workbook != nullptr)
         lxw_workbook_free(m_workbook);
+    m_output.abandon();
     m_workbook = nullptr;
     m_sheet = nullptr;
     m_sheetNames.clear();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "export/OutputFile.h"
 #include "export/SpreadsheetExport.h"
 
 #include <cstdint>
@@ -46,6 +47,7 @@ private:
     lxw_worksheet *m_sheet = nullptr;
     std::string m_targetPath;
     std::string m_workbookPath;
+    OutputFile m_output; ///< the workbook's temporary file until it is saved
     std::vector<std::u16string> m_sheetNames;
     std::string m_text; ///< NUL-terminated copy of the cell being written
 };

@@ -5,6 +5,7 @@
 #include "util/localized.h"
 
 #include <strings.h>
+#include <sys/stat.h>
 
 namespace vellum {
 
@@ -31,6 +32,20 @@ std::string updateExportSingleFilePath(const std::string &path, bool exportSingl
     if (slash == std::string::npos)
         return std::string();
     return slash == 0 ? std::string("/") : path.substr(0, slash);
+}
+
+bool exportPathUsable(const std::string &path, bool exportSingleFile)
+{
+    if (path.empty() || path.front() != '/')
+        return false;
+    struct stat info {};
+    if (!exportSingleFile)
+        return stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+    if (stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode))
+        return false;
+    const std::size_t slash = path.rfind('/');
+    const std::string folder = slash == 0 ? std::string("/") : path.substr(0, slash);
+    return stat(folder.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
 }
 
 std::string exportOutputPath(const std::string &folder, const ExportEntry &entry)

@@ -18,6 +18,11 @@ std::string exportPathLabel(bool exportSingleFile);
 std::string updateExportSingleFilePath(const std::string &path, bool exportSingleFile, const std::string &databaseName,
                                        ExportFileType kind);
 
+/// True when the wizard may write to `path`: an absolute path whose folder exists (the folder
+/// itself when one file per table is written, the file's folder otherwise, and then the path is
+/// not a folder). An empty or relative path is never usable: it is not a place the user chose.
+bool exportPathUsable(const std::string &path, bool exportSingleFile);
+
 /// Where an entry is written with one file per table: "%@/%@" of the folder and the file name.
 std::string exportOutputPath(const std::string &folder, const ExportEntry &entry);
 

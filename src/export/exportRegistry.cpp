@@ -115,6 +115,12 @@ bool validateSql(const ExportOptions &options, std::string &error)
         error = "--no-structure and --no-data together leave nothing to export";
         return false;
     }
+    // A script's numbers are SQL literals: with any other decimal symbol every fractional
+    // value would be an invalid INSERT.
+    if (options.decimalSymbol != ".") {
+        error = "--decimal must be \".\" for SQL scripts: SQL numbers always use \".\"";
+        return false;
+    }
     if (!options.schemaName.empty() && !schemaNameEnabledForSqlFormat(options.sqlFormat)) {
         error = "--schema applies to the postgresql, oracle and sqlserver dialects only";
         return false;
@@ -392,7 +398,7 @@ const std::vector<ExportCommandLineForm> &formTable()
         {.option = ExportOptionId::DecimalSymbol,
          .flag = "--decimal",
          .valueName = "TEXT",
-         .help = "replaces \".\" in Currency, Single and Double values (default \".\")",
+         .help = "only \".\" is accepted: SQL numbers always use \".\"",
          .kinds = {kSql}},
         {.option = ExportOptionId::ForeignKeys,
          .flag = "--no-foreign-keys",

@@ -90,15 +90,29 @@ TEST(SqlExportCli, OptionsReachTheScript)
     const std::string path = dir.file("props.sql");
     const auto result =
         runTool("vellum-cli", exportArgs(path, {"--dialect", "postgresql", "--table", "Props", "--single-file",
-                                                "--schema", "app", "--no-drop", "--no-indexes", "--decimal", ","}));
+                                                "--schema", "app", "--no-drop", "--no-indexes", "--decimal", "."}));
     ASSERT_EQ(result.exitStatus, 0) << result.err;
     const std::string text = test::fileContents(path);
     EXPECT_EQ(text.rfind("CREATE TABLE \"app\".\"Props\" (", 0), 0u) << text.substr(0, 200);
     EXPECT_NE(text.find("COMMENT ON COLUMN \"app\".\"Props\".\"DescCol\" IS 'O''Neil''s \"quoted\" column';"),
               std::string::npos);
     EXPECT_NE(text.find("INSERT INTO \"app\".\"Props\""), std::string::npos);
-    EXPECT_NE(text.find(", 0,0000, "), std::string::npos); // Currency with the decimal symbol ","
+    EXPECT_NE(text.find(", 0.0000, "), std::string::npos); // Currency as a SQL number
     EXPECT_EQ(text.find("DROP TABLE"), std::string::npos);
+
+    // Any other decimal symbol would make every fractional INSERT invalid: refused before
+    // anything is written.
+    const std::string comma = dir.file("comma.sql");
+    const auto refused = runTool("vellum-cli", exportArgs(comma, {"--table", "Props", "--decimal", ","}));
+    EXPECT_EQ(refused.exitStatus, 2);
+    EXPECT_NE(refused.err.find("--decimal must be \".\" for SQL scripts"), std::string::npos) << refused.err;
+    EXPECT_FALSE(fs::exists(comma));
+
+    // --table with an OUTPUT named like a script writes that script, not a folder of that name.
+    const std::string named = dir.file("one.sql");
+    ASSERT_EQ(runTool("vellum-cli", exportArgs(named, {"--table", "table1"})).exitStatus, 0);
+    EXPECT_TRUE(fs::is_regular_file(named));
+    EXPECT_NE(test::fileContents(named).find("CREATE TABLE `table1`"), std::string::npos);
 
     const std::string dataOnly = dir.file("data.sql");
     ASSERT_EQ(runTool("vellum-cli", exportArgs(dataOnly, {"--table", "table1", "--single-file", "--no-structure"}))

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 
 namespace vellum {
 namespace {
@@ -124,6 +125,59 @@ TEST(ExportJob, StopBetweenRowsDeletesTheFileAndEndsTheExport)
     const ExportReport report = job.report();
     EXPECT_EQ(report.title, "Export terminated.");
     EXPECT_EQ(report.message, "<Big> Failed: Terminated.");
+}
+
+TEST(ExportJob, NamesThatCollideAfterSanitisingGetDistinctFiles)
+{
+    TempDir dir;
+    std::vector<std::unique_ptr<TOrbMDBTable>> tables;
+    tables.push_back(makeNumberTable("ta/le1", 1));
+    tables.push_back(makeNumberTable("ta_le1", 2));
+    tables.push_back(makeNumberTable("ta_le1.csv", 3)); // its file would be "ta_le1.csv.csv"
+    auto file = makeFile("db", std::move(tables));
+    ExportJob job(*file, nullptr, ExportFileType::CSV);
+    job.setExportPath(dir.path());
+    RecordingObserver observer;
+    ASSERT_TRUE(job.startExport(&observer));
+    job.wait();
+
+    // The first of the two in the job keeps the plain name; nothing is overwritten.
+    const bool slashFirst = job.entries()[0].tableName == "ta/le1";
+    const std::string oneRow = "\"n\"\n1\n";
+    const std::string twoRows = "\"n\"\n1\n2\n";
+    EXPECT_EQ(test::fileContents(dir.file("ta_le1.csv")), slashFirst ? oneRow : twoRows);
+    EXPECT_EQ(test::fileContents(dir.file("ta_le1 (2).csv")), slashFirst ? twoRows : oneRow);
+    EXPECT_EQ(test::fileContents(dir.file("ta_le1.csv.csv")), "\"n\"\n1\n2\n3\n");
+    EXPECT_EQ(job.successTableCount(), 3);
+    EXPECT_EQ(job.report().message, "3 tables exported successfully.\n<" +
+                                        std::string(slashFirst ? "ta_le1" : "ta/le1") +
+                                        "> Warning: written as \"ta_le1 (2).csv\": another table's file is named "
+                                        "\"ta_le1.csv\"");
+}
+
+TEST(ExportJob, AStoppedTableKeepsTheFileThatWasThereBefore)
+{
+    TempDir dir;
+    std::vector<std::unique_ptr<TOrbMDBTable>> tables;
+    tables.push_back(makeNumberTable("Big", 10000));
+    auto file = makeFile("db", std::move(tables));
+    {
+        std::ofstream previous(dir.file("Big.csv"));
+        previous << "an earlier export\n";
+    }
+    ExportJob job(*file, nullptr, ExportFileType::CSV);
+    job.setExportPath(dir.path());
+    RecordingObserver observer;
+    observer.stopAtRows = 4096;
+    observer.stopTarget = &job;
+    ASSERT_TRUE(job.startExport(&observer));
+    job.wait();
+    EXPECT_EQ(test::fileContents(dir.file("Big.csv")), "an earlier export\n");
+    // Nothing else is left in the folder: the temporary file went with the stop.
+    std::size_t entries = 0;
+    for ([[maybe_unused]] const auto &entry : std::filesystem::directory_iterator(dir.path()))
+        ++entries;
+    EXPECT_EQ(entries, 1u);
 }
 
 TEST(ExportJob, StopDuringTheProgressCallKeepsFinishedTables)

@@ -8,17 +8,22 @@
 #include "app/models/ExportEntriesModel.h"
 #include "app/support/SettingsStore.h"
 #include "export/ExportRoutines.h"
+#include "export/ExportTestTables.h"
 #include "export/exportRegistry.h"
 #include "model/TOrbMDBFile.h"
 
 #include <QAbstractItemModelTester>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QSettings>
 #include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
 
 using namespace vellum;
 
@@ -128,18 +133,50 @@ private slots:
         sql->markAllTableEntriesAsSelected(false);
         QVERIFY(!sql->okButton()->isEnabled()); // no table
 
-        // A check box decides by the count alone, even without a path.
+        // Ticking a table off and on never enables OK without a path the user chose: not an
+        // empty one, not a relative one, not a folder that does not exist.
         auto xml = wizard(ExportFileType::XML);
         QVERIFY(!xml->okButton()->isEnabled());
         QAbstractItemModel *entries = xml->tableList()->model();
         QVERIFY(entries->setData(entries->index(0, 0), Qt::Unchecked, Qt::CheckStateRole));
         QVERIFY(entries->setData(entries->index(0, 0), Qt::Checked, Qt::CheckStateRole));
+        QVERIFY(!xml->okButton()->isEnabled());
+        for (const QString &path : {QString("relative/folder"), m_dir.path() + "/missing"}) {
+            QTest::keyClicks(xml->pathField(), path);
+            QVERIFY2(!xml->okButton()->isEnabled(), qPrintable(path));
+            xml->pathField()->clear();
+        }
+        QTest::keyClicks(xml->pathField(), m_dir.path());
         QVERIFY(xml->okButton()->isEnabled());
         xml->markAllTableEntriesAsSelected(false);
         QVERIFY(!xml->okButton()->isEnabled());
         QVERIFY(entries->setData(entries->index(2, 2), "renamed.xml", Qt::EditRole));
         QCOMPARE(xml->job().entries()[2].exportFileName, std::string("renamed.xml"));
         QVERIFY(!entries->setData(entries->index(2, 1), "x", Qt::EditRole)); // table names stay
+    }
+
+    void theReportIsPlainText()
+    {
+        // A table named like a markup tag keeps its name in the report.
+        std::vector<std::unique_ptr<TOrbMDBTable>> tables;
+        tables.push_back(test::makeNumberTable("Big", 3));
+        auto file = test::makeFile("tags", std::move(tables));
+        QTemporaryDir out;
+        QVERIFY(QDir(out.path()).mkdir("Big.csv")); // a folder where the file belongs: the table fails
+        QWidget window;
+        auto *w = new ExportWizard(*file, nullptr, ExportFileType::CSV, &window);
+        w->setPathChooser([&](bool, const QString &, const QString &, const QString &) { return out.path(); });
+        w->selectExportPath();
+        QVERIFY(w->okButton()->isEnabled());
+        QTest::mouseClick(w->okButton(), Qt::LeftButton);
+        QMessageBox *box = nullptr;
+        QTRY_VERIFY_WITH_TIMEOUT((box = window.findChild<QMessageBox *>()) != nullptr, 20000);
+        QCOMPARE(box->textFormat(), Qt::PlainText);
+        auto *informative = box->findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel"));
+        QVERIFY(informative);
+        QCOMPARE(informative->textFormat(), Qt::PlainText);
+        QCOMPARE(informative->text(), QString("<Big> Failed: Unable to create file for export."));
+        box->accept();
     }
 
     void singleFilePathRules()

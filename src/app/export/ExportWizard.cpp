@@ -108,10 +108,9 @@ void ExportWizard::buildInterface()
                                  QAbstractItemView::SelectedClicked);
     m_tableList->setMinimumHeight(160);
     layout->addWidget(m_tableList, 1);
-    connect(m_entries, &ExportEntriesModel::selectedCountChanged, this, [this](int count) {
-        // A check box alone decides OK by the count (the path and options are not looked at).
-        m_okButton->setEnabled(count != 0);
-    });
+    // A check box changes OK through the same rule as the path and the options: ticking a
+    // table never enables OK for a path that cannot be written.
+    connect(m_entries, &ExportEntriesModel::selectedCountChanged, this, [this](int) { enableOkButtonCheck(); });
 
     auto *selectRow = new QHBoxLayout;
     auto *selectAll = new QPushButton(localizedQ("Select All"), this);
@@ -348,7 +347,8 @@ void ExportWizard::enableOkButtonCheck()
         return; // still being built
     readOptions();
     m_okButton->setEnabled(
-        vellum::enableOkButtonCheck(m_job->exportPath(), m_job->selectedTableCount(), m_job->options()));
+        vellum::enableOkButtonCheck(m_job->exportPath(), m_job->selectedTableCount(), m_job->options()) &&
+        exportPathUsable(m_job->exportPath(), m_job->options().exportSingleFile));
 }
 
 void ExportWizard::markAllTableEntriesAsSelected(bool selected)
@@ -501,7 +501,11 @@ void ExportWizard::finishExport()
             return;
         }
         auto *alert = new QMessageBox(QMessageBox::Information, title, title, QMessageBox::Ok, m_mainWindow);
+        // Plain text: a table named like a tag ("<Big>") must show as it is named.
+        alert->setTextFormat(Qt::PlainText);
         alert->setInformativeText(message);
+        if (auto *informative = alert->findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel")))
+            informative->setTextFormat(Qt::PlainText);
         alert->setWindowModality(Qt::WindowModal);
         alert->setAttribute(Qt::WA_DeleteOnClose);
         connect(alert, &QMessageBox::finished, this, &QObject::deleteLater);

@@ -230,16 +230,18 @@ bool workbook::Dump(const std::string &path)
 {
     vellum::FileSink sink;
     if (!sink.open(path)) {
-        m_lastError = "Unable to create " + path + ": " + std::strerror(errno);
+        m_lastError = "Unable to create " + path + ": " + sink.errorText();
         return false;
     }
-    bool written = Dump(sink);
-    int savedErrno = errno;
-    bool closed = sink.close();
-    if (!written || !closed) {
-        if (written)
-            m_lastError = "Unable to write " + path + ": " + std::strerror(savedErrno);
-        std::remove(path.c_str());
+    // Nothing is left under the name unless the whole workbook reached the disk.
+    if (!Dump(sink)) {
+        sink.discard();
+        if (!sink.errorText().empty())
+            m_lastError = "Unable to write " + path + ": " + sink.errorText();
+        return false;
+    }
+    if (!sink.close()) {
+        m_lastError = "Unable to write " + path + ": " + sink.errorText();
         return false;
     }
     return true;

@@ -4,11 +4,9 @@
 #include "model/ole/inflateRaw.h"
 #include "model/ole/pole.h"
 
-#include <glib.h>
-#include <unistd.h>
-
 #include <zlib.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -91,71 +89,24 @@ std::string extensionFromUtf16(const unsigned char *units, std::int64_t count)
     return extension;
 }
 
-/// A temporary file with a unique name, removed when it goes.
-class TempFile {
-public:
-    explicit TempFile(const char *prefix)
-    {
-        m_path = std::string(g_get_tmp_dir()) + "/" + prefix + "-XXXXXX";
-        const int fd = mkstemp(m_path.data());
-        if (fd < 0) {
-            m_path.clear();
-            return;
-        }
-        ::close(fd);
-    }
-    ~TempFile()
-    {
-        if (!m_path.empty())
-            ::unlink(m_path.c_str());
-    }
-    TempFile(const TempFile &) = delete;
-    TempFile &operator=(const TempFile &) = delete;
-
-    bool ok() const { return !m_path.empty(); }
-    const char *path() const { return m_path.c_str(); }
-
-private:
-    std::string m_path;
-};
-
-bool writeFile(const char *path, const unsigned char *data, std::size_t length)
-{
-    std::FILE *out = std::fopen(path, "wb");
-    if (!out)
-        return false;
-    const bool written = std::fwrite(data, 1, length, out) == length;
-    return std::fclose(out) == 0 && written;
-}
-
-std::optional<std::vector<unsigned char>> readFile(const char *path)
-{
-    std::FILE *in = std::fopen(path, "rb");
-    if (!in)
-        return std::nullopt;
-    std::vector<unsigned char> data;
-    unsigned char buffer[65536];
-    std::size_t got;
-    while ((got = std::fread(buffer, 1, sizeof buffer, in)) > 0)
-        data.insert(data.end(), buffer, buffer + got);
-    const bool ok = !std::ferror(in);
-    std::fclose(in);
-    if (!ok)
-        return std::nullopt;
-    return data;
-}
-
-/// The content of one stream of a compound document held in memory, through temporary files.
+/// The content of one stream of a compound document held in memory, read in place: no
+/// temporary file is involved, so the result never depends on the temporary folder.
 std::optional<std::vector<unsigned char>> compoundStream(const unsigned char *document, std::size_t length,
-                                                         const char *stream)
+                                                         const char *streamName)
 {
-    TempFile input("Vellum-tmp");
-    TempFile output("Vellum-tmp2");
-    if (!input.ok() || !output.ok() || !writeFile(input.path(), document, length))
+    POLE::Storage storage(document, length);
+    if (!storage.open())
         return std::nullopt;
-    if (extractOleStream(input.path(), stream, output.path()) != 0)
+    POLE::Stream stream(&storage, streamName);
+    if (!stream.exists() || stream.fail())
         return std::nullopt;
-    return readFile(output.path());
+    if (stream.size() > length) // a stream lies inside its document
+        return std::nullopt;
+    std::vector<unsigned char> content(static_cast<std::size_t>(stream.size()));
+    const std::size_t got = stream.read(content.data(), content.size());
+    if (got != stream.size())
+        return std::nullopt;
+    return content;
 }
 
 /// What the layers yield: a part of the field, or bytes of its own (inflated or extracted).

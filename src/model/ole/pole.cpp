@@ -194,6 +194,8 @@ long DirTree::find_child(std::size_t index, const std::string &name) const
 
 StorageIO::StorageIO(const std::string &fileName) : m_fileName(fileName) {}
 
+StorageIO::StorageIO(const unsigned char *data, std::size_t size) : m_memory(data), m_memorySize(size) {}
+
 StorageIO::~StorageIO()
 {
     close();
@@ -209,6 +211,13 @@ void StorageIO::close()
 
 std::size_t StorageIO::readAt(std::uint64_t offset, unsigned char *data, std::size_t length)
 {
+    if (m_memory) {
+        if (offset >= m_memorySize || length == 0)
+            return 0;
+        const std::size_t available = std::min<std::uint64_t>(length, m_memorySize - offset);
+        std::memcpy(data, m_memory + offset, available);
+        return available;
+    }
     if (!m_file || offset >= filesize || length == 0)
         return 0;
     if (fseeko(m_file, static_cast<off_t>(offset), SEEK_SET) != 0)
@@ -255,15 +264,19 @@ void StorageIO::load()
 {
     result = Storage::OpenFailed;
     close();
-    m_file = std::fopen(m_fileName.c_str(), "rb");
-    if (!m_file)
-        return;
-    if (fseeko(m_file, 0, SEEK_END) != 0) {
-        close();
-        return;
+    if (m_memory) {
+        filesize = m_memorySize;
+    } else {
+        m_file = std::fopen(m_fileName.c_str(), "rb");
+        if (!m_file)
+            return;
+        if (fseeko(m_file, 0, SEEK_END) != 0) {
+            close();
+            return;
+        }
+        const off_t end = ftello(m_file);
+        filesize = end > 0 ? static_cast<std::uint64_t>(end) : 0;
     }
-    const off_t end = ftello(m_file);
-    filesize = end > 0 ? static_cast<std::uint64_t>(end) : 0;
 
     unsigned char buffer[Header::kHeaderSize] = {};
     readAt(0, buffer, sizeof buffer);
@@ -427,6 +440,8 @@ int StreamIO::getch()
 // ---- Storage ----
 
 Storage::Storage(const std::string &fileName) : m_io(std::make_unique<StorageIO>(fileName)) {}
+
+Storage::Storage(const unsigned char *data, std::size_t size) : m_io(std::make_unique<StorageIO>(data, size)) {}
 
 Storage::~Storage() = default;
 

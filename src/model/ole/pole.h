@@ -19,6 +19,9 @@ public:
     enum Result { Ok = 0, OpenFailed = 1, NotOLE = 2, BadOLE = 3 };
 
     explicit Storage(const std::string &fileName);
+    /// A document held in memory, read in place (it must outlive the storage): nothing is
+    /// written anywhere.
+    Storage(const unsigned char *data, std::size_t size);
     ~Storage();
     Storage(const Storage &) = delete;
     Storage &operator=(const Storage &) = delete;

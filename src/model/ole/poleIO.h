@@ -98,6 +98,8 @@ private:
 class StorageIO {
 public:
     explicit StorageIO(const std::string &fileName);
+    /// Reads a document held in memory (not copied: it must outlive this object).
+    StorageIO(const unsigned char *data, std::size_t size);
     ~StorageIO();
     StorageIO(const StorageIO &) = delete;
     StorageIO &operator=(const StorageIO &) = delete;
@@ -135,6 +137,8 @@ private:
 
     std::string m_fileName;
     std::FILE *m_file = nullptr;
+    const unsigned char *m_memory = nullptr; ///< the document, when read from memory
+    std::size_t m_memorySize = 0;
 };
 
 /// One open stream: its entry, block list, position and a 4096-byte read cache.

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <string>
+
+namespace vellum {
+
+/// An output file that appears under its final name only when it is complete. The bytes go to
+/// a hidden temporary file in the destination folder, which `commit` flushes to the disk and
+/// renames over the final path; a run that fails, is stopped or is killed leaves the previous
+/// file (or nothing) under the final name, never a part of a file. Two runs writing the same
+/// path each write their own temporary file: the later rename wins, whole.
+///
+/// A character device or a FIFO at the final path (a terminal, /dev/null, a pipe) is written
+/// into directly when the caller allows it, and refused otherwise; it is never removed or
+/// replaced. A symbolic link is followed: the file it points to is replaced, the link stays.
+class OutputFile {
+public:
+    /// What the caller can write into.
+    enum class Target {
+        Descriptor, ///< `descriptor()` is open for writing (a temporary file, or the device)
+        PathOnly,   ///< nothing is created: `writePath()` is a free name the caller creates
+    };
+
+    /// True when `begin` would succeed for `path` (with devices allowed), judged without
+    /// creating or opening anything.
+    static bool canWrite(const std::string &path);
+
+    OutputFile() = default;
+    ~OutputFile();
+    OutputFile(const OutputFile &) = delete;
+    OutputFile &operator=(const OutputFile &) = delete;
+
+    /// Prepares writing `path`. False when it cannot be written (a folder, a missing folder, no
+    /// permission, a device where `allowDevice` is false); `errorText` then says why.
+    [[nodiscard]] bool begin(const std::string &path, Target target = Target::Descriptor, bool allowDevice = true);
+    /// Where the bytes go: the temporary file, or the device itself.
+    const std::string &writePath() const { return m_writePath; }
+    /// The open descriptor (Target::Descriptor only), -1 once taken or closed.
+    int descriptor() const { return m_fd; }
+    /// Hands the descriptor to the caller, who closes it (after flushing) before `commit`.
+    int takeDescriptor();
+    /// True when the output is a device or FIFO written in place.
+    bool isDevice() const { return m_device; }
+    /// Flushes the data to the disk, closes and renames the temporary file over the final
+    /// path. False (and the temporary file removed) when any of it fails.
+    [[nodiscard]] bool commit();
+    /// Closes and removes the temporary file; the final path is left as it was.
+    void abandon();
+    /// Why the last step failed, e.g. "No space left on device"; empty when none did.
+    const std::string &errorText() const { return m_error; }
+
+private:
+    bool fail(int error);
+
+    std::string m_finalPath;
+    std::string m_writePath;
+    int m_fd = -1;
+    bool m_device = false;
+    bool m_pending = false; ///< a temporary file (or name) exists and is not yet renamed
+    std::string m_error;
+};
+
+} // namespace vellum
