@@ -200,9 +200,8 @@ void getIndicesFromMdbTableDef(TOrbMDBTable &table, MdbHandle *mdb, MdbTableDef 
                 keys.push_back(IndexKey{it->second->name, key.ascending});
         if (keys.empty())
             continue;
-        std::string raw = definition.rawName;
         char name[MDB_MAX_OBJ_NAME + 1] = {0};
-        mdb_unicode2ascii(mdb, raw.data(), raw.size(), name, sizeof name);
+        mdb_unicode2ascii(mdb, definition.rawName.data(), definition.rawName.size(), name, sizeof name);
         auto index = std::make_unique<TOrbMDBIndex>();
         index->setName(name);
         index->setIsPrimaryKey(definition.type == IndexType::PrimaryKey);
