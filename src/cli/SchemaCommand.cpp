@@ -2,13 +2,32 @@
 #include "cli/CliContext.h"
 #include "model/TOrbMDBFile.h"
 #include "util/json.h"
+#include "util/localized.h"
 
 namespace vellum::cli {
 
 namespace {
 
-/// One object's information rows as a JSON object, in label order; numbers stay numbers.
-void appendObjectJson(std::string &out, const TOrbMDBObject &object)
+/// Fields a JSON object carries beyond the object's information rows: none for most objects.
+std::string extraFieldsJson(const TOrbMDBObject &)
+{
+    return {};
+}
+
+/// An index also says whether it is a relationship's index, which the information pane does
+/// not show.
+std::string extraFieldsJson(const TOrbMDBIndex &index)
+{
+    std::string out;
+    appendJsonString(out, "Foreign key");
+    out += ": ";
+    appendJsonString(out, localized(index.isForeignKey() ? "YES" : "NO"));
+    return out;
+}
+
+/// One object's information rows as a JSON object, in label order (numbers stay numbers),
+/// followed by `extra` (complete "key": value pairs).
+void appendObjectJson(std::string &out, const TOrbMDBObject &object, const std::string &extra = {})
 {
     const auto labels = object.getObjectLabels();
     const auto values = object.getObjectValues();
@@ -28,6 +47,8 @@ void appendObjectJson(std::string &out, const TOrbMDBObject &object)
         else
             appendJsonString(out, std::get<std::string>(it->second));
     }
+    if (!extra.empty())
+        out += (first ? "" : ", ") + extra;
     out += '}';
 }
 
@@ -41,7 +62,7 @@ template <typename List> void appendListJson(std::string &out, const char *key, 
         if (!first)
             out += ", ";
         first = false;
-        appendObjectJson(out, *object);
+        appendObjectJson(out, *object, extraFieldsJson(*object));
     }
     out += ']';
 }

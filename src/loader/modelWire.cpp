@@ -104,6 +104,7 @@ void encodeIndex(WireWriter &writer, const TOrbMDBIndex &index)
         writer.putString(key.name);
         writer.putBool(key.ascending);
     }
+    writer.putBool(index.isForeignKey());
 }
 
 std::unique_ptr<TOrbMDBIndex> decodeIndex(WireReader &reader)
@@ -124,6 +125,7 @@ std::unique_ptr<TOrbMDBIndex> decodeIndex(WireReader &reader)
         keys.push_back(std::move(key));
     }
     index->setKeys(std::move(keys));
+    index->setIsForeignKey(reader.getBool());
     return reader.ok() ? std::move(index) : nullptr;
 }
 

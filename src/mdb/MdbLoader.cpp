@@ -1,6 +1,7 @@
 #include "mdb/MdbLoader.h"
 
 #include "mdb/FieldReader.h"
+#include "mdb/indexDefinitions.h"
 #include "mdb/mdbColumnsUnsorted.h"
 #include "model/TOrbMDBFile.h"
 #include "model/mdbTypeNames.h"
@@ -165,33 +166,50 @@ bool getRowsFromMdbTableDef(TableStore &store, MdbTableDef *tdef, MdbHandle *mdb
     return untold == 0 || tick(untold);
 }
 
-void getIndicesFromMdbTableDef(TOrbMDBTable &table, MdbTableDef *tdef)
+/// The table definition's logical indexes, read from its stored bytes; empty when the
+/// definition cannot be read or is damaged.
+std::vector<IndexDefinition> readIndexDefinitions(MdbHandle *mdb, MdbTableDef *tdef)
 {
-    if (tdef->indices) {
-        for (unsigned i = 0; i < tdef->indices->len; ++i) {
-            auto *idx = static_cast<MdbIndex *>(g_ptr_array_index(tdef->indices, i));
-            if (!idx)
-                continue;
-            auto index = std::make_unique<TOrbMDBIndex>();
-            index->setName(idx->name);
-            index->setIsPrimaryKey(idx->index_type == 1);
-            index->setIsUnique((idx->flags & 0x01) != 0);
-            std::vector<IndexKey> keys;
-            const unsigned numKeys = std::min<unsigned>(idx->num_keys, MDB_MAX_IDX_COLS);
-            for (unsigned k = 0; k < numKeys; ++k) {
-                const int colNum = idx->key_col_num[k];
-                if (colNum < 1 || static_cast<unsigned>(colNum) > tdef->columns->len)
-                    continue;
-                auto *col = static_cast<MdbColumn *>(g_ptr_array_index(tdef->columns, colNum - 1));
-                if (!col)
-                    continue;
-                keys.push_back(IndexKey{col->name, idx->key_col_order[k] == 0});
-            }
-            if (keys.empty())
-                continue;
-            index->setKeys(std::move(keys));
-            table.addIndex(std::move(index));
-        }
+    const std::size_t pageSize = mdb->fmt->pg_size;
+    const PageReader readPage = [mdb, pageSize](std::uint32_t page, std::vector<unsigned char> &bytes) {
+        if (mdb_read_pg(mdb, page) <= 0)
+            return false;
+        bytes.assign(mdb->pg_buf, mdb->pg_buf + pageSize);
+        return true;
+    };
+    const auto definition = gatherTableDefinition(tdef->entry->table_pg, pageSize, readPage);
+    if (!definition)
+        return {};
+    const DefinitionLayout layout =
+        mdb->f->jet_version == MDB_VER_JET3 ? DefinitionLayout::Jet3 : DefinitionLayout::Jet4;
+    auto parsed = parseIndexDefinitions(*definition, layout);
+    return parsed ? std::move(parsed->indexes) : std::vector<IndexDefinition>{};
+}
+
+/// Adds the indexes that have at least one key column, named in the handle's text conversion,
+/// with their keys by column number, then sorts them by name.
+void getIndicesFromMdbTableDef(TOrbMDBTable &table, MdbHandle *mdb, MdbTableDef *tdef)
+{
+    std::unordered_map<unsigned, const MdbColumn *> byNumber;
+    for (unsigned i = 0; tdef->columns && i < tdef->columns->len; ++i)
+        if (const auto *col = static_cast<const MdbColumn *>(g_ptr_array_index(tdef->columns, i)))
+            byNumber.emplace(static_cast<unsigned>(col->col_num), col);
+    for (const IndexDefinition &definition : readIndexDefinitions(mdb, tdef)) {
+        std::vector<IndexKey> keys;
+        for (const IndexKeyDefinition &key : definition.keys)
+            if (const auto it = byNumber.find(key.columnNumber); it != byNumber.end())
+                keys.push_back(IndexKey{it->second->name, key.ascending});
+        if (keys.empty())
+            continue;
+        char name[MDB_MAX_OBJ_NAME + 1] = {0};
+        mdb_unicode2ascii(mdb, definition.rawName.data(), definition.rawName.size(), name, sizeof name);
+        auto index = std::make_unique<TOrbMDBIndex>();
+        index->setName(name);
+        index->setIsPrimaryKey(definition.type == IndexType::PrimaryKey);
+        index->setIsUnique(definition.unique);
+        index->setIsForeignKey(definition.type == IndexType::ForeignKey);
+        index->setKeys(std::move(keys));
+        table.addIndex(std::move(index));
     }
     table.sortIndices();
 }
@@ -254,7 +272,7 @@ HandlePtr openHandle(const std::string &path, const std::string &codePage)
     return mdb;
 }
 
-/// The columns and indexes of a table definition as libmdb reads them, plus the stored column
+/// The columns of a table definition as libmdb reads them, plus the stored column
 /// order with the descriptors' flag bytes. Owns the stored-order array.
 class ColumnLayout {
 public:
@@ -267,15 +285,14 @@ public:
             g_ptr_array_free(m_stored, TRUE); // the array only: it owns no column
     }
 
-    /// Reads columns, indexes (which must follow the column read at once) and the stored
-    /// order; false when the definition is implausible or any part cannot be read.
+    /// Reads the columns and their stored order; false when the definition is implausible or
+    /// any part cannot be read.
     bool read(MdbTableDef *tdef)
     {
         if (tdef->num_cols > kMaxColumns)
             return false;
         if (!mdb_read_columns(tdef) || !tdef->columns)
             return false;
-        mdb_read_indices(tdef); // fills tdef->indices
         m_stored = mdb_read_columns_without_sorting(tdef, &m_flags);
         return m_stored != nullptr;
     }
@@ -462,7 +479,7 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
             return false;
         auto table = std::make_unique<TOrbMDBTable>();
         getColumnsFromMdbTableDef(*table, mdb, layout.stored(), layout.flags());
-        getIndicesFromMdbTableDef(*table, tdef.get());
+        getIndicesFromMdbTableDef(*table, mdb, tdef.get());
         table->setColumnPrimaryKey();
 
         if (user) {

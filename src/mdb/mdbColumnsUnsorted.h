@@ -13,10 +13,10 @@ struct ColumnDescriptorFlags {
 };
 
 /// The columns of a table definition in the order the descriptors are stored on the page,
-/// which libmdb's sorted array loses. Call after `mdb_read_columns` and `mdb_read_indices`: it
-/// re-reads the descriptors and answers a new array (free it with g_ptr_array_free(a, TRUE): it owns none of its
-/// columns) holding the same MdbColumn pointers as `table->columns`, plus each one's flag bytes. NULL when the
-/// descriptors cannot be read.
+/// which libmdb's sorted array loses. Call after `mdb_read_columns`; it needs no other read
+/// of libmdb's, as it re-reads the descriptors from the definition's pages itself. It answers a new array (free it with
+/// g_ptr_array_free(a, TRUE): it owns none of its columns) holding the same MdbColumn pointers as `table->columns`,
+/// plus each one's flag bytes. NULL when the descriptors cannot be read.
 GPtrArray *mdb_read_columns_without_sorting(MdbTableDef *table, std::vector<ColumnDescriptorFlags> *flags);
 
 } // namespace vellum

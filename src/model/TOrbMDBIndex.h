@@ -15,7 +15,7 @@ struct IndexKey {
     bool ascending = true;
 };
 
-/// One index of a loaded table: its keys in order, primary and unique flags.
+/// One index of a loaded table: its keys in order, primary-key, unique and foreign-key flags.
 class TOrbMDBIndex : public TOrbMDBObject {
 public:
     TOrbMDBTable *table() const { return m_table; }
@@ -28,6 +28,9 @@ public:
     void setIsPrimaryKey(bool v) { m_isPrimaryKey = v; }
     bool isUnique() const { return m_isUnique; }
     void setIsUnique(bool v) { m_isUnique = v; }
+    /// True for the index Access keeps for a relationship, on either of its tables.
+    bool isForeignKey() const { return m_isForeignKey; }
+    void setIsForeignKey(bool v) { m_isForeignKey = v; }
 
 protected:
     void informationRows(std::vector<std::string> &labels, std::vector<InfoValue> &values) const override;
@@ -38,6 +41,7 @@ private:
     bool m_isAscending = false;
     bool m_isPrimaryKey = false;
     bool m_isUnique = false;
+    bool m_isForeignKey = false;
 };
 
 } // namespace vellum

@@ -2,9 +2,12 @@
 
 #include <unicode/coll.h>
 #include <unicode/locid.h>
+#include <unicode/normalizer2.h>
 #include <unicode/stringpiece.h>
 #include <unicode/ucol.h>
 #include <unicode/uiter.h>
+#include <unicode/unistr.h>
+#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <memory>
@@ -30,6 +33,57 @@ icu::Collator *threadCollator()
     return collator.get();
 }
 
+/// True when the UTF-8 text holds a character with a narrow or wide twin: one of the Halfwidth
+/// and Fullwidth Forms (U+FF00 to U+FFEF, bytes EF BC 80 to EF BF AF) or the ideographic space
+/// U+3000 (E3 80 80). Most texts hold none, and this scan is all they cost.
+bool hasWidthForms(std::string_view text)
+{
+    const auto *p = reinterpret_cast<const unsigned char *>(text.data());
+    const std::size_t n = text.size();
+    for (std::size_t i = 0; i + 2 < n; ++i) {
+        if (p[i] < 0xE3)
+            continue;
+        if (p[i] == 0xEF && p[i + 1] >= 0xBC && p[i + 1] <= 0xBF)
+            return true;
+        if (p[i] == 0xE3 && p[i + 1] == 0x80 && p[i + 2] == 0x80)
+            return true;
+    }
+    return false;
+}
+
+bool isWidthForm(UChar32 c)
+{
+    return (c >= 0xFF00 && c <= 0xFFEF) || c == 0x3000;
+}
+
+/// The text with every width form replaced by its compatibility form (the NFKC mapping of that
+/// character alone: "Ａ" becomes "A", "ｶ" becomes "カ", the ideographic space a space), every
+/// other character kept as it is, so that the collation cannot tell the two widths apart.
+void foldWidth(std::string_view text, std::string &out)
+{
+    out.clear();
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2 *nfkc = icu::Normalizer2::getNFKCInstance(status);
+    const auto *bytes = reinterpret_cast<const uint8_t *>(text.data());
+    const auto length = static_cast<int32_t>(text.size());
+    int32_t i = 0;
+    while (i < length) {
+        const int32_t start = i;
+        UChar32 c = 0;
+        U8_NEXT(bytes, i, length, c);
+        if (c < 0 || !isWidthForm(c) || U_FAILURE(status)) {
+            out.append(text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(i - start)));
+            continue;
+        }
+        UErrorCode normalized = U_ZERO_ERROR;
+        const icu::UnicodeString folded = nfkc->normalize(icu::UnicodeString(c), normalized);
+        if (U_FAILURE(normalized))
+            out.append(text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(i - start)));
+        else
+            folded.toUTF8String(out);
+    }
+}
+
 } // namespace
 
 int finderCompare(std::string_view a, std::string_view b)
@@ -38,6 +92,17 @@ int finderCompare(std::string_view a, std::string_view b)
     if (!collator) {
         const int c = a.compare(b);
         return c < 0 ? -1 : (c > 0 ? 1 : 0);
+    }
+    // The buffers are touched only for the rare text with width forms.
+    if (hasWidthForms(a)) {
+        thread_local std::string foldedA;
+        foldWidth(a, foldedA);
+        a = foldedA;
+    }
+    if (hasWidthForms(b)) {
+        thread_local std::string foldedB;
+        foldWidth(b, foldedB);
+        b = foldedB;
     }
     UErrorCode status = U_ZERO_ERROR;
     const UCollationResult r =
@@ -61,6 +126,12 @@ std::size_t finderSortKeyNext(std::string_view text, std::uint32_t state[2], uns
     icu::Collator *collator = threadCollator();
     if (!collator || capacity == 0)
         return 0;
+    // Each call folds the text again, the same way, so that the parts of one key join.
+    if (hasWidthForms(text)) {
+        thread_local std::string folded;
+        foldWidth(text, folded);
+        text = folded;
+    }
     UCharIterator iter;
     uiter_setUTF8(&iter, text.data(), static_cast<int32_t>(text.size()));
     UErrorCode status = U_ZERO_ERROR;

@@ -8,12 +8,13 @@ namespace vellum {
 
 /// Compares two UTF-8 names the way every sorted list of the program does: Unicode collation
 /// (root locale, tertiary strength) with runs of digits compared as numbers, so that
-/// "table1" < "Table2" < "table10". Case decides only between otherwise equal names.
+/// "table1" < "Table2" < "table10". Case decides only between otherwise equal names. Width does
+/// not count: full-width and half-width forms equal their usual forms ("ＡＢＣ" equals "ABC").
 /// Returns -1, 0 or 1. Thread-safe.
 int finderCompare(std::string_view a, std::string_view b);
 
 /// Writes the first `capacity` bytes of the collation key of a UTF-8 text under the same
-/// collation as finderCompare and returns how many were written. Keys made by this function
+/// collation (and width folding) as finderCompare and returns how many were written. Keys made by this function
 /// compare with memcmp in finderCompare's order; a key that fills the whole capacity may be cut
 /// (two such keys that are equal decide nothing: compare the texts then). Thread-safe.
 std::size_t finderSortKeyPart(std::string_view text, unsigned char *dest, std::size_t capacity);

@@ -75,6 +75,14 @@ TEST(VellumCli, SchemaJsonHoldsEveryObjectsRowsInLabelOrder)
     const auto &lines = json["tables"][5];
     EXPECT_EQ(lines["info"]["Name"], "OrderLines");
     EXPECT_EQ(lines["indexes"][0]["Index keys"], "Price (Descending)");
+    // Each index also says whether it is a relationship's, after its information rows.
+    std::vector<std::string> indexKeys;
+    for (auto it = lines["indexes"][1].begin(); it != lines["indexes"][1].end(); ++it)
+        indexKeys.push_back(it.key());
+    EXPECT_EQ(indexKeys, (std::vector<std::string>{"Name", "Index keys", "Primary key", "Unique", "Foreign key"}));
+    EXPECT_EQ(lines["indexes"][1]["Name"], "OrdersOrderLines");
+    EXPECT_EQ(lines["indexes"][1]["Foreign key"], "YES");
+    EXPECT_EQ(lines["indexes"][0]["Foreign key"], "NO");
     EXPECT_EQ(lines["columns"][2]["Size"], 50);
 }
 

@@ -274,10 +274,13 @@ TEST_F(SqliteExportFixture, FeaturesDatabaseWithKeysIndexesAndValues)
     // Only the relationship that Access does not enforce (ShipToID) has rows without a parent.
     EXPECT_EQ(sqlite3(db, "SELECT \"table\", parent, fkid FROM pragma_foreign_key_check;"), "Orders|Customers|0\n");
 
-    // The index ORDERS beside the table Orders, and the second "ix", get suffixes.
+    // The index ORDERS beside the table Orders, and the second "ix" and ".rB", get suffixes. The
+    // relationships' own indexes (".rB", ".rC", "CustomersOrders", …) are indexes of their tables.
     EXPECT_EQ(sqlite3(db, "SELECT name, tbl_name FROM sqlite_master WHERE type = 'index' AND sql IS NOT NULL "
                           "ORDER BY rowid;"),
-              "ux_CodeCountry|Customers\nix|Items\nORDERS_1|Items\nixPriceDesc|OrderLines\nix_1|Orders\n");
+              ".rB|Customers\n.rC|Customers\nux_CodeCountry|Customers\nix|Items\nORDERS_1|Items\nixPriceDesc|"
+              "OrderLines\nOrdersOrderLines|OrderLines\n.rB_1|Orders\nCustomersOrders|Orders\nCustomersOrdersCode|"
+              "Orders\nix_1|Orders\n");
     EXPECT_EQ(sqlite3(db, "SELECT name, \"unique\" FROM pragma_index_list('Items') ORDER BY name;"),
               "ORDERS_1|0\nix|1\n");
     EXPECT_EQ(sqlite3(db, "SELECT name, \"desc\" FROM pragma_index_xinfo('ixPriceDesc') WHERE key;"), "Price|1\n");

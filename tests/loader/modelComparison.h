@@ -59,6 +59,7 @@ inline void expectSameTable(const TOrbMDBTable &a, const TOrbMDBTable &b)
         EXPECT_EQ(x.name(), y.name());
         EXPECT_EQ(x.isPrimaryKey(), y.isPrimaryKey());
         EXPECT_EQ(x.isUnique(), y.isUnique());
+        EXPECT_EQ(x.isForeignKey(), y.isForeignKey()) << x.name();
         EXPECT_EQ(x.isAscending(), y.isAscending());
         ASSERT_EQ(x.keys().size(), y.keys().size()) << x.name();
         for (size_t k = 0; k < x.keys().size(); ++k) {

@@ -22,15 +22,22 @@ TEST(TOrbMDBIndex, KeysDirectionsAndPrimaryMarks)
         std::vector<std::string> names;
         for (const auto &index : lines->indices())
             names.push_back(index->name());
-        // Sorted by name; the foreign-key index record has no keys of its own and is dropped.
-        EXPECT_EQ(names, (std::vector<std::string>{"ixPriceDesc", "PrimaryKey"})) << name;
-        const TOrbMDBIndex *primary = lines->indices()[1].get();
+        // Sorted by name; the relationship's index is kept with the keys of its own key set.
+        EXPECT_EQ(names, (std::vector<std::string>{"ixPriceDesc", "OrdersOrderLines", "PrimaryKey"})) << name;
+        const TOrbMDBIndex *primary = lines->indices()[2].get();
         EXPECT_TRUE(primary->isPrimaryKey());
         EXPECT_TRUE(primary->isUnique());
+        EXPECT_FALSE(primary->isForeignKey());
+        const TOrbMDBIndex *foreign = lines->indices()[1].get();
+        EXPECT_TRUE(foreign->isForeignKey());
+        EXPECT_FALSE(foreign->isPrimaryKey());
+        EXPECT_FALSE(foreign->isUnique());
+        EXPECT_EQ(keysText(*foreign), "OrderID (Ascending)");
         EXPECT_EQ(keysText(*primary), "OrderID (Ascending), LineNo (Ascending)");
         const TOrbMDBIndex *descending = lines->indices()[0].get();
         EXPECT_FALSE(descending->isPrimaryKey());
         EXPECT_FALSE(descending->isUnique());
+        EXPECT_FALSE(descending->isForeignKey());
         EXPECT_EQ(keysText(*descending), "Price (Descending)");
         EXPECT_EQ(std::get<std::string>(descending->getObjectValues().at("Primary key")), "NO");
 
@@ -44,6 +51,17 @@ TEST(TOrbMDBIndex, KeysDirectionsAndPrimaryMarks)
         for (const auto &index : items->indices())
             itemIndexes.push_back(index->name() + (index->isUnique() ? "!" : ""));
         EXPECT_EQ(itemIndexes, (std::vector<std::string>{"ix!", "ORDERS", "PrimaryKey!"}));
+
+        // The referenced side: two relationships' indexes share the primary key's and the
+        // unique index's key sets, and take their keys and uniqueness.
+        std::vector<std::string> customerIndexes;
+        for (const auto &index : file->tableNamed("Customers")->indices())
+            customerIndexes.push_back(index->name() + (index->isForeignKey() ? "^" : "") +
+                                      (index->isUnique() ? "!" : "") + " " + keysText(*index));
+        EXPECT_EQ(customerIndexes, (std::vector<std::string>{".rB^! CustomerID (Ascending)",
+                                                             ".rC^! Code (Ascending), Country (Ascending)",
+                                                             "PrimaryKey! CustomerID (Ascending)",
+                                                             "ux_CodeCountry! Code (Ascending), Country (Ascending)"}));
     }
 }
 

@@ -62,6 +62,8 @@ CREATE TABLE `Customers` (
 	`Country` varchar(30),
 	`Name` varchar(50),
 	PRIMARY KEY (`CustomerID`),
+	INDEX `.rB` (`CustomerID` ASC),
+	INDEX `.rC` (`Code` ASC, `Country` ASC),
 	INDEX `ux_CodeCountry` (`Code` ASC, `Country` ASC)
 );
 
@@ -101,7 +103,8 @@ CREATE TABLE `OrderLines` (
 	`Price` float,
 	`Qty` int,
 	PRIMARY KEY (`OrderID`, `LineNo`),
-	INDEX `ixPriceDesc` (`Price` DESC)
+	INDEX `ixPriceDesc` (`Price` DESC),
+	INDEX `OrdersOrderLines` (`OrderID` ASC)
 );
 
 INSERT INTO `OrderLines` (`OrderID`, `LineNo`, `Item`, `Price`, `Qty`) VALUES (10248, 1, 'Queso', 14.0000, 12);
@@ -118,6 +121,9 @@ CREATE TABLE `Orders` (
 	`CustCountry` varchar(30),
 	`OrderDate` datetime,
 	PRIMARY KEY (`OrderID`),
+	INDEX `.rB` (`OrderID` ASC),
+	INDEX `CustomersOrders` (`CustomerID` ASC),
+	INDEX `CustomersOrdersCode` (`CustCode` ASC, `CustCountry` ASC),
 	INDEX `ix` (`OrderDate` ASC)
 );
 

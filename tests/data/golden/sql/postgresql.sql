@@ -61,6 +61,10 @@ CREATE TABLE "Customers" (
 	CONSTRAINT "Customers_pkey" PRIMARY KEY ("CustomerID")
 );
 
+CREATE UNIQUE INDEX ".rB" ON "Customers" ("CustomerID" ASC);
+
+CREATE UNIQUE INDEX ".rC" ON "Customers" ("Code" ASC, "Country" ASC);
+
 CREATE UNIQUE INDEX "ux_CodeCountry" ON "Customers" ("Code" ASC, "Country" ASC);
 
 INSERT INTO "Customers" ("CustomerID", "Code", "Country", "Name") VALUES (1, 'ALFKI', 'Germany', 'Alfreds Futterkiste');
@@ -105,6 +109,8 @@ CREATE TABLE "OrderLines" (
 
 CREATE INDEX "ixPriceDesc" ON "OrderLines" ("Price" DESC);
 
+CREATE INDEX "OrdersOrderLines" ON "OrderLines" ("OrderID" ASC);
+
 INSERT INTO "OrderLines" ("OrderID", "LineNo", "Item", "Price", "Qty") VALUES (10248, 1, 'Queso', 14.0000, 12);
 INSERT INTO "OrderLines" ("OrderID", "LineNo", "Item", "Price", "Qty") VALUES (10248, 2, 'Tofu', 9.8000, 10);
 INSERT INTO "OrderLines" ("OrderID", "LineNo", "Item", "Price", "Qty") VALUES (10249, 1, 'Chai', 18.0000, 1);
@@ -120,6 +126,12 @@ CREATE TABLE "Orders" (
 	"OrderDate" TIMESTAMP WITHOUT TIME ZONE,
 	CONSTRAINT "Orders_pkey" PRIMARY KEY ("OrderID")
 );
+
+CREATE UNIQUE INDEX ".rB_1" ON "Orders" ("OrderID" ASC);
+
+CREATE INDEX "CustomersOrders" ON "Orders" ("CustomerID" ASC);
+
+CREATE INDEX "CustomersOrdersCode" ON "Orders" ("CustCode" ASC, "CustCountry" ASC);
 
 CREATE INDEX "ix_1" ON "Orders" ("OrderDate" ASC);
 

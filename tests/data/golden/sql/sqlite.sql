@@ -206,6 +206,10 @@ CREATE TABLE "Ünïcode 表" (
 INSERT INTO "Ünïcode 表" ("ID", "Größe") VALUES (1, 'groß');
 
 
+CREATE UNIQUE INDEX ".rB" ON "Customers" ("CustomerID" ASC);
+
+CREATE UNIQUE INDEX ".rC" ON "Customers" ("Code" ASC, "Country" ASC);
+
 CREATE UNIQUE INDEX "ux_CodeCountry" ON "Customers" ("Code" ASC, "Country" ASC);
 
 CREATE UNIQUE INDEX "ix" ON "Items" ("Code" ASC);
@@ -213,6 +217,14 @@ CREATE UNIQUE INDEX "ix" ON "Items" ("Code" ASC);
 CREATE INDEX "ORDERS_1" ON "Items" ("Name" ASC);
 
 CREATE INDEX "ixPriceDesc" ON "OrderLines" ("Price" DESC);
+
+CREATE INDEX "OrdersOrderLines" ON "OrderLines" ("OrderID" ASC);
+
+CREATE UNIQUE INDEX ".rB_1" ON "Orders" ("OrderID" ASC);
+
+CREATE INDEX "CustomersOrders" ON "Orders" ("CustomerID" ASC);
+
+CREATE INDEX "CustomersOrdersCode" ON "Orders" ("CustCode" ASC, "CustCountry" ASC);
 
 CREATE INDEX "ix_1" ON "Orders" ("OrderDate" ASC);
 

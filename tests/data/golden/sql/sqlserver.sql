@@ -90,6 +90,10 @@ CREATE TABLE [Customers] (
 	CONSTRAINT [Customers_pkey] PRIMARY KEY CLUSTERED ([CustomerID]))
 GO
 
+CREATE UNIQUE INDEX [.rB] ON [Customers] ([CustomerID] ASC);
+
+CREATE UNIQUE INDEX [.rC] ON [Customers] ([Code] ASC, [Country] ASC);
+
 CREATE UNIQUE INDEX [ux_CodeCountry] ON [Customers] ([Code] ASC, [Country] ASC);
 
 INSERT INTO [Customers] ([CustomerID], [Code], [Country], [Name]) VALUES (1, 'ALFKI', 'Germany', 'Alfreds Futterkiste');
@@ -146,6 +150,8 @@ GO
 
 CREATE INDEX [ixPriceDesc] ON [OrderLines] ([Price] DESC);
 
+CREATE INDEX [OrdersOrderLines] ON [OrderLines] ([OrderID] ASC);
+
 INSERT INTO [OrderLines] ([OrderID], [LineNo], [Item], [Price], [Qty]) VALUES (10248, 1, 'Queso', 14.0000, 12);
 GO
 INSERT INTO [OrderLines] ([OrderID], [LineNo], [Item], [Price], [Qty]) VALUES (10248, 2, 'Tofu', 9.8000, 10);
@@ -167,6 +173,12 @@ CREATE TABLE [Orders] (
 	[OrderDate] smalldatetime,
 	CONSTRAINT [Orders_pkey] PRIMARY KEY CLUSTERED ([OrderID]))
 GO
+
+CREATE UNIQUE INDEX [.rB_1] ON [Orders] ([OrderID] ASC);
+
+CREATE INDEX [CustomersOrders] ON [Orders] ([CustomerID] ASC);
+
+CREATE INDEX [CustomersOrdersCode] ON [Orders] ([CustCode] ASC, [CustCountry] ASC);
 
 CREATE INDEX [ix_1] ON [Orders] ([OrderDate] ASC);
 

@@ -8,6 +8,8 @@ CREATE TABLE `Customers` (
 	`Country` varchar(30),
 	`Name` varchar(50),
 	PRIMARY KEY (`CustomerID`),
+	INDEX `.rB` (`CustomerID` ASC),
+	INDEX `.rC` (`Code` ASC, `Country` ASC),
 	INDEX `ux_CodeCountry` (`Code` ASC, `Country` ASC)
 );
 

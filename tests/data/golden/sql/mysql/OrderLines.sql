@@ -9,7 +9,8 @@ CREATE TABLE `OrderLines` (
 	`Price` float,
 	`Qty` int,
 	PRIMARY KEY (`OrderID`, `LineNo`),
-	INDEX `ixPriceDesc` (`Price` DESC)
+	INDEX `ixPriceDesc` (`Price` DESC),
+	INDEX `OrdersOrderLines` (`OrderID` ASC)
 );
 
 INSERT INTO `OrderLines` (`OrderID`, `LineNo`, `Item`, `Price`, `Qty`) VALUES (10248, 1, 'Queso', 14.0000, 12);

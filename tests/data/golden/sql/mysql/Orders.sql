@@ -10,6 +10,9 @@ CREATE TABLE `Orders` (
 	`CustCountry` varchar(30),
 	`OrderDate` datetime,
 	PRIMARY KEY (`OrderID`),
+	INDEX `.rB` (`OrderID` ASC),
+	INDEX `CustomersOrders` (`CustomerID` ASC),
+	INDEX `CustomersOrdersCode` (`CustCode` ASC, `CustCountry` ASC),
 	INDEX `ix` (`OrderDate` ASC)
 );
 

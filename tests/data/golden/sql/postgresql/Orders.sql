@@ -9,6 +9,12 @@ CREATE TABLE "Orders" (
 	CONSTRAINT "Orders_pkey" PRIMARY KEY ("OrderID")
 );
 
+CREATE UNIQUE INDEX ".rB_1" ON "Orders" ("OrderID" ASC);
+
+CREATE INDEX "CustomersOrders" ON "Orders" ("CustomerID" ASC);
+
+CREATE INDEX "CustomersOrdersCode" ON "Orders" ("CustCode" ASC, "CustCountry" ASC);
+
 CREATE INDEX "ix_1" ON "Orders" ("OrderDate" ASC);
 
 INSERT INTO "Orders" ("OrderID", "CustomerID", "ShipToID", "CustCode", "CustCountry", "OrderDate") VALUES (10248, 1, 2, 'ALFKI', 'Germany', '2010-03-04 13:05:00');

@@ -9,6 +9,10 @@ CREATE TABLE "Customers" (
 	PRIMARY KEY ("CustomerID")
 );
 
+CREATE UNIQUE INDEX ".rB" ON "Customers" ("CustomerID" ASC);
+
+CREATE UNIQUE INDEX ".rC" ON "Customers" ("Code" ASC, "Country" ASC);
+
 CREATE UNIQUE INDEX "ux_CodeCountry" ON "Customers" ("Code" ASC, "Country" ASC);
 
 INSERT INTO "Customers" ("CustomerID", "Code", "Country", "Name") VALUES (1, 'ALFKI', 'Germany', 'Alfreds Futterkiste');

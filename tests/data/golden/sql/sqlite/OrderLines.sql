@@ -13,6 +13,8 @@ CREATE TABLE "OrderLines" (
 
 CREATE INDEX "ixPriceDesc" ON "OrderLines" ("Price" DESC);
 
+CREATE INDEX "OrdersOrderLines" ON "OrderLines" ("OrderID" ASC);
+
 INSERT INTO "OrderLines" ("OrderID", "LineNo", "Item", "Price", "Qty") VALUES (10248, 1, 'Queso', 14.0000, 12);
 INSERT INTO "OrderLines" ("OrderID", "LineNo", "Item", "Price", "Qty") VALUES (10248, 2, 'Tofu', 9.8000, 10);
 INSERT INTO "OrderLines" ("OrderID", "LineNo", "Item", "Price", "Qty") VALUES (10249, 1, 'Chai', 18.0000, 1);

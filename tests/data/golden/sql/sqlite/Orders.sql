@@ -14,6 +14,12 @@ CREATE TABLE "Orders" (
 	CONSTRAINT "CustomersOrdersShipTo" FOREIGN KEY ("ShipToID") REFERENCES "Customers" ("CustomerID") ON UPDATE SET NULL ON DELETE SET NULL
 );
 
+CREATE UNIQUE INDEX ".rB_1" ON "Orders" ("OrderID" ASC);
+
+CREATE INDEX "CustomersOrders" ON "Orders" ("CustomerID" ASC);
+
+CREATE INDEX "CustomersOrdersCode" ON "Orders" ("CustCode" ASC, "CustCountry" ASC);
+
 CREATE INDEX "ix_1" ON "Orders" ("OrderDate" ASC);
 
 INSERT INTO "Orders" ("OrderID", "CustomerID", "ShipToID", "CustCode", "CustCountry", "OrderDate") VALUES (10248, 1, 2, 'ALFKI', 'Germany', '03/04/2010 13:05:00');

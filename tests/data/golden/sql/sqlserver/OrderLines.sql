@@ -14,6 +14,8 @@ GO
 
 CREATE INDEX [ixPriceDesc] ON [OrderLines] ([Price] DESC);
 
+CREATE INDEX [OrdersOrderLines] ON [OrderLines] ([OrderID] ASC);
+
 INSERT INTO [OrderLines] ([OrderID], [LineNo], [Item], [Price], [Qty]) VALUES (10248, 1, 'Queso', 14.0000, 12);
 GO
 INSERT INTO [OrderLines] ([OrderID], [LineNo], [Item], [Price], [Qty]) VALUES (10248, 2, 'Tofu', 9.8000, 10);
