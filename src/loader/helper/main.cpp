@@ -3,16 +3,23 @@
 // neither hang nor crash that process.
 //
 //   vellum-loader [--fd N] [--parent PID] [--workers N] [--parallel-from CELLS] [--split-from CELLS]
-//                 [--codepage NAME] [--] FILE
+//                 [--codepage NAME] [--memory-limit BYTES] [--] FILE
 //
 // Exit status: 0 when the whole model was sent, 1 when the file cannot be read or the pipe
-// broke, 2 for wrong arguments.
+// broke, 2 for wrong arguments, 10 and above when it knows why the file cannot be read (see
+// loader/helperExit.h). Its address space is limited (--memory-limit, or derived from the
+// file's size and the machine's memory), so that a damaged file cannot take the machine's
+// memory: running into the limit ends it with the out-of-memory status.
 
 #include "loader/ModelStreamWriter.h"
+#include "loader/helperExit.h"
 #include "mdb/MdbLoader.h"
+#include "model/fileCheck.h"
 
 #include <signal.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -20,6 +27,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <string>
 
 using namespace vellum;
@@ -61,9 +69,32 @@ int usage(const char *message)
 {
     std::fprintf(stderr,
                  "vellum-loader: %s\nusage: vellum-loader [--fd N] [--parent PID] [--workers N] "
-                 "[--parallel-from CELLS] [--split-from CELLS] [--codepage NAME] [--] FILE\n",
+                 "[--parallel-from CELLS] [--split-from CELLS] [--codepage NAME] [--memory-limit BYTES] [--] FILE\n",
                  message);
     return kExitUsage;
+}
+
+/// Ends the helper when an allocation fails: the parent learns why from the exit status.
+[[noreturn]] void outOfMemory()
+{
+    static const char message[] = "vellum-loader: out of memory\n";
+    [[maybe_unused]] const ssize_t written = write(2, message, sizeof message - 1);
+    _exit(helperExitStatusFor(OpenFailure::OutOfMemory));
+}
+
+/// Limits the address space: `limit` bytes, or when 0 what helperMemoryLimit gives for the file.
+void limitMemory(unsigned long long limit, const std::string &path)
+{
+    if (!limit) {
+        struct stat st {};
+        const std::uint64_t size = stat(path.c_str(), &st) == 0 ? static_cast<std::uint64_t>(st.st_size) : 0;
+        const long pages = sysconf(_SC_PHYS_PAGES), pageSize = sysconf(_SC_PAGESIZE);
+        const std::uint64_t machine =
+            pages > 0 && pageSize > 0 ? static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(pageSize) : 0;
+        limit = helperMemoryLimit(size, machine);
+    }
+    const rlimit wanted{static_cast<rlim_t>(limit), static_cast<rlim_t>(limit)};
+    setrlimit(RLIMIT_AS, &wanted); // a lower limit already in place stays
 }
 
 } // namespace
@@ -71,7 +102,7 @@ int usage(const char *message)
 int main(int argc, char **argv)
 {
     std::setlocale(LC_ALL, "C");
-    unsigned long long fd = 3, parent = 0, workers = 2;
+    unsigned long long fd = 3, parent = 0, workers = 2, memoryLimit = 0;
     LoadOptions options;
     std::string path;
     for (int i = 1; i < argc; ++i) {
@@ -84,7 +115,7 @@ int main(int argc, char **argv)
             path = argv[i + 1];
             break;
         } else if (arg == "--fd" || arg == "--parent" || arg == "--workers" || arg == "--parallel-from" ||
-                   arg == "--split-from") {
+                   arg == "--split-from" || arg == "--memory-limit") {
             if (!hasValue)
                 return usage(("option " + arg + " needs a number").c_str());
             if (arg == "--fd")
@@ -95,6 +126,8 @@ int main(int argc, char **argv)
                 workers = value;
             else if (arg == "--parallel-from")
                 options.parallelFromCells = value;
+            else if (arg == "--memory-limit")
+                memoryLimit = value;
             else
                 options.splitFromCells = value;
             ++i;
@@ -120,6 +153,11 @@ int main(int argc, char **argv)
         if (static_cast<unsigned long long>(getppid()) != parent)
             return kExitFailure;
     }
+    // Checked here too, for a helper started by hand: a FIFO or device is never opened.
+    if (const OpenFailure failure = checkDatabaseFile(path); failure != OpenFailure::None)
+        return helperExitStatusFor(failure);
+    std::set_new_handler(outOfMemory);
+    limitMemory(memoryLimit, path);
     const int out = static_cast<int>(fd);
     TOrbMDBFile relationships;
     ModelStreamWriter writer([out](const void *data, std::size_t length) { return writeAll(out, data, length); },

@@ -1,0 +1,116 @@
+#include "mdb/CatalogReader.h"
+
+#include "mdb/longValues.h"
+
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace vellum {
+
+namespace {
+
+constexpr unsigned kCatalogPage = 2;         // MSysObjects' definition is always on page 2
+constexpr int kCatalogTextBuffer = 4096;     // ids, names, types and flags are short
+constexpr unsigned kMaxCatalogColumns = 256; // Access allows 255
+
+struct TableDefFree {
+    void operator()(MdbTableDef *t) const { mdb_free_tabledef(t); }
+};
+
+std::uint64_t fileSize(MdbHandle *mdb)
+{
+    struct stat st {};
+    if (mdb->f && mdb->f->stream && ::fstat(fileno(mdb->f->stream), &st) == 0 && st.st_size > 0)
+        return static_cast<std::uint64_t>(st.st_size);
+    return std::numeric_limits<std::uint32_t>::max();
+}
+
+/// The position (from 1) of the column named `name`, 0 when there is none.
+int columnNamed(MdbTableDef *table, const char *name)
+{
+    for (unsigned i = 0; i < table->columns->len; ++i) {
+        auto *col = static_cast<MdbColumn *>(g_ptr_array_index(table->columns, i));
+        if (col && g_ascii_strcasecmp(col->name, name) == 0)
+            return static_cast<int>(i + 1);
+    }
+    return 0;
+}
+
+} // namespace
+
+bool CatalogReader::read()
+{
+    if (m_mdb->catalog)
+        mdb_free_catalog(m_mdb);
+    m_mdb->catalog = g_ptr_array_new();
+    m_mdb->num_catalog = 0;
+    m_entriesRead = m_entriesStated = 0;
+
+    MdbCatalogEntry catalog{};
+    catalog.mdb = m_mdb;
+    catalog.object_type = MDB_TABLE;
+    catalog.table_pg = kCatalogPage;
+    std::snprintf(catalog.object_name, sizeof catalog.object_name, "%s", "MSysObjects");
+    std::unique_ptr<MdbTableDef, TableDefFree> table(mdb_read_table(&catalog));
+    if (!table || table->num_cols > kMaxCatalogColumns || !mdb_read_columns(table.get()) || !table->columns) {
+        mdb_free_catalog(m_mdb);
+        return false;
+    }
+    m_entriesStated = table->num_rows > 0 ? static_cast<std::uint64_t>(table->num_rows) : 0;
+
+    // Text columns are bound (libmdb converts them into the buffers, within their size); the
+    // properties are read from their stored bytes.
+    std::vector<char> id(kCatalogTextBuffer), name(kCatalogTextBuffer), type(kCatalogTextBuffer),
+        flags(kCatalogTextBuffer);
+    const int idColumn = columnNamed(table.get(), "Id");
+    const int nameColumn = columnNamed(table.get(), "Name");
+    const int typeColumn = columnNamed(table.get(), "Type");
+    const int flagsColumn = columnNamed(table.get(), "Flags");
+    const int propsColumn = columnNamed(table.get(), "LvProp");
+    if (!idColumn || !nameColumn || !typeColumn || !flagsColumn || !propsColumn) {
+        mdb_free_catalog(m_mdb);
+        return false;
+    }
+    auto *props = static_cast<MdbColumn *>(g_ptr_array_index(table->columns, propsColumn - 1));
+    const int savedBindSize = static_cast<int>(m_mdb->bind_size);
+    mdb_set_bind_size(m_mdb, kCatalogTextBuffer);
+    mdb_bind_column(table.get(), idColumn, id.data(), nullptr);
+    mdb_bind_column(table.get(), nameColumn, name.data(), nullptr);
+    mdb_bind_column(table.get(), typeColumn, type.data(), nullptr);
+    mdb_bind_column(table.get(), flagsColumn, flags.data(), nullptr);
+
+    const std::uint64_t limit = fileSize(m_mdb);
+    mdb_rewind_table(table.get());
+    while (mdb_fetch_row(table.get())) {
+        ++m_entriesRead;
+        auto *entry = static_cast<MdbCatalogEntry *>(g_malloc0(sizeof(MdbCatalogEntry)));
+        entry->mdb = m_mdb;
+        std::snprintf(entry->object_name, sizeof entry->object_name, "%s", name.data());
+        entry->object_type = std::atoi(type.data()) & 0x7F;
+        entry->table_pg = static_cast<unsigned long>(std::atol(id.data()) & 0x00FFFFFF);
+        entry->flags = static_cast<int>(std::atol(flags.data()));
+        if (props->cur_value_len > 0 && props->cur_value_start >= 0 &&
+            props->cur_value_start + props->cur_value_len <= static_cast<int>(m_mdb->fmt->pg_size)) {
+            const auto *page = reinterpret_cast<const unsigned char *>(m_mdb->pg_buf);
+            const std::span<const unsigned char> field(page + props->cur_value_start,
+                                                       static_cast<std::size_t>(props->cur_value_len));
+            std::optional<std::string> value = readLongValue(m_mdb, field, limit);
+            if (value && !value->empty())
+                entry->props = mdb_kkd_to_props(m_mdb, value->data(), value->size());
+        }
+        ++m_mdb->num_catalog;
+        g_ptr_array_add(m_mdb->catalog, entry);
+    }
+    mdb_set_bind_size(m_mdb, savedBindSize);
+    return true;
+}
+
+} // namespace vellum
