@@ -313,8 +313,12 @@ std::string BrowserController::statusForNoSelection() const
 std::string BrowserController::statusForFileSelection() const
 {
     std::optional<std::size_t> tables;
-    if (isOpen(m_selectedFile))
+    if (isOpen(m_selectedFile)) {
+        // A file read with losses says so instead of its table count.
+        if (!m_selectedFile->losses().empty())
+            return lossNotice(m_selectedFile->losses());
         tables = m_selectedFile->tables().size();
+    }
     return vellum::statusForFileSelection(fileEntities().size(), tables);
 }
 

@@ -8,6 +8,7 @@
 #include "browser/BrowserController.h"
 #include "browser/RecentDocuments.h"
 #include "export/ExportFileType.h"
+#include "model/OpenFailure.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -185,8 +186,9 @@ private:
     /// Opens paths one after another (panel, drop, hand-over).
     void openPathsInTurn(QStringList paths, bool alertAsPanel);
     void loadFile(TOrbMDBFile *file, std::function<void(LoadResult)> done);
-    void popFileOpenAlert(const QString &fileName);
-    void showAlert(const QString &title, const QString &text);
+    /// "File (NAME) cannot be opened", with the reason as the informative text.
+    void popFileOpenAlert(const QString &fileName, OpenFailure failure);
+    void showAlert(const QString &title, const QString &text, const QString &informative = {});
     void deselectAllForToolbarItems();
     void updateExportAvailability();
     void startExportWizard(TOrbMDBFile *file, TOrbMDBTable *table, ExportFileType kind);

@@ -29,6 +29,7 @@
 #include <cstring>
 #include <new>
 #include <string>
+#include <system_error>
 
 using namespace vellum;
 
@@ -159,13 +160,20 @@ int main(int argc, char **argv)
     std::set_new_handler(outOfMemory);
     limitMemory(memoryLimit, path);
     const int out = static_cast<int>(fd);
-    TOrbMDBFile relationships;
-    ModelStreamWriter writer([out](const void *data, std::size_t length) { return writeAll(out, data, length); },
-                             relationships);
-    if (!writer.begin())
+    try {
+        TOrbMDBFile relationships;
+        ModelStreamWriter writer([out](const void *data, std::size_t length) { return writeAll(out, data, length); },
+                                 relationships);
+        if (!writer.begin())
+            return kExitFailure;
+        if (!loadDatabase(path, relationships, writer, options))
+            return kExitFailure;
+        // The stream is complete: end at once and leave the freeing of the model to the system.
+        _exit(writer.finish() ? kExitOk : kExitFailure);
+    } catch (const std::system_error &error) {
+        // A thread whose stack does not fit into the address space left.
+        if (error.code() == std::errc::resource_unavailable_try_again || error.code() == std::errc::not_enough_memory)
+            outOfMemory();
         return kExitFailure;
-    if (!loadDatabase(path, relationships, writer, options))
-        return kExitFailure;
-    // The stream is complete: end at once and leave the freeing of the model to the system.
-    _exit(writer.finish() ? kExitOk : kExitFailure);
+    }
 }
