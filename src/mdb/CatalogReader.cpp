@@ -4,8 +4,11 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <iterator>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -44,6 +47,27 @@ int columnNamed(MdbTableDef *table, const char *name)
     return 0;
 }
 
+/// The object types Access writes into the catalog: tables, databases, containers, linked
+/// tables, queries, modules, relationships, and forms, macros, reports, modules and properties
+/// of the Access application (negative).
+bool isKnownObjectType(long type)
+{
+    static constexpr long kKnown[] = {1, 2, 3, 4, 5, 6, 7, 8, -32768, -32766, -32764, -32761, -32758, -32757, -32756};
+    return std::find(std::begin(kKnown), std::end(kKnown), type) != std::end(kKnown);
+}
+
+/// A table entry whose flags mark a system table must carry a system table's name ("MSys…", or
+/// "f_…" for the hidden tables of complex columns): otherwise a damaged flag hides a user table.
+bool isPlausibleEntry(long type, long flags, const char *name)
+{
+    if (!isKnownObjectType(type))
+        return false;
+    constexpr unsigned long kSystemFlags = 0x80000002u;
+    if (type == MDB_TABLE && (static_cast<unsigned long>(flags) & kSystemFlags))
+        return std::strncmp(name, "MSys", 4) == 0 || std::strncmp(name, "f_", 2) == 0;
+    return true;
+}
+
 } // namespace
 
 bool CatalogReader::read()
@@ -52,7 +76,7 @@ bool CatalogReader::read()
         mdb_free_catalog(m_mdb);
     m_mdb->catalog = g_ptr_array_new();
     m_mdb->num_catalog = 0;
-    m_entriesRead = m_entriesStated = 0;
+    m_entriesRead = m_entriesStated = m_entriesDamaged = 0;
 
     MdbCatalogEntry catalog{};
     catalog.mdb = m_mdb;
@@ -97,6 +121,8 @@ bool CatalogReader::read()
         entry->object_type = std::atoi(type.data()) & 0x7F;
         entry->table_pg = static_cast<unsigned long>(std::atol(id.data()) & 0x00FFFFFF);
         entry->flags = static_cast<int>(std::atol(flags.data()));
+        if (!isPlausibleEntry(std::atol(type.data()), std::atol(flags.data()), entry->object_name))
+            ++m_entriesDamaged;
         if (props->cur_value_len > 0 && props->cur_value_start >= 0 &&
             props->cur_value_start + props->cur_value_len <= static_cast<int>(m_mdb->fmt->pg_size)) {
             const auto *page = reinterpret_cast<const unsigned char *>(m_mdb->pg_buf);

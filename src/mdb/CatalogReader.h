@@ -2,6 +2,7 @@
 
 #include "mdb/mdbtoolsInclude.h"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace vellum {
@@ -16,16 +17,18 @@ public:
 
     /// Reads every entry; false (with no catalog) when MSysObjects or its columns cannot be read.
     [[nodiscard]] bool read();
-    /// The entries read.
-    std::uint64_t entriesRead() const { return m_entriesRead; }
-    /// The row count MSysObjects' definition states: more than `entriesRead` when the catalog
-    /// stops early (a page of it cannot be read).
-    std::uint64_t entriesStated() const { return m_entriesStated; }
+    /// The entries read intact: neither of a type Access does not write nor a table marked as
+    /// a system table without a system table's name (damage that would hide a table silently).
+    std::uint64_t entriesRead() const { return m_entriesRead - m_entriesDamaged; }
+    /// The entries there should be: the row count MSysObjects' definition states (more than
+    /// were read when the catalog stops early, a page of it cannot be read), or those read.
+    std::uint64_t entriesStated() const { return std::max(m_entriesStated, m_entriesRead); }
 
 private:
     MdbHandle *m_mdb;
     std::uint64_t m_entriesRead = 0;
     std::uint64_t m_entriesStated = 0;
+    std::uint64_t m_entriesDamaged = 0;
 };
 
 } // namespace vellum
