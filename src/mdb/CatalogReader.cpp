@@ -68,6 +68,104 @@ bool isPlausibleEntry(long type, long flags, const char *name)
     return true;
 }
 
+std::uint32_t u16At(const unsigned char *p)
+{
+    return static_cast<std::uint32_t>(p[0] | p[1] << 8);
+}
+
+std::uint32_t u32At(const unsigned char *p)
+{
+    return u16At(p) | u16At(p + 2) << 16;
+}
+
+/// The least number of bytes libmdb reads for a property value of a fixed-size type.
+std::uint32_t fixedValueSize(int type)
+{
+    switch (type) {
+    case MDB_BYTE:
+        return 1;
+    case MDB_INT:
+        return 2;
+    case MDB_LONGINT:
+    case MDB_FLOAT:
+    case MDB_COMPLEX:
+        return 4;
+    case MDB_MONEY:
+    case MDB_DOUBLE:
+    case MDB_DATETIME:
+        return 8;
+    case MDB_REPID:
+        return 16;
+    case MDB_NUMERIC:
+        return 17;
+    default:
+        return 0;
+    }
+}
+
+/// A list of property names: each a 16-bit length and that many bytes.
+bool namesFit(const unsigned char *block, std::uint32_t length)
+{
+    for (std::uint32_t pos = 0; pos < length;) {
+        if (length - pos < 2)
+            return false;
+        const std::uint32_t n = u16At(block + pos);
+        pos += 2;
+        if (n > length - pos)
+            return false;
+        pos += n;
+    }
+    return true;
+}
+
+/// A block of property values: a header with the block's name, then records of at least 8
+/// bytes, each holding its value.
+bool valuesFit(const unsigned char *block, std::uint32_t length)
+{
+    if (length < 6)
+        return false;
+    const std::uint32_t nameLength = u16At(block + 4);
+    if (nameLength > length - 6)
+        return false;
+    for (std::uint32_t pos = 6 + nameLength; pos < length;) {
+        if (length - pos < 8)
+            return false;
+        const std::uint32_t recordLength = u16At(block + pos);
+        const int type = block[pos + 3];
+        const std::uint32_t valueSize = u16At(block + pos + 6);
+        if (recordLength < 8 || recordLength > length - pos || valueSize > length - pos - 8 ||
+            valueSize < fixedValueSize(type))
+            return false;
+        pos += recordLength;
+    }
+    return true;
+}
+
+/// True when a property block ("KKD" or "MR2", then chunks of names and values) holds only
+/// chunks and records that lie within it: libmdb parses blocks without checking that, so a
+/// damaged length makes it read far beyond the block, or loop forever on a zero length.
+bool isWellFormedPropertyBlock(const std::string &block)
+{
+    const auto *bytes = reinterpret_cast<const unsigned char *>(block.data());
+    const std::size_t length = block.size();
+    if (length < 4 || (std::memcmp(bytes, "KKD", 4) != 0 && std::memcmp(bytes, "MR2", 4) != 0))
+        return false;
+    for (std::size_t pos = 4; pos < length;) {
+        if (length - pos < 6)
+            return false;
+        const std::uint32_t chunkLength = u32At(bytes + pos);
+        const std::uint32_t type = u16At(bytes + pos + 4);
+        if (chunkLength < 6 || chunkLength > length - pos)
+            return false;
+        if (type == 0x80 && !namesFit(bytes + pos + 6, chunkLength - 6))
+            return false;
+        if (type <= 0x02 && !valuesFit(bytes + pos + 6, chunkLength - 6))
+            return false;
+        pos += chunkLength;
+    }
+    return true;
+}
+
 } // namespace
 
 bool CatalogReader::read()
@@ -129,7 +227,7 @@ bool CatalogReader::read()
             const std::span<const unsigned char> field(page + props->cur_value_start,
                                                        static_cast<std::size_t>(props->cur_value_len));
             std::optional<std::string> value = readLongValue(m_mdb, field, limit);
-            if (value && !value->empty())
+            if (value && !value->empty() && isWellFormedPropertyBlock(*value))
                 entry->props = mdb_kkd_to_props(m_mdb, value->data(), value->size());
         }
         ++m_mdb->num_catalog;

@@ -296,13 +296,20 @@ TEST_F(DamagedFiles, OpenCompletelyWithLossesToldOrRefusedWithAReason)
     int opened = 0, withLosses = 0, refused = 0, stalled = 0;
     double slowest = 0;
     std::uint64_t largestMemory = 0;
+    std::string largestMemoryCase, slowestCase;
     std::map<std::string, int> reasons;
     for (std::size_t i = 0; i < cases.size(); ++i) {
         const Case &c = cases[i];
         const Outcome &o = outcomes[i];
         SCOPED_TRACE(c.label);
-        slowest = std::max(slowest, o.seconds);
-        largestMemory = std::max(largestMemory, o.peakMemory);
+        if (o.seconds > slowest) {
+            slowest = o.seconds;
+            slowestCase = c.label;
+        }
+        if (o.peakMemory > largestMemory) {
+            largestMemory = o.peakMemory;
+            largestMemoryCase = c.label;
+        }
         EXPECT_FALSE(o.killed) << "still running after " << kKillAfter.count() << " s";
         EXPECT_EQ(o.signal, 0) << "vellum-cli crashed";
         EXPECT_LE(o.seconds, std::chrono::duration<double>(kAllowed).count());
@@ -332,8 +339,9 @@ TEST_F(DamagedFiles, OpenCompletelyWithLossesToldOrRefusedWithAReason)
     }
     EXPECT_TRUE(strayChildren({}).empty());
     std::printf("%zu damaged files: %d opened completely, %d opened with losses, %d refused (%d after the stall "
-                "timeout); slowest %.1f s; largest memory %.0f MiB; all in %.0f s\n",
-                cases.size(), opened, withLosses, refused, stalled, slowest, largestMemory / 1048576.0,
+                "timeout); slowest %.1f s (%s); largest memory %.0f MiB (%s); all in %.0f s\n",
+                cases.size(), opened, withLosses, refused, stalled, slowest, slowestCase.c_str(),
+                largestMemory / 1048576.0, largestMemoryCase.c_str(),
                 std::chrono::duration<double>(Clock::now() - begin).count());
     for (const auto &[reason, count] : reasons)
         std::printf("  refused %d: %s\n", count, reason.c_str());
