@@ -912,6 +912,7 @@ void VellumAppDelegate::popFileOpenAlert(const QString &fileName, OpenFailure fa
 
 void VellumAppDelegate::showAlert(const QString &title, const QString &text, const QString &informative)
 {
+    m_lastAlertInformative = informative;
     if (m_alert) {
         m_alert(title, text);
         return;

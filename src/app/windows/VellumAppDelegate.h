@@ -137,6 +137,8 @@ public:
     {
         m_alert = std::move(handler);
     }
+    /// The informative text of the last error alert (why a file could not be opened), for tests.
+    const QString &lastAlertInformativeText() const { return m_lastAlertInformative; }
 
 signals:
     /// A series of opens (panel, drop, hand-over, list command) has ended.
@@ -240,6 +242,7 @@ private:
 
     std::function<QStringList()> m_openPanel;
     std::function<void(const QString &, const QString &)> m_alert;
+    QString m_lastAlertInformative;
 };
 
 } // namespace vellum
