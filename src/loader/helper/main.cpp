@@ -16,6 +16,7 @@
 #include "mdb/MdbLoader.h"
 #include "model/fileCheck.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
@@ -24,6 +25,7 @@
 
 #include <cerrno>
 #include <clocale>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -83,6 +85,54 @@ int usage(const char *message)
     _exit(helperExitStatusFor(OpenFailure::OutOfMemory));
 }
 
+/// The address-space limit in force, for the fault handler.
+volatile std::uint64_t g_memoryLimit = 0;
+
+/// The address space in use, from /proc/self/statm (its first field, in pages); 0 when unknown.
+/// Only calls that are safe in a signal handler.
+std::uint64_t addressSpaceInUse()
+{
+    const int fd = open("/proc/self/statm", O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return 0;
+    char text[64];
+    const ssize_t n = read(fd, text, sizeof text - 1);
+    close(fd);
+    std::uint64_t pages = 0;
+    for (ssize_t i = 0; i < n && text[i] >= '0' && text[i] <= '9'; ++i)
+        pages = pages * 10 + static_cast<std::uint64_t>(text[i] - '0');
+    return pages * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+}
+
+/// A fault close to the memory limit is an allocation that failed and was not checked (libmdb
+/// uses the result of malloc unchecked): reported as running out of memory. Any other fault is
+/// a crash, left to the default action.
+void onFault(int number)
+{
+    constexpr std::uint64_t kNearTheLimit = 64ull << 20;
+    const std::uint64_t limit = g_memoryLimit;
+    if (limit && addressSpaceInUse() + kNearTheLimit >= limit)
+        outOfMemory();
+    ::signal(number, SIG_DFL);
+    raise(number);
+}
+
+/// Routes SIGSEGV and SIGBUS to onFault, on a stack of its own (the fault may be a full stack).
+void catchFaults()
+{
+    static char alternateStack[64 * 1024];
+    stack_t stack{};
+    stack.ss_sp = alternateStack;
+    stack.ss_size = sizeof alternateStack;
+    sigaltstack(&stack, nullptr);
+    struct sigaction action {};
+    action.sa_handler = onFault;
+    action.sa_flags = SA_ONSTACK | SA_RESETHAND;
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGSEGV, &action, nullptr);
+    sigaction(SIGBUS, &action, nullptr);
+}
+
 /// Limits the address space: `limit` bytes, or when 0 what helperMemoryLimit gives for the file.
 void limitMemory(unsigned long long limit, const std::string &path)
 {
@@ -95,7 +145,9 @@ void limitMemory(unsigned long long limit, const std::string &path)
         limit = helperMemoryLimit(size, machine);
     }
     const rlimit wanted{static_cast<rlim_t>(limit), static_cast<rlim_t>(limit)};
-    setrlimit(RLIMIT_AS, &wanted); // a lower limit already in place stays
+    if (setrlimit(RLIMIT_AS, &wanted) == 0) // a lower limit already in place stays
+        g_memoryLimit = limit;
+    catchFaults();
 }
 
 } // namespace
