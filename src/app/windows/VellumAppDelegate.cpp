@@ -901,7 +901,7 @@ void VellumAppDelegate::clearRecentDocuments()
 void VellumAppDelegate::ShowInFinder(TOrbMDBFile *file)
 {
     if (file)
-        revealInFileManager(toQString(file->fullPath()));
+        revealInFileManager(toQString(file->openPath()));
 }
 
 void VellumAppDelegate::popFileOpenAlert(const QString &fileName, OpenFailure failure)
