@@ -384,6 +384,13 @@ TEST_F(DamagedFiles, FilesThatAreNoDatabaseAreRefusedAtOnceWithTheReason)
     const std::string device = m_dir + "/zero.mdb";
     fs::create_symlink("/dev/zero", device);
     const std::string missing = m_dir + "/missing.mdb";
+    const std::string sparse = m_dir + "/sparse.mdb"; // 8 GiB of nothing, taking no disk space
+    {
+        std::ofstream(sparse).close();
+        std::error_code error;
+        fs::resize_file(sparse, 8ull << 30, error);
+        ASSERT_FALSE(error) << error.message();
+    }
 
     struct Expected {
         std::string path;
@@ -393,7 +400,7 @@ TEST_F(DamagedFiles, FilesThatAreNoDatabaseAreRefusedAtOnceWithTheReason)
         {empty, OpenFailure::NotAccessFile},   {zeros, OpenFailure::NotAccessFile},
         {png, OpenFailure::NotAccessFile},     {fifo, OpenFailure::NotRegularFile},
         {folder, OpenFailure::NotRegularFile}, {device, OpenFailure::NotRegularFile},
-        {missing, OpenFailure::NotFound},
+        {missing, OpenFailure::NotFound},      {sparse, OpenFailure::NotAccessFile},
     };
     std::vector<Case> cases;
     for (const Expected &e : expected)
@@ -405,6 +412,18 @@ TEST_F(DamagedFiles, FilesThatAreNoDatabaseAreRefusedAtOnceWithTheReason)
         EXPECT_EQ(reasonLine(outcomes[i].err, expected[i].path), openFailureText(expected[i].reason))
             << outcomes[i].err;
         EXPECT_LT(outcomes[i].seconds, 10.0); // refused before any reading: no stall timeout
+    }
+
+    // A database without an extension, or named just ".mdb", opens like any other.
+    std::vector<Case> unusualNames;
+    for (const char *name : {"noextension", ".mdb"}) {
+        const std::string path = m_dir + "/" + name;
+        fs::copy_file(test::fixturePath("features.mdb"), path);
+        unusualNames.push_back(Case{name, path, {}, nullptr});
+    }
+    for (const Outcome &o : runAll(unusualNames)) {
+        EXPECT_EQ(o.exitStatus, 0) << o.err;
+        EXPECT_EQ(linesOf(o.out).size(), 14u);
     }
 }
 
