@@ -150,7 +150,7 @@ TOrbMDBFile *BrowserController::createNewMDBFile(const std::string &path, bool i
 void BrowserController::noteRecentDocument(const TOrbMDBFile *file)
 {
     if (file)
-        m_recentDocuments.note(file->fullPath());
+        m_recentDocuments.note(file->openPath());
 }
 
 bool BrowserController::refreshRecentFiles()
@@ -165,7 +165,7 @@ bool BrowserController::refreshRecentFiles()
         std::vector<TOrbMDBFile *> vanished = recentFiles();
         std::vector<std::string> added = systemPaths;
         for (const auto &entry : m_recentFiles) {
-            const std::string fullPath = entry->fullPath();
+            const std::string fullPath = entry->openPath();
             if (std::find(systemPaths.begin(), systemPaths.end(), fullPath) == systemPaths.end())
                 continue;
             std::erase(added, fullPath);
@@ -231,7 +231,7 @@ void BrowserController::removeFile(TOrbMDBFile *file)
         return;
     clearSelectionIfIn(file);
     closeFile(file);
-    const std::string fullPath = file->fullPath();
+    const std::string fullPath = file->openPath();
     for (std::size_t i = 0; i < m_recentFiles.size(); ++i)
         if (m_recentFiles[i].get() == file) {
             retire(i);
@@ -257,7 +257,7 @@ void BrowserController::removeOtherFiles(TOrbMDBFile *file)
     while (!m_recentFiles.empty())
         retire(m_recentFiles.size() - 1);
     m_recentDocuments.clear();
-    m_recentDocuments.note(file->fullPath());
+    m_recentDocuments.note(file->openPath());
     refreshRecentFiles();
 }
 
@@ -313,8 +313,12 @@ std::string BrowserController::statusForNoSelection() const
 std::string BrowserController::statusForFileSelection() const
 {
     std::optional<std::size_t> tables;
-    if (isOpen(m_selectedFile))
+    if (isOpen(m_selectedFile)) {
+        // A file read with losses says so instead of its table count.
+        if (!m_selectedFile->losses().empty())
+            return lossNotice(m_selectedFile->losses());
         tables = m_selectedFile->tables().size();
+    }
     return vellum::statusForFileSelection(fileEntities().size(), tables);
 }
 

@@ -4,8 +4,6 @@
 #include "loader/chooseFileReader.h"
 #include "model/TOrbMDBFile.h"
 
-#include <unistd.h>
-
 #include <cstdio>
 
 namespace vellum::cli {
@@ -63,12 +61,20 @@ std::unique_ptr<TOrbMDBFile> openDatabase(CliContext &context, const std::string
     }
     auto file = TOrbMDBFile::fromPath(path);
     LoadProgress progress(file->size());
-    if (access(path.c_str(), R_OK) != 0 || !file->open(*context.reader, progress.observer())) {
-        progress.finish();
-        std::fprintf(stderr, "File (%s) cannot be opened\n", path.c_str());
+    const bool opened = file->open(*context.reader, progress.observer());
+    progress.finish();
+    // A file whose catalog cannot be read has nothing to show or convert: it cannot be opened.
+    const OpenFailure failure = !opened                       ? file->openFailure()
+                                : catalogLost(file->losses()) ? OpenFailure::CatalogUnreadable
+                                                              : OpenFailure::None;
+    if (failure != OpenFailure::None) {
+        std::fprintf(stderr, "File (%s) cannot be opened\n%s\n", path.c_str(), openFailureText(failure).c_str());
         return nullptr;
     }
-    progress.finish();
+    for (const LossReport &loss : file->losses())
+        std::fprintf(stderr, "vellum-cli: warning: %s\n", lossText(loss).c_str());
+    if (!file->losses().empty())
+        context.lossesReported = true;
     return file;
 }
 

@@ -16,8 +16,9 @@ namespace vellum::cli {
 
 /// Exit statuses of every command: kExitFailure when the input cannot be read (the file, or a
 /// table named on the command line) or the work was not completed; kExitUsage for a command
-/// line that is wrong in itself, found before anything is read or written.
-enum ExitStatus { kExitOk = 0, kExitFailure = 1, kExitUsage = 2 };
+/// line that is wrong in itself, found before anything is read or written; kExitLosses when the
+/// work was done but the file could not be read completely (each loss is told on standard error).
+enum ExitStatus { kExitOk = 0, kExitFailure = 1, kExitUsage = 2, kExitLosses = 3 };
 
 /// What a command gets: its arguments (after the command name) and the real standard output.
 /// libmdb prints diagnostics and hex dumps on file descriptor 1, so the tool moves that
@@ -31,6 +32,9 @@ struct CliContext {
     /// `--codepage NAME`: the code page of Jet 3 files' text (they do not record it); empty
     /// for windows-1252.
     std::string codePage;
+    /// Set by `openDatabase` when a file opened with losses: the command's success becomes
+    /// kExitLosses.
+    bool lossesReported = false;
 };
 
 /// A command: name, one-line summary, usage text and the function that runs it.
@@ -54,8 +58,10 @@ int usageError(const Command &command, const std::string &message);
 void printError(const std::string &message);
 
 /// Opens a database path into a loaded file model with the context's reader; prints "File
-/// (NAME) cannot be opened" on standard error and answers nullptr on failure. Shows progress for
-/// large files on a terminal.
+/// (NAME) cannot be opened" and the line that says why on standard error and answers nullptr on
+/// failure (a file whose catalog cannot be read included). A file that opens with losses gets
+/// one warning line per loss and sets `context.lossesReported`. Shows progress for large files
+/// on a terminal.
 std::unique_ptr<TOrbMDBFile> openDatabase(CliContext &context, const std::string &path);
 
 extern const Command kListCommand;

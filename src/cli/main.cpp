@@ -25,7 +25,11 @@ void printHelp(std::FILE *out)
         std::fprintf(out, "  %-8s %s\n", command->name, command->summary);
     std::fprintf(out, "\nRun 'vellum-cli COMMAND --help' for the options of a command. Every command that reads\n"
                       "a file takes --codepage NAME: the code page of an Access 97 file's text (default\n"
-                      "windows-1252; such files do not record it), e.g. GBK or CP1251.\n");
+                      "windows-1252; such files do not record it), e.g. GBK or CP1251.\n\n"
+                      "Exit status: 0 everything was read (and written); 1 the file cannot be opened (not\n"
+                      "found, not readable, not an Access file, catalog unreadable, encrypted, ...; the line\n"
+                      "after \"File (NAME) cannot be opened\" says why) or the work was not completed; 2 bad\n"
+                      "usage; 3 done, but part of the file could not be read (one warning line per loss).\n");
 }
 
 /// The tool's own output descriptor, with the reason of the first write that failed (stdio keeps
@@ -111,6 +115,8 @@ int main(int argc, char **argv)
                 status = usageError(*chosen, error);
             } else {
                 status = chosen->run(context);
+                if (status == kExitOk && context.lossesReported)
+                    status = kExitLosses;
             }
         }
     }

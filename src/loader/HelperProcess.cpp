@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -28,20 +29,6 @@ int moveAbove(int fd)
     const int moved = fcntl(fd, F_DUPFD_CLOEXEC, kFirstPrivateDescriptor);
     close(fd);
     return moved;
-}
-
-/// Best effort: when our own standard error is gone there is nothing else to do with the text.
-void writeToStandardError(const char *text, std::size_t length)
-{
-    while (length > 0) {
-        const ssize_t n = ::write(2, text, length);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            return;
-        text += n;
-        length -= static_cast<std::size_t>(n);
-    }
 }
 
 /// A pipe whose ends lie above the descriptors the child sets up; false when none can be made.
@@ -123,6 +110,11 @@ bool HelperProcess::start(const std::vector<std::string> &argv)
     m_fd = readFd;
     m_errorFd = errorReadFd;
     m_errorBytes = 0;
+    m_diagnostics.clear();
+    m_waitStatus = -1;
+    m_killedByParent = false;
+    m_pipeEnded = false;
+    m_peakMemoryBytes = 0;
     m_buffer.resize(kBufferSize);
     m_begin = m_end = 0;
     m_lastByte = m_lastCancelPoll = std::chrono::steady_clock::now();
@@ -192,8 +184,10 @@ bool HelperProcess::read(void *data, std::size_t length)
                 continue;
             return false;
         }
-        if (n == 0)
+        if (n == 0) {
+            m_pipeEnded = true;
             return false; // the child closed the pipe early
+        }
         m_lastByte = std::chrono::steady_clock::now();
         if (direct) {
             out += n;
@@ -233,9 +227,12 @@ bool HelperProcess::finish()
     auto pause = std::chrono::microseconds(100);
     for (;;) {
         int status = 0;
-        const pid_t done = waitpid(m_pid, &status, WNOHANG);
+        struct rusage usage {};
+        const pid_t done = wait4(m_pid, &status, WNOHANG, &usage);
         if (done == m_pid) {
             m_pid = -1;
+            m_waitStatus = status;
+            m_peakMemoryBytes = static_cast<std::uint64_t>(usage.ru_maxrss) * 1024;
             relayErrors();
             closePipes();
             return WIFEXITED(status) && WEXITSTATUS(status) == 0;
@@ -259,13 +256,46 @@ bool HelperProcess::finish()
     }
 }
 
+bool HelperProcess::reap(std::chrono::milliseconds patience)
+{
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    auto pause = std::chrono::microseconds(100);
+    for (;;) {
+        int status = 0;
+        struct rusage usage {};
+        const pid_t done = wait4(m_pid, &status, patience.count() < 0 ? 0 : WNOHANG, &usage);
+        if (done == m_pid) {
+            m_pid = -1;
+            m_waitStatus = status;
+            m_peakMemoryBytes = static_cast<std::uint64_t>(usage.ru_maxrss) * 1024;
+            return true;
+        }
+        if (done < 0 && errno == EINTR)
+            continue;
+        if (done < 0) {
+            m_pid = -1; // reaped elsewhere
+            return true;
+        }
+        if (std::chrono::steady_clock::now() >= deadline)
+            return false;
+        relayErrors();
+        std::this_thread::sleep_for(pause);
+        pause = std::min(pause * 2, std::chrono::microseconds(20000));
+    }
+}
+
 void HelperProcess::kill()
 {
     if (m_pid > 0) {
-        ::kill(m_pid, SIGKILL);
-        while (waitpid(m_pid, nullptr, 0) < 0 && errno == EINTR) {
+        // A child that closed its pipe is ending by itself (a crash, its memory limit, a
+        // failure it names by its exit status): let it, so that its status tells why.
+        constexpr auto kEndingPatience = std::chrono::milliseconds(2000);
+        if (!reap(m_pipeEnded ? kEndingPatience : std::chrono::milliseconds(0))) {
+            m_killedByParent = true;
+            ::kill(m_pid, SIGKILL);
+            reap(std::chrono::milliseconds(-1));
         }
-        m_pid = -1;
+        relayErrors();
     }
     closePipes();
 }
@@ -285,12 +315,8 @@ void HelperProcess::relayErrors()
             return;
         }
         const std::size_t room = m_errorBytes < kErrorRelayLimit ? kErrorRelayLimit - m_errorBytes : 0;
-        const std::size_t pass = std::min(room, static_cast<std::size_t>(n));
-        writeToStandardError(buffer, pass);
-        if (m_errorBytes <= kErrorRelayLimit && m_errorBytes + static_cast<std::size_t>(n) > kErrorRelayLimit) {
-            static const char note[] = "\nvellum-loader: further diagnostics suppressed\n";
-            writeToStandardError(note, sizeof note - 1);
-        }
+        const std::size_t keep = std::min(room, static_cast<std::size_t>(n));
+        m_diagnostics.append(buffer, keep);
         m_errorBytes += static_cast<std::size_t>(n);
     }
 }

@@ -1,7 +1,9 @@
 #include "loader/IsolatedReader.h"
 
 #include "loader/HelperProcess.h"
+#include "loader/helperExit.h"
 #include "loader/modelWire.h"
+#include "model/fileCheck.h"
 
 #include <limits.h>
 #include <unistd.h>
@@ -46,6 +48,11 @@ bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedL
     const std::string helper = options.helperPath.empty() ? isolatedLoaderPath() : options.helperPath;
     if (helper.empty())
         return false;
+    const std::string path = file.openPath();
+    if (const OpenFailure failure = checkDatabaseFile(path); failure != OpenFailure::None) {
+        file.setOpenFailure(failure); // never handed to the helper: a FIFO or device could block it
+        return false;
+    }
     try {
         HelperProcess process(options.stallTimeout, [observer] { return observer && observer->shouldCancel(); });
         std::vector<std::string> argv = {helper,
@@ -60,18 +67,31 @@ bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedL
                                          "--split-from",
                                          std::to_string(options.load.splitFromCells),
                                          "--",
-                                         file.fullPath()};
+                                         path};
         if (!options.load.jet3CodePage.empty())
             argv.insert(argv.end() - 2, {"--codepage", options.load.jet3CodePage});
-        if (!process.start(argv))
+        if (options.memoryLimit)
+            argv.insert(argv.end() - 2, {"--memory-limit", std::to_string(options.memoryLimit)});
+        if (!process.start(argv)) {
+            file.setOpenFailure(OpenFailure::Other);
             return false;
+        }
         ReceivedModel model;
-        if (!readModelStream(process, observer, model) || !process.finish())
-            return false; // the process object kills and reaps the helper
+        if (!readModelStream(process, observer, model) || !process.finish()) {
+            process.kill(); // reaps the helper, so that its status says why
+            file.setOpenFailure(process.cancelled() ? OpenFailure::Cancelled
+                                                    : helperFailure(process.waitStatus(), process.stalled(),
+                                                                    process.killedByParent(), process.diagnostics()));
+            return false;
+        }
         model.moveInto(file);
         return true;
+    } catch (const std::bad_alloc &) {
+        file.setOpenFailure(OpenFailure::OutOfMemory); // while receiving
+        return false;
     } catch (const std::exception &) {
-        return false; // out of memory while receiving
+        file.setOpenFailure(OpenFailure::Other);
+        return false;
     }
 }
 

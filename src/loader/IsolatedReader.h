@@ -4,6 +4,7 @@
 #include "model/FileReader.h"
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -17,10 +18,14 @@ struct IsolatedLoadOptions {
     std::chrono::milliseconds stallTimeout{30000};
     /// Passed on to the helper's own load.
     LoadOptions load;
+    /// The helper's address-space limit in bytes; 0 lets it derive one from the file's size
+    /// and the machine's memory.
+    std::uint64_t memoryLimit = 0;
 };
 
 /// Reads the file in a vellum-loader helper process and receives the model over a pipe. False
-/// (and the file unchanged) when the helper cannot start, crashes, stalls, sends anything
+/// (and the file unchanged but for its open failure) when the file fails the check before
+/// reading, the helper cannot start, crashes, stalls, runs out of memory, sends anything
 /// malformed, ends without a complete model, or the observer cancels; the helper is then
 /// killed and reaped.
 [[nodiscard]] bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedLoadOptions &options = {});

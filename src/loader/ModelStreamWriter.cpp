@@ -114,6 +114,9 @@ void ModelStreamWriter::tableGrowing(std::size_t position, const TOrbMDBTable &t
 
 bool ModelStreamWriter::finish()
 {
+    WireWriter losses;
+    encodeLosses(losses, m_relationships.losses());
+    send(LoaderMessage::Losses, std::move(losses));
     WireWriter message;
     message.putU64(m_count);
     send(LoaderMessage::End, std::move(message));

@@ -29,7 +29,8 @@ public:
 
     /// Writes the stream header.
     [[nodiscard]] bool begin();
-    /// Writes End and waits until everything queued went out; true when every message did.
+    /// Writes the losses the load reported into the relationships' file, then End, and waits until everything queued
+    /// went out; true when every message did.
     [[nodiscard]] bool finish();
 
     void tableStarted(const std::string &name, std::size_t index, std::size_t count) override;

@@ -256,6 +256,39 @@ std::unique_ptr<TOrbMDBForeignKey> decodeForeignKey(WireReader &reader)
     return reader.ok() ? std::move(key) : nullptr;
 }
 
+void encodeLosses(WireWriter &writer, const std::vector<LossReport> &losses)
+{
+    writer.putU64(losses.size());
+    for (const LossReport &loss : losses) {
+        writer.putU64(static_cast<std::uint64_t>(loss.kind));
+        writer.putString(loss.table);
+        writer.putU64(loss.count);
+        writer.putU64(loss.expected);
+    }
+}
+
+bool decodeLosses(WireReader &reader, std::vector<LossReport> &losses)
+{
+    const std::uint64_t count = reader.getU64();
+    // Each loss takes at least its kind, the name's length and two counts: 28 bytes.
+    if (!reader.ok() || count > reader.remaining() / 28)
+        return false;
+    for (std::uint64_t i = 0; i < count; ++i) {
+        const std::uint64_t kind = reader.getU64();
+        if (kind > static_cast<std::uint64_t>(LossReport::Kind::LongValues))
+            return false;
+        LossReport loss;
+        loss.kind = static_cast<LossReport::Kind>(kind);
+        loss.table = reader.getString();
+        loss.count = reader.getU64();
+        loss.expected = reader.getU64();
+        if (!reader.ok())
+            return false;
+        losses.push_back(std::move(loss));
+    }
+    return true;
+}
+
 void encodeCatalogObjects(WireWriter &writer, const TOrbMDBFile &file)
 {
     writer.putU64(file.linkedTables().size());
@@ -370,8 +403,11 @@ void ReceivedModel::moveInto(TOrbMDBFile &file)
         file.addLinkedTable(std::move(link));
     for (auto &query : queries)
         file.addQuery(std::move(query));
+    for (auto &loss : losses)
+        file.addLoss(std::move(loss));
     linkedTables.clear();
     queries.clear();
+    losses.clear();
     for (auto &table : tables)
         file.addTable(std::move(table));
     foreignKeys.clear();
@@ -395,6 +431,7 @@ bool readModelStream(ByteSource &source, LoadObserver *observer, ReceivedModel &
     }
 
     bool haveCatalog = false;
+    bool haveLosses = false;
     std::size_t received = 0;
     std::map<std::uint64_t, PartialStore> partial; // tables whose storage has begun to arrive
     for (;;) {
@@ -471,9 +508,16 @@ bool readModelStream(ByteSource &source, LoadObserver *observer, ReceivedModel &
                 return false;
             break;
         }
+        case LoaderMessage::Losses: {
+            if (!haveCatalog || haveLosses || !decodeLosses(reader, model.losses))
+                return false;
+            haveLosses = true;
+            break;
+        }
         case LoaderMessage::End: {
             const std::uint64_t count = reader.getU64();
-            return reader.endMessage() && haveCatalog && count == model.tables.size() && received == count;
+            return reader.endMessage() && haveCatalog && haveLosses && count == model.tables.size() &&
+                   received == count;
         }
         default:
             return false;

@@ -3,13 +3,14 @@
 // The loader's pipe format: how vellum-loader sends a loaded model to the process that opens
 // the file. A stream is the header (magic and version), then messages (type byte, 64-bit
 // length, content): one Catalog, any number of TableStarted and Rows, one Table per kept
-// table, and End. A large table may send the finished part of its row storage ahead in
-// TablePart messages while it is still loading, so that the transfer overlaps the loading; its
-// Table message then carries the rest.
+// table, one Losses (what the load could not read), and End. A large table may send the finished part of its row
+// storage ahead in TablePart messages while it is still loading, so that the transfer overlaps the loading; its Table
+// message then carries the rest.
 
 #include "loader/WireReader.h"
 #include "loader/WireWriter.h"
 
+#include "model/LossReport.h"
 #include "model/TableStore.h"
 
 #include <cstdint>
@@ -28,7 +29,7 @@ class TOrbMDBTable;
 /// The first bytes of every stream.
 inline constexpr char kLoaderStreamMagic[8] = {'V', 'L', 'M', 'L', 'O', 'A', 'D', 'R'};
 /// Raised whenever the layout of any message changes.
-constexpr std::uint32_t kLoaderStreamVersion = 6;
+constexpr std::uint32_t kLoaderStreamVersion = 7;
 
 enum class LoaderMessage : std::uint8_t {
     Catalog = 1,      ///< table count, expected rows, the relationships in the order read, linked tables, queries
@@ -37,6 +38,7 @@ enum class LoaderMessage : std::uint8_t {
     Table = 4,        ///< catalog position, then the whole table
     End = 5,          ///< table count again
     TablePart = 6,    ///< catalog position, then finished row storage of a table still loading
+    Losses = 7,       ///< what the load could not read, in the order found (right before End)
 };
 
 /// How much of a table's row storage has gone out in TablePart messages: blocks, row starts
@@ -61,6 +63,12 @@ struct PartialStore {
 void encodeForeignKey(WireWriter &writer, const TOrbMDBForeignKey &key);
 /// Reads a relationship; nullptr when the reader failed.
 std::unique_ptr<TOrbMDBForeignKey> decodeForeignKey(WireReader &reader);
+
+/// Appends a load's losses.
+void encodeLosses(WireWriter &writer, const std::vector<LossReport> &losses);
+/// Reads what encodeLosses wrote; false when anything does not fit (an unknown kind, a count
+/// beyond the message).
+[[nodiscard]] bool decodeLosses(WireReader &reader, std::vector<LossReport> &losses);
 
 /// Appends the file's linked tables and saved queries.
 void encodeCatalogObjects(WireWriter &writer, const TOrbMDBFile &file);
@@ -88,9 +96,10 @@ struct ReceivedModel {
     std::vector<std::unique_ptr<TOrbMDBForeignKey>> foreignKeys;
     std::vector<std::unique_ptr<TOrbMDBLinkedTable>> linkedTables;
     std::vector<std::unique_ptr<TOrbMDBQuery>> queries;
+    std::vector<LossReport> losses;
 
-    /// Hands the relationships, linked tables, queries and then the tables to `file`, in the order received; this
-    /// model is left empty.
+    /// Hands the relationships, linked tables, queries, losses and then the tables to `file`, in the order
+    /// received; this model is left empty.
     void moveInto(TOrbMDBFile &file);
 };
 

@@ -171,8 +171,10 @@ void FieldReader::appendCalculated(TableStore &store, Decode decode, StoredBytes
 std::optional<std::string> FieldReader::readLong(StoredBytes bytes)
 {
     auto value = readLongValue(m_mdb, bytes, m_longValueLimit);
-    if (!value)
+    if (!value) {
         ++m_undecoded;
+        ++m_lostLongValues;
+    }
     return value;
 }
 

@@ -42,6 +42,8 @@ public:
     /// Values that were stored but could not be decoded (a broken long-value chain, a date
     /// outside the years Access knows, a field of the wrong size); each became the null marker.
     std::uint64_t undecodedValues() const { return m_undecoded; }
+    /// Of those, the memo and OLE values whose stored pages could not be read.
+    std::uint64_t lostLongValues() const { return m_lostLongValues; }
 
 private:
     enum class Decode : unsigned char {
@@ -82,6 +84,7 @@ private:
     iconv_t m_jet3Iconv = reinterpret_cast<iconv_t>(-1);
     std::uint64_t m_longValueLimit;
     std::uint64_t m_undecoded = 0;
+    std::uint64_t m_lostLongValues = 0;
     std::string m_scratch;
 };
 

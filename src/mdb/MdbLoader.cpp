@@ -1,5 +1,6 @@
 #include "mdb/MdbLoader.h"
 
+#include "mdb/CatalogReader.h"
 #include "mdb/FieldReader.h"
 #include "mdb/indexDefinitions.h"
 #include "mdb/mdbColumnsUnsorted.h"
@@ -32,6 +33,7 @@ namespace vellum {
 namespace {
 
 constexpr unsigned kMaxColumns = 4096; // Access allows 255; more means a damaged definition
+constexpr unsigned kMaxIndexes = 1024; // Access allows 32; libmdb reads every index a definition states
 constexpr unsigned kHiddenDataTableFlags = 0x800a0000u;
 constexpr std::uint64_t kTickEveryRows = 1024;
 constexpr auto kRowsReportInterval = std::chrono::milliseconds(20);
@@ -134,7 +136,7 @@ struct PageRange {
 /// stored bytes; false when the ticker stopped it.
 bool getRowsFromMdbTableDef(TableStore &store, MdbTableDef *tdef, MdbHandle *mdb, GPtrArray *stored,
                             const std::vector<ColumnDescriptorFlags> &flags, const std::string &codePage,
-                            const RowTicker &tick, const PageRange &range = {})
+                            const RowTicker &tick, std::uint64_t &lostLongValues, const PageRange &range = {})
 {
     std::vector<MdbColumn *> cols;
     std::vector<ColumnDescriptorFlags> colFlags;
@@ -146,6 +148,12 @@ bool getRowsFromMdbTableDef(TableStore &store, MdbTableDef *tdef, MdbHandle *mdb
         colFlags.push_back(i < flags.size() ? flags[i] : ColumnDescriptorFlags{});
     }
     FieldReader reader(mdb, std::move(cols), colFlags, codePage);
+    // Counted on every way out, a stopped read included.
+    struct LostCounter {
+        const FieldReader &reader;
+        std::uint64_t &lost;
+        ~LostCounter() { lost += reader.lostLongValues(); }
+    } counter{reader, lostLongValues};
     std::uint64_t untold = 0;
     mdb_rewind_table(tdef);
     if (range.part == PageRange::Part::Back)
@@ -224,7 +232,10 @@ void readRelationships(TOrbMDBFile &file, MdbTableDef *tdef)
     for (unsigned i = 0; i < n; ++i) {
         buffers[i].reset(new char[kBindBufferSize]);
         buffers[i][0] = '\0';
-        mdb_bind_column(tdef, static_cast<int>(i + 1), buffers[i].get(), nullptr);
+        // A memo or OLE column here is damage: libmdb would follow its chain without bound.
+        auto *col = static_cast<MdbColumn *>(g_ptr_array_index(tdef->columns, i));
+        if (col && col->col_type != MDB_MEMO && col->col_type != MDB_OLE)
+            mdb_bind_column(tdef, static_cast<int>(i + 1), buffers[i].get(), nullptr);
     }
     mdb_rewind_table(tdef);
     while (mdb_fetch_row(tdef)) {
@@ -289,7 +300,7 @@ public:
     /// any part cannot be read.
     bool read(MdbTableDef *tdef)
     {
-        if (tdef->num_cols > kMaxColumns)
+        if (tdef->num_cols > kMaxColumns || tdef->num_idxs > kMaxIndexes || tdef->num_real_idxs > kMaxIndexes)
             return false;
         if (!mdb_read_columns(tdef) || !tdef->columns)
             return false;
@@ -428,8 +439,9 @@ struct BackHalf {
     std::uint32_t splitPage = 0; ///< the first data page of the back half
     std::uint64_t rowBound = 0;  ///< more rows than the file can hold (a damaged count may say more)
     TableStore rows;
-    bool done = false; ///< guarded by the hub's mutex
-    bool ok = false;   ///< guarded by the hub's mutex
+    std::uint64_t lostLongValues = 0; ///< of the back half, set by the thread that reads it
+    bool done = false;                ///< guarded by the hub's mutex
+    bool ok = false;                  ///< guarded by the hub's mutex
 };
 
 /// A kept table as the catalog walk leaves it: complete but for its rows.
@@ -441,6 +453,9 @@ struct PlannedTable {
     std::uint64_t cost = 0;             ///< estimated cells
     std::unique_ptr<BackHalf> backHalf; ///< set when a second handle reads the later pages
     std::string codePage;               ///< of Jet 3 text
+    std::string name{};                 ///< the kept name, after the table has gone to the sink
+    std::uint64_t rowsRead = 0;         ///< set once the rows are loaded
+    std::uint64_t lostLongValues = 0;   ///< memo and OLE values that could not be read
 };
 
 /// Walks the catalog in order: reads "MSysRelationships" and the saved queries into `file` and
@@ -450,6 +465,11 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
                  const std::string &codePage)
 {
     std::vector<StoredQueryRow> queryRows;
+    // A user table whose definition cannot be read is missing from the file: say so.
+    const auto lostDefinition = [&file](MdbCatalogEntry *entry) {
+        if (mdb_is_user_table(entry))
+            file.addLoss(LossReport{LossReport::Kind::TableDefinition, entry->object_name, 0, 0});
+    };
     const bool modernFormat = mdb->f->jet_version >= MDB_VER_ACCDB_2007;
     // The name given to the last kept table; a hidden data table without a primary-key
     // column takes it over (it is never reset between entries).
@@ -460,8 +480,10 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
         if (!entry || entry->object_type != MDB_TABLE)
             continue;
         TableDefPtr tdef(mdb_read_table(entry));
-        if (!tdef)
+        if (!tdef) {
+            lostDefinition(entry);
             continue;
+        }
         const bool user = mdb_is_user_table(entry);
         const bool hidden = !user && mdb_is_system_table(entry) && modernFormat &&
                             static_cast<unsigned>(entry->flags) == kHiddenDataTableFlags;
@@ -473,8 +495,10 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
             continue;
         }
         ColumnLayout layout;
-        if (!layout.read(tdef.get()))
+        if (!layout.read(tdef.get())) {
+            lostDefinition(entry);
             continue;
+        }
         if (sink.shouldCancel())
             return false;
         auto table = std::make_unique<TOrbMDBTable>();
@@ -503,6 +527,7 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
         const std::uint64_t rows = tdef->num_rows > 0 ? static_cast<std::uint64_t>(tdef->num_rows) : 0;
         const std::uint64_t cost = rows * std::max<std::uint64_t>(1, table->columns().size());
         plan.push_back(PlannedTable{i, entry->object_name, std::move(table), rows, cost, nullptr, {}});
+        plan.back().name = workingName;
     }
     addQueries(mdb, file, queryRows);
     return true;
@@ -548,7 +573,7 @@ std::uint32_t middleDataPage(MdbHandle *mdb, const PlannedTable &planned)
 /// `store`, reading its definition again; false when the entry or its columns differ from what
 /// the walk saw, or the ticker stopped the load.
 bool loadPlannedRows(MdbHandle *mdb, PlannedTable &planned, TableStore &store, const PageRange &range,
-                     const RowTicker &tick)
+                     const RowTicker &tick, std::uint64_t &lostLongValues)
 {
     MdbCatalogEntry *entry = plannedEntry(mdb, planned);
     if (!entry)
@@ -572,7 +597,7 @@ bool loadPlannedRows(MdbHandle *mdb, PlannedTable &planned, TableStore &store, c
     if (n != columns.size())
         return false;
     return getRowsFromMdbTableDef(store, tdef.get(), mdb, layout.stored(), layout.flags(), planned.codePage, tick,
-                                  range);
+                                  lostLongValues, range);
 }
 
 /// The rows phase. Hands the planned tables to the workers (in catalog order for one worker,
@@ -719,13 +744,15 @@ bool loadSplitTable(MdbHandle *mdb, RowLoadHub &hub, PlannedTable &planned, cons
     // Room for every row up front, so that joining the halves moves no row starts.
     store.reserveRows(static_cast<std::size_t>(std::min(planned.rows, half.rowBound)));
     const PageRange front{PageRange::Part::Front, half.splitPage};
-    if (!loadPlannedRows(mdb, planned, store, front, tick) || !hub.waitForBackHalf(half))
+    if (!loadPlannedRows(mdb, planned, store, front, tick, planned.lostLongValues) || !hub.waitForBackHalf(half))
         return false;
     if (!half.ok) {
         half.rows = TableStore(planned.table->columns().size());
         const PageRange back{PageRange::Part::Back, half.splitPage};
-        if (!loadPlannedRows(mdb, planned, half.rows, back, tick))
+        if (!loadPlannedRows(mdb, planned, half.rows, back, tick, planned.lostLongValues))
             return false;
+    } else {
+        planned.lostLongValues += half.lostLongValues;
     }
     const bool joined = store.appendStore(std::move(half.rows));
     planned.backHalf.reset();
@@ -754,13 +781,14 @@ bool runWorker(MdbHandle *mdb, RowLoadHub &hub, bool owner)
             return true;
         };
         PlannedTable &planned = hub.planned(*position);
-        const bool loaded = planned.backHalf
-                                ? loadSplitTable(mdb, hub, planned, tick)
-                                : loadPlannedRows(mdb, planned, planned.table->mutableStore(), PageRange{}, tick);
+        const bool loaded = planned.backHalf ? loadSplitTable(mdb, hub, planned, tick)
+                                             : loadPlannedRows(mdb, planned, planned.table->mutableStore(), PageRange{},
+                                                               tick, planned.lostLongValues);
         if (!loaded) {
             hub.fail();
             return false;
         }
+        planned.rowsRead = planned.table->store().rowCount();
         hub.tableFinished(*position);
         if (owner && !hub.deliver(false))
             return false;
@@ -794,7 +822,7 @@ void loadSharedTables(RowLoadHub &hub, const std::string &path, const std::strin
     try {
         // A handle that cannot be opened the same way simply does not help.
         HandlePtr own = openHandle(path, codePage);
-        if (own && mdb_read_catalog(own.get(), MDB_ANY) && own->num_catalog == catalogSize)
+        if (own && CatalogReader(own.get()).read() && own->num_catalog == catalogSize)
             runWorker(own.get(), hub, false);
     } catch (...) {
         hub.fail();
@@ -836,12 +864,13 @@ void readBackHalf(RowLoadHub &hub, const std::string &path, unsigned catalogSize
     bool ok = false;
     try {
         HandlePtr own = openHandle(path, split.codePage);
-        if (own && mdb_read_catalog(own.get(), MDB_ANY) && own->num_catalog == catalogSize) {
+        if (own && CatalogReader(own.get()).read() && own->num_catalog == catalogSize) {
             const RowTicker tick = [&hub](std::uint64_t rows) {
                 hub.addRows(rows);
                 return !hub.stopped();
             };
-            ok = loadPlannedRows(own.get(), split, half.rows, PageRange{PageRange::Part::Back, half.splitPage}, tick);
+            ok = loadPlannedRows(own.get(), split, half.rows, PageRange{PageRange::Part::Back, half.splitPage}, tick,
+                                 half.lostLongValues);
         }
     } catch (...) {
         ok = false;
@@ -942,16 +971,32 @@ bool loadDatabase(const std::string &path, TOrbMDBFile &relationships, LoadSink 
         if (!mdb)
             return false;
         std::vector<PlannedTable> plan;
-        if (mdb_read_catalog(mdb.get(), MDB_ANY) &&
-            !walkCatalog(mdb.get(), relationships, sink, plan, codePageOf(options)))
-            return false;
+        CatalogReader catalog(mdb.get());
+        if (!catalog.read()) {
+            relationships.addLoss(LossReport{LossReport::Kind::Catalog, {}, 0, 0});
+        } else {
+            if (catalog.entriesRead() < catalog.entriesStated())
+                relationships.addLoss(
+                    LossReport{LossReport::Kind::CatalogPart, {}, catalog.entriesRead(), catalog.entriesStated()});
+            if (!walkCatalog(mdb.get(), relationships, sink, plan, codePageOf(options)))
+                return false;
+        }
         for (PlannedTable &planned : plan)
             planned.codePage = codePageOf(options);
         std::uint64_t expectedRows = 0;
         for (const PlannedTable &planned : plan)
             expectedRows += planned.rows;
         sink.catalogRead(plan.size(), expectedRows);
-        return loadRows(path, mdb.get(), plan, sink, options);
+        if (!loadRows(path, mdb.get(), plan, sink, options))
+            return false;
+        for (const PlannedTable &planned : plan) {
+            if (planned.rowsRead < planned.rows)
+                relationships.addLoss(LossReport{LossReport::Kind::Rows, planned.name, planned.rowsRead, planned.rows});
+            if (planned.lostLongValues)
+                relationships.addLoss(
+                    LossReport{LossReport::Kind::LongValues, planned.name, planned.lostLongValues, 0});
+        }
+        return true;
     } catch (const std::exception &) {
         return false; // out of memory, or no thread could be started
     }
@@ -960,7 +1005,7 @@ bool loadDatabase(const std::string &path, TOrbMDBFile &relationships, LoadSink 
 bool loadFileInProcess(TOrbMDBFile &file, LoadObserver *observer, const LoadOptions &options)
 {
     FileSink sink(observer);
-    return loadDatabase(file.fullPath(), file, sink, options) && sink.commit(file);
+    return loadDatabase(file.openPath(), file, sink, options) && sink.commit(file);
 }
 
 } // namespace vellum

@@ -55,10 +55,14 @@ std::optional<std::string> readLongValue(MdbHandle *mdb, std::span<const unsigne
     if (header & ~kLengthMask)
         return std::nullopt; // a flag combination no writer makes
     out.reserve(length);
+    // No chain has more links than the file has pages: a longer one is damaged even when it
+    // visits no row twice (rows that hold no data would otherwise keep it going).
+    const std::uint64_t pageSize = mdb->fmt->pg_size > 0 ? static_cast<std::uint64_t>(mdb->fmt->pg_size) : 1;
+    const std::uint64_t maxLinks = limit / pageSize + 1;
     std::unordered_set<std::uint32_t> visited;
     while (out.size() < length) {
-        if (pgRow == 0 || !visited.insert(pgRow).second)
-            return std::nullopt; // the chain ends early or loops
+        if (pgRow == 0 || visited.size() >= maxLinks || !visited.insert(pgRow).second)
+            return std::nullopt; // the chain ends early, loops or is longer than the file
         const auto row = rowAt(mdb, pgRow);
         if (!row || row->size() < 4)
             return std::nullopt;

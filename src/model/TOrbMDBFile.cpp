@@ -54,6 +54,14 @@ std::string TOrbMDBFile::fullPath() const
     return formatObjects("%@/%@.%@", {m_path, m_name, m_ext});
 }
 
+std::string TOrbMDBFile::openPath() const
+{
+    std::string path = m_path + "/" + m_name;
+    if (!m_ext.empty())
+        path += "." + m_ext;
+    return path;
+}
+
 TOrbMDBTable *TOrbMDBFile::addTable(std::unique_ptr<TOrbMDBTable> table)
 {
     table->setFile(this);
@@ -95,6 +103,7 @@ bool TOrbMDBFile::open(FileReader &reader, LoadObserver *observer)
     if (m_fActive)
         return true;
     m_openFailure = OpenFailure::None;
+    m_losses.clear();
     if (!reader.read(*this, observer)) {
         if (m_openFailure == OpenFailure::None)
             m_openFailure = OpenFailure::Other;
@@ -127,6 +136,7 @@ void TOrbMDBFile::close()
     m_allForeignKeys.clear();
     m_linkedTables.clear();
     m_queries.clear();
+    m_losses.clear();
     m_fActive = false;
 }
 
@@ -174,6 +184,11 @@ void TOrbMDBFile::informationRows(std::vector<std::string> &labels, std::vector<
     values = {formatObjects("%@.%@", {m_name, m_ext}), m_path,
               formatComputerFileSize(m_size),          dateWithFinderFormat(m_createDate),
               dateWithFinderFormat(m_modifyDate),      dateWithFinderFormat(m_lastOpenDate)};
+    // What the last open could not read, one row a loss, after the file's own rows.
+    for (const LossReport &loss : m_losses) {
+        labels.push_back("Not read");
+        values.push_back(lossText(loss));
+    }
 }
 
 } // namespace vellum

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/LossReport.h"
 #include "model/OpenFailure.h"
 #include "model/TOrbMDBForeignKey.h"
 #include "model/TOrbMDBLinkedTable.h"
@@ -62,6 +63,9 @@ public:
 
     /// "%@/%@.%@" of folder, name and extension.
     std::string fullPath() const;
+    /// The path to read the file at: folder, name and, when there is one, "." and the
+    /// extension (a file without an extension, or named ".mdb", has no trailing dot).
+    std::string openPath() const;
 
     const std::vector<std::unique_ptr<TOrbMDBTable>> &tables() const { return m_tables; }
     TOrbMDBTable *addTable(std::unique_ptr<TOrbMDBTable> table);
@@ -82,6 +86,10 @@ public:
     OpenFailure openFailure() const { return m_openFailure; }
     /// Set by the reader that fails to read this file.
     void setOpenFailure(OpenFailure failure) { m_openFailure = failure; }
+    /// What the last `open` could not read (in the order found); empty when it read everything.
+    const std::vector<LossReport> &losses() const { return m_losses; }
+    /// Set by the reader.
+    void addLoss(LossReport loss) { m_losses.push_back(std::move(loss)); }
     /// Unloads tables, relationships, linked tables and queries; the file stays in the list and can be opened again.
     void close();
 
@@ -114,6 +122,7 @@ private:
     std::vector<std::unique_ptr<TOrbMDBQuery>> m_queries;
     bool m_fActive = false;
     OpenFailure m_openFailure = OpenFailure::None;
+    std::vector<LossReport> m_losses;
 };
 
 } // namespace vellum

@@ -66,12 +66,38 @@ ImageLayout analyseImage(const std::vector<std::uint8_t> &image)
             layout.definitionPages.push_back(page);
         else if (image[at] == 0x01 && readU32(image, at + 4) == 2)
             layout.catalogPages.push_back(page);
+        else if (image[at] == 0x01 && std::memcmp(image.data() + at + 4, "LVAL", 4) == 0)
+            layout.longValuePages.push_back(page);
     }
     const char *signature = layout.jet3 ? "KKD" : "MR2";
     for (std::size_t at = 0; at + 4 <= image.size(); ++at)
         if (std::memcmp(image.data() + at, signature, 4) == 0) // with its terminating zero
             layout.propertyOffsets.push_back(at);
     return layout;
+}
+
+void loopLongValueChains(std::vector<std::uint8_t> &bytes, const ImageLayout &layout)
+{
+    // Row count and offsets: at 8 and 10 on a Jet 3 page, at 12 and 14 on later ones; an
+    // offset's top bits are flags.
+    const std::size_t countAt = layout.jet3 ? 8 : 12;
+    constexpr std::uint16_t offsetMask = 0x1FFF;
+    for (const std::size_t page : layout.longValuePages) {
+        const std::size_t at = page * layout.pageSize;
+        if (at + layout.pageSize > bytes.size())
+            continue;
+        const std::size_t rows = bytes[at + countAt] | (bytes[at + countAt + 1] << 8);
+        for (std::size_t row = 0; row < rows && row < 256; ++row) {
+            const std::size_t entry = at + countAt + 2 + 2 * row;
+            if (entry + 2 > at + layout.pageSize)
+                break;
+            const std::size_t start = (bytes[entry] | (bytes[entry + 1] << 8)) & offsetMask;
+            if (start < countAt + 2 || start + 4 > layout.pageSize)
+                continue;
+            const std::uint32_t self = static_cast<std::uint32_t>(page << 8 | row);
+            std::memcpy(bytes.data() + at + start, &self, 4);
+        }
+    }
 }
 
 std::vector<Damage> damagesFor(const std::vector<std::uint8_t> &image, std::uint64_t seed)
@@ -164,6 +190,22 @@ std::vector<Damage> damagesFor(const std::vector<std::uint8_t> &image, std::uint
             edits.emplace_back(p * page + definitionStart + dice.below(600), dice.nonZeroByte());
         add("definition-page-" + std::to_string(p) + "-flips-" + std::to_string(count), flips(std::move(edits)));
     }
+
+    // The catalog's definition (page 2) of another page type: the catalog cannot be read.
+    add("catalog-unreadable", overwrite(2 * page, {0x01}));
+    // The last two table definitions (user tables come after the system ones) of another page
+    // type: those tables cannot be read.
+    for (std::size_t k = 0; k < 2; ++k) {
+        const std::size_t n = layout.definitionPages.size();
+        const std::size_t p = n > k ? layout.definitionPages[n - 1 - k] : 3 + k;
+        add("definition-unreadable-" + std::to_string(p), overwrite(p * page, {0x01}));
+    }
+    // Long-value chains (memo and OLE values longer than a page) that loop.
+    add("long-value-chains-loop", [layout](std::vector<std::uint8_t> &bytes) { loopLongValueChains(bytes, layout); });
+    add("long-value-chains-loop-truncated", [layout](std::vector<std::uint8_t> &bytes) {
+        loopLongValueChains(bytes, layout);
+        bytes.resize(bytes.size() - bytes.size() / 8 / layout.pageSize * layout.pageSize);
+    });
     return damages;
 }
 

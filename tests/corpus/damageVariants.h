@@ -24,14 +24,20 @@ struct ImageLayout {
     std::vector<std::size_t> catalogPages;    ///< data pages of MSysObjects (its definition is page 2)
     std::vector<std::size_t> definitionPages; ///< table definition pages (columns, indexes)
     std::vector<std::size_t> propertyOffsets; ///< property blocks ("MR2" / "KKD" signatures)
+    std::vector<std::size_t> longValuePages;  ///< data pages of long values (memo, OLE): "LVAL" owner
 };
 
 /// Walks the pages of an image.
 ImageLayout analyseImage(const std::vector<std::uint8_t> &image);
 
+/// Makes every row on the long-value pages of `layout` point at itself as the next link of its
+/// chain: a value stored along a chain then loops forever unless the reader stops it.
+void loopLongValueChains(std::vector<std::uint8_t> &bytes, const ImageLayout &layout);
+
 /// The damages derived from one image, always the same for the same image and seed:
-/// truncations, zeroed and random pages, and flipped bytes in the catalog, in property blocks
-/// and in column definition pages (45 in all).
+/// truncations, zeroed and random pages, flipped bytes in the catalog, in property blocks and
+/// in column definition pages, an unreadable catalog, unreadable table definitions, and long
+/// value chains whose every link points back at itself (50 in all).
 std::vector<Damage> damagesFor(const std::vector<std::uint8_t> &image, std::uint64_t seed);
 
 } // namespace vellum::test

@@ -316,12 +316,33 @@ private slots:
         bogus.close();
         openAndWait({bogus.fileName()});
         QCOMPARE(m_alerts, QStringList({"Error|File (bogus.mdb) cannot be opened"}));
+        QCOMPARE(m_window->lastAlertInformativeText(), QString("It is not a Microsoft Access database."));
         QVERIFY(RecentDocuments().paths().empty());
         QCOMPARE(m_window->fileListModel()->rowCount(), 0); // the failed entry is dropped again
 
         m_alerts.clear();
         m_window->Export(ExportFileType::CSV);
         QCOMPARE(m_alerts, QStringList({"No MDB File selected.|Please select a file from the file list first."}));
+    }
+
+    void showsWhatAFileWithADamagedCatalogLost()
+    {
+        makeWindow();
+        const QString path = test::copyFixture("features.mdb", m_dir.path(), "nocatalog.mdb");
+        QFile damaged(path);
+        QVERIFY(damaged.open(QIODevice::ReadWrite));
+        QVERIFY(damaged.seek(2 * 4096)); // the catalog's definition page, now of another type
+        QVERIFY(damaged.write(QByteArray(1, '\x01')) == 1);
+        damaged.close();
+        openAndWait({path});
+        QVERIFY(m_alerts.isEmpty()); // it opens, with no tables
+        QCOMPARE(m_window->controller().recentFiles().size(), std::size_t{1});
+        TOrbMDBFile *file = m_window->controller().recentFiles()[0];
+        QVERIFY(file->active());
+        QVERIFY(file->tables().empty());
+        QTRY_COMPARE(status(), QString("This file could not be read completely: its catalog is unreadable"));
+        const auto labels = file->getObjectLabels();
+        QCOMPARE(labels.back(), std::string("Not read"));
     }
 
     void followsTheSystemList()

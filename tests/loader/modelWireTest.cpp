@@ -158,6 +158,46 @@ TEST(ModelWire, CarriesLinkedTablesAndQueries)
     EXPECT_EQ(received.linkedTables()[1]->file(), &received);
 }
 
+TEST(ModelWire, CarriesLossesAndRefusesUnknownOrRepeatedOnes)
+{
+    TOrbMDBFile sent;
+    const std::vector<LossReport> losses = {
+        {LossReport::Kind::CatalogPart, "", 47, 50},
+        {LossReport::Kind::TableDefinition, "Orders", 0, 0},
+        {LossReport::Kind::Rows, "Items", 120, 500},
+        {LossReport::Kind::LongValues, "Pictures", 3, 0},
+    };
+    for (const LossReport &loss : losses)
+        sent.addLoss(loss);
+    std::string bytes;
+    {
+        ModelStreamWriter writer(appendingTo(bytes), sent);
+        ASSERT_TRUE(writer.begin());
+        writer.catalogRead(0, 0);
+        ASSERT_TRUE(writer.finish());
+    }
+    TOrbMDBFile received;
+    ASSERT_TRUE(decodeInto(bytes, received));
+    EXPECT_EQ(received.losses(), losses);
+
+    const std::vector<std::size_t> offsets = messageOffsets(bytes);
+    ASSERT_EQ(offsets.size(), 3u); // Catalog, Losses, End
+    ASSERT_EQ(static_cast<LoaderMessage>(bytes[offsets[1]]), LoaderMessage::Losses);
+    const std::string lossesMessage = bytes.substr(offsets[1], offsets[2] - offsets[1]);
+    std::string unknownKind = bytes;
+    unknownKind[offsets[1] + 1 + 8 + 8] = 9; // the first loss's kind
+    std::string repeated = bytes;
+    repeated.insert(offsets[2], lossesMessage);
+    std::string missing = bytes;
+    missing.erase(offsets[1], lossesMessage.size());
+    std::string countTooLarge = bytes;
+    countTooLarge[offsets[1] + 1 + 8 + 7] = 1; // the count's top byte
+    for (const std::string &bad : {unknownKind, repeated, missing, countTooLarge}) {
+        TOrbMDBFile file;
+        EXPECT_FALSE(decodeInto(bad, file));
+    }
+}
+
 TEST(ModelWire, RefusesEveryCutShortStream)
 {
     const std::string bytes = encodeFixture(test::fixturePath("ole.mdb"));

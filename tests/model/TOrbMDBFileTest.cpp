@@ -3,10 +3,15 @@
 #include "mdb/InProcessReader.h"
 #include "model/FileReader.h"
 #include "model/TOrbMDBFile.h"
+#include "model/fileCheck.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include <sys/stat.h>
 
 namespace vellum {
 namespace {
@@ -252,6 +257,108 @@ TEST(TOrbMDBFile, PathPartsAndInformationRows)
     b.setName("Data");
     b.setPath("/a");
     EXPECT_GT(a.compareByName(b), 0); // equal names fall back to the folder
+}
+
+TEST(TOrbMDBFile, FilesWithoutAnExtensionOpenFromTheirRealName)
+{
+    char tmpl[] = "/tmp/vellum-names-XXXXXX";
+    ASSERT_NE(mkdtemp(tmpl), nullptr);
+    const std::string folder = tmpl;
+    std::ifstream in(fixturePath("features.mdb"), std::ios::binary);
+    const std::string image((std::istreambuf_iterator<char>(in)), {});
+    struct Case {
+        std::string name;
+        std::string display; // the "%@/%@.%@" rule, kept where a path is shown
+    };
+    for (const Case &c : {Case{"noextension", folder + "/noextension."}, Case{".mdb", folder + "/.mdb."},
+                          Case{"two.dots.mdb", folder + "/two.dots.mdb"}}) {
+        SCOPED_TRACE(c.name);
+        const std::string path = folder + "/" + c.name;
+        std::ofstream(path, std::ios::binary) << image;
+        auto file = TOrbMDBFile::fromPath(path);
+        EXPECT_EQ(file->openPath(), path);
+        EXPECT_EQ(file->fullPath(), c.display);
+        InProcessReader reader;
+        EXPECT_TRUE(file->open(reader, nullptr));
+        EXPECT_FALSE(file->tables().empty());
+        EXPECT_EQ(file->openFailure(), OpenFailure::None);
+    }
+    std::filesystem::remove_all(folder);
+}
+
+TEST(TOrbMDBFile, TheCheckBeforeReadingNamesWhyAFileCannotBeRead)
+{
+    char tmpl[] = "/tmp/vellum-check-XXXXXX";
+    ASSERT_NE(mkdtemp(tmpl), nullptr);
+    const std::string folder = tmpl;
+    std::ifstream in(fixturePath("features.accdb"), std::ios::binary);
+    std::string header(4096, '\0');
+    in.read(header.data(), static_cast<std::streamsize>(header.size()));
+    const auto write = [&](const std::string &name, const std::string &bytes) {
+        std::ofstream(folder + "/" + name, std::ios::binary) << bytes;
+        return folder + "/" + name;
+    };
+    const std::string fifo = folder + "/pipe.mdb";
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    std::filesystem::create_directory(folder + "/folder.mdb");
+    std::filesystem::create_symlink("/dev/zero", folder + "/device.mdb");
+    std::filesystem::create_symlink(folder + "/gone", folder + "/dangling.mdb");
+    std::string jet3 = header;
+    jet3.replace(4, 15, "Standard Jet DB");
+    struct Case {
+        std::string path;
+        OpenFailure expected;
+    };
+    const std::vector<Case> cases = {
+        {fixturePath("features.mdb"), OpenFailure::None},
+        {write("ace.accdb", header), OpenFailure::None},
+        {write("jet.mdb", jet3), OpenFailure::None},
+        {write("empty.mdb", ""), OpenFailure::NotAccessFile},
+        {write("short.mdb", header.substr(0, 12)), OpenFailure::NotAccessFile},
+        {write("zeros.mdb", std::string(1 << 20, '\0')), OpenFailure::NotAccessFile},
+        {write("text.mdb", "Standard Jet DB, but not at its place\n"), OpenFailure::NotAccessFile},
+        {fifo, OpenFailure::NotRegularFile},
+        {folder + "/folder.mdb", OpenFailure::NotRegularFile},
+        {folder + "/device.mdb", OpenFailure::NotRegularFile},
+        {folder + "/dangling.mdb", OpenFailure::NotFound},
+        {folder + "/missing.mdb", OpenFailure::NotFound},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.path);
+        EXPECT_EQ(checkDatabaseFile(c.path), c.expected);
+        if (c.expected == OpenFailure::None)
+            continue;
+        // Every reader refuses the file with the same reason, before reading it.
+        InProcessReader reader;
+        auto file = TOrbMDBFile::fromPath(c.path);
+        EXPECT_FALSE(file->open(reader, nullptr));
+        EXPECT_EQ(file->openFailure(), c.expected);
+    }
+    std::filesystem::remove_all(folder);
+}
+
+TEST(TOrbMDBFile, LossesAreListedAfterTheInformationRowsAndClearedByTheNextOpen)
+{
+    class LossyReader : public FileReader {
+    public:
+        bool read(TOrbMDBFile &file, LoadObserver *) override
+        {
+            file.addLoss(LossReport{LossReport::Kind::TableDefinition, "Orders", 0, 0});
+            file.addLoss(LossReport{LossReport::Kind::Rows, "Items", 120, 500});
+            return true;
+        }
+    } reader;
+    TOrbMDBFile file;
+    ASSERT_TRUE(file.open(reader, nullptr));
+    const std::vector<std::string> labels = file.getObjectLabels();
+    ASSERT_EQ(labels.size(), 8u);
+    EXPECT_EQ(labels[6], "Not read");
+    EXPECT_EQ(lossNotice(file.losses()),
+              "This file could not be read completely: 1 table is missing, 1 table is missing rows");
+    EXPECT_EQ(lossText(file.losses()[1]), "table \"Items\" could not be read: only 120 of 500 rows could be read");
+    file.close();
+    EXPECT_TRUE(file.losses().empty());
+    EXPECT_EQ(file.getObjectLabels().size(), 6u);
 }
 
 } // namespace

@@ -519,8 +519,10 @@ void VellumAppDelegate::childWillShowSubmenu(const IndexPath &path)
     TOrbMDBFile *file = item->object.file;
     loadFile(file, [this, file](LoadResult result) {
         if (result == LoadResult::Failed) {
-            showAlert(localizedQ("Error"), toQString(localizedFormat("File (%@) cannot be opened",
-                                                                     {fileNameWithExtension(file).toStdString()})));
+            showAlert(
+                localizedQ("Error"),
+                toQString(localizedFormat("File (%@) cannot be opened", {fileNameWithExtension(file).toStdString()})),
+                toQString(openFailureText(file->openFailure())));
             return;
         }
         if (result != LoadResult::Opened)
@@ -781,7 +783,7 @@ void VellumAppDelegate::openPathsInTurn(QStringList paths, bool alertAsPanel)
             m_fileTree->scrollTo(index);
         } else if (result == LoadResult::Failed) {
             m_controller.clearSelection();
-            popFileOpenAlert(QFileInfo(path).fileName());
+            popFileOpenAlert(QFileInfo(path).fileName(), file ? file->openFailure() : OpenFailure::Other);
         }
         // The next path after the loader's own bookkeeping is done.
         QTimer::singleShot(0, this, [this, paths, alertAsPanel] { openPathsInTurn(paths, alertAsPanel); });
@@ -794,7 +796,7 @@ void VellumAppDelegate::OpenSelectedFile(TOrbMDBFile *file)
         return;
     loadFile(file, [this, file](LoadResult result) {
         if (result == LoadResult::Failed) {
-            popFileOpenAlert(fileNameWithExtension(file));
+            popFileOpenAlert(fileNameWithExtension(file), file->openFailure());
         } else if (result == LoadResult::Opened) {
             m_controller.noteRecentDocument(file);
             refreshRecentFiles();
@@ -899,21 +901,25 @@ void VellumAppDelegate::clearRecentDocuments()
 void VellumAppDelegate::ShowInFinder(TOrbMDBFile *file)
 {
     if (file)
-        revealInFileManager(toQString(file->fullPath()));
+        revealInFileManager(toQString(file->openPath()));
 }
 
-void VellumAppDelegate::popFileOpenAlert(const QString &fileName)
+void VellumAppDelegate::popFileOpenAlert(const QString &fileName, OpenFailure failure)
 {
-    showAlert(localizedQ("Error"), toQString(localizedFormat("File (%@) cannot be opened", {fileName.toStdString()})));
+    showAlert(localizedQ("Error"), toQString(localizedFormat("File (%@) cannot be opened", {fileName.toStdString()})),
+              toQString(openFailureText(failure)));
 }
 
-void VellumAppDelegate::showAlert(const QString &title, const QString &text)
+void VellumAppDelegate::showAlert(const QString &title, const QString &text, const QString &informative)
 {
+    m_lastAlertInformative = informative;
     if (m_alert) {
         m_alert(title, text);
         return;
     }
     auto *box = new QMessageBox(QMessageBox::Warning, title, text, QMessageBox::Ok, this);
+    if (!informative.isEmpty())
+        box->setInformativeText(informative); // why the file could not be opened
     box->setWindowModality(Qt::WindowModal);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
@@ -946,7 +952,7 @@ void VellumAppDelegate::Export(ExportFileType kind, std::optional<BrowserItem> t
     loadFile(file, [this, file, table, kind](LoadResult result) {
         if (result != LoadResult::Opened) {
             if (result == LoadResult::Failed)
-                popFileOpenAlert(fileNameWithExtension(file));
+                popFileOpenAlert(fileNameWithExtension(file), file->openFailure());
             deselectAllForToolbarItems();
             return;
         }
@@ -982,7 +988,7 @@ void VellumAppDelegate::openFileForChild(TOrbMDBFile *file, std::function<void(b
 {
     loadFile(file, [this, file, done = std::move(done)](LoadResult result) {
         if (result == LoadResult::Failed)
-            popFileOpenAlert(fileNameWithExtension(file));
+            popFileOpenAlert(fileNameWithExtension(file), file->openFailure());
         if (result == LoadResult::Opened) {
             refreshRecentFiles();
             expandFile(file);

@@ -8,6 +8,7 @@
 #include "browser/BrowserController.h"
 #include "browser/RecentDocuments.h"
 #include "export/ExportFileType.h"
+#include "model/OpenFailure.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -136,6 +137,8 @@ public:
     {
         m_alert = std::move(handler);
     }
+    /// The informative text of the last error alert (why a file could not be opened), for tests.
+    const QString &lastAlertInformativeText() const { return m_lastAlertInformative; }
 
 signals:
     /// A series of opens (panel, drop, hand-over, list command) has ended.
@@ -185,8 +188,9 @@ private:
     /// Opens paths one after another (panel, drop, hand-over).
     void openPathsInTurn(QStringList paths, bool alertAsPanel);
     void loadFile(TOrbMDBFile *file, std::function<void(LoadResult)> done);
-    void popFileOpenAlert(const QString &fileName);
-    void showAlert(const QString &title, const QString &text);
+    /// "File (NAME) cannot be opened", with the reason as the informative text.
+    void popFileOpenAlert(const QString &fileName, OpenFailure failure);
+    void showAlert(const QString &title, const QString &text, const QString &informative = {});
     void deselectAllForToolbarItems();
     void updateExportAvailability();
     void startExportWizard(TOrbMDBFile *file, TOrbMDBTable *table, ExportFileType kind);
@@ -238,6 +242,7 @@ private:
 
     std::function<QStringList()> m_openPanel;
     std::function<void(const QString &, const QString &)> m_alert;
+    QString m_lastAlertInformative;
 };
 
 } // namespace vellum

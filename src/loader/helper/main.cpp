@@ -3,24 +3,35 @@
 // neither hang nor crash that process.
 //
 //   vellum-loader [--fd N] [--parent PID] [--workers N] [--parallel-from CELLS] [--split-from CELLS]
-//                 [--codepage NAME] [--] FILE
+//                 [--codepage NAME] [--memory-limit BYTES] [--] FILE
 //
 // Exit status: 0 when the whole model was sent, 1 when the file cannot be read or the pipe
-// broke, 2 for wrong arguments.
+// broke, 2 for wrong arguments, 10 and above when it knows why the file cannot be read (see
+// loader/helperExit.h). Its address space is limited (--memory-limit, or derived from the
+// file's size and the machine's memory), so that a damaged file cannot take the machine's
+// memory: running into the limit ends it with the out-of-memory status.
 
 #include "loader/ModelStreamWriter.h"
+#include "loader/helperExit.h"
 #include "mdb/MdbLoader.h"
+#include "model/fileCheck.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <clocale>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <string>
+#include <system_error>
 
 using namespace vellum;
 
@@ -61,9 +72,82 @@ int usage(const char *message)
 {
     std::fprintf(stderr,
                  "vellum-loader: %s\nusage: vellum-loader [--fd N] [--parent PID] [--workers N] "
-                 "[--parallel-from CELLS] [--split-from CELLS] [--codepage NAME] [--] FILE\n",
+                 "[--parallel-from CELLS] [--split-from CELLS] [--codepage NAME] [--memory-limit BYTES] [--] FILE\n",
                  message);
     return kExitUsage;
+}
+
+/// Ends the helper when an allocation fails: the parent learns why from the exit status.
+[[noreturn]] void outOfMemory()
+{
+    static const char message[] = "vellum-loader: out of memory\n";
+    [[maybe_unused]] const ssize_t written = write(2, message, sizeof message - 1);
+    _exit(helperExitStatusFor(OpenFailure::OutOfMemory));
+}
+
+/// The address-space limit in force, for the fault handler.
+volatile std::uint64_t g_memoryLimit = 0;
+
+/// The address space in use, from /proc/self/statm (its first field, in pages); 0 when unknown.
+/// Only calls that are safe in a signal handler.
+std::uint64_t addressSpaceInUse()
+{
+    const int fd = open("/proc/self/statm", O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return 0;
+    char text[64];
+    const ssize_t n = read(fd, text, sizeof text - 1);
+    close(fd);
+    std::uint64_t pages = 0;
+    for (ssize_t i = 0; i < n && text[i] >= '0' && text[i] <= '9'; ++i)
+        pages = pages * 10 + static_cast<std::uint64_t>(text[i] - '0');
+    return pages * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+}
+
+/// A fault close to the memory limit is an allocation that failed and was not checked (libmdb
+/// uses the result of malloc unchecked): reported as running out of memory. Any other fault is
+/// a crash, left to the default action.
+void onFault(int number)
+{
+    constexpr std::uint64_t kNearTheLimit = 64ull << 20;
+    const std::uint64_t limit = g_memoryLimit;
+    if (limit && addressSpaceInUse() + kNearTheLimit >= limit)
+        outOfMemory();
+    ::signal(number, SIG_DFL);
+    raise(number);
+}
+
+/// Routes SIGSEGV and SIGBUS to onFault, on a stack of its own (the fault may be a full stack).
+void catchFaults()
+{
+    static char alternateStack[64 * 1024];
+    stack_t stack{};
+    stack.ss_sp = alternateStack;
+    stack.ss_size = sizeof alternateStack;
+    sigaltstack(&stack, nullptr);
+    struct sigaction action {};
+    action.sa_handler = onFault;
+    action.sa_flags = SA_ONSTACK | SA_RESETHAND;
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGSEGV, &action, nullptr);
+    sigaction(SIGBUS, &action, nullptr);
+}
+
+/// Limits the address space: `limit` bytes, or when 0 what helperMemoryLimit gives for the file.
+void limitMemory(unsigned long long limit, const std::string &path)
+{
+    if (!limit) {
+        struct stat st {};
+        const std::uint64_t size = stat(path.c_str(), &st) == 0 ? static_cast<std::uint64_t>(st.st_size) : 0;
+        const long pages = sysconf(_SC_PHYS_PAGES), pageSize = sysconf(_SC_PAGESIZE);
+        const std::uint64_t machine =
+            pages > 0 && pageSize > 0 ? static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(pageSize) : 0;
+        limit = helperMemoryLimit(size, machine);
+    }
+    const rlimit wanted{static_cast<rlim_t>(limit), static_cast<rlim_t>(limit)};
+    if (setrlimit(RLIMIT_AS, &wanted) == 0) // a lower limit already in place stays
+        g_memoryLimit = limit;
+    catchFaults();
 }
 
 } // namespace
@@ -71,7 +155,7 @@ int usage(const char *message)
 int main(int argc, char **argv)
 {
     std::setlocale(LC_ALL, "C");
-    unsigned long long fd = 3, parent = 0, workers = 2;
+    unsigned long long fd = 3, parent = 0, workers = 2, memoryLimit = 0;
     LoadOptions options;
     std::string path;
     for (int i = 1; i < argc; ++i) {
@@ -84,7 +168,7 @@ int main(int argc, char **argv)
             path = argv[i + 1];
             break;
         } else if (arg == "--fd" || arg == "--parent" || arg == "--workers" || arg == "--parallel-from" ||
-                   arg == "--split-from") {
+                   arg == "--split-from" || arg == "--memory-limit") {
             if (!hasValue)
                 return usage(("option " + arg + " needs a number").c_str());
             if (arg == "--fd")
@@ -95,6 +179,8 @@ int main(int argc, char **argv)
                 workers = value;
             else if (arg == "--parallel-from")
                 options.parallelFromCells = value;
+            else if (arg == "--memory-limit")
+                memoryLimit = value;
             else
                 options.splitFromCells = value;
             ++i;
@@ -120,14 +206,26 @@ int main(int argc, char **argv)
         if (static_cast<unsigned long long>(getppid()) != parent)
             return kExitFailure;
     }
+    // Checked here too, for a helper started by hand: a FIFO or device is never opened.
+    if (const OpenFailure failure = checkDatabaseFile(path); failure != OpenFailure::None)
+        return helperExitStatusFor(failure);
+    std::set_new_handler(outOfMemory);
+    limitMemory(memoryLimit, path);
     const int out = static_cast<int>(fd);
-    TOrbMDBFile relationships;
-    ModelStreamWriter writer([out](const void *data, std::size_t length) { return writeAll(out, data, length); },
-                             relationships);
-    if (!writer.begin())
+    try {
+        TOrbMDBFile relationships;
+        ModelStreamWriter writer([out](const void *data, std::size_t length) { return writeAll(out, data, length); },
+                                 relationships);
+        if (!writer.begin())
+            return kExitFailure;
+        if (!loadDatabase(path, relationships, writer, options))
+            return kExitFailure;
+        // The stream is complete: end at once and leave the freeing of the model to the system.
+        _exit(writer.finish() ? kExitOk : kExitFailure);
+    } catch (const std::system_error &error) {
+        // A thread whose stack does not fit into the address space left.
+        if (error.code() == std::errc::resource_unavailable_try_again || error.code() == std::errc::not_enough_memory)
+            outOfMemory();
         return kExitFailure;
-    if (!loadDatabase(path, relationships, writer, options))
-        return kExitFailure;
-    // The stream is complete: end at once and leave the freeing of the model to the system.
-    _exit(writer.finish() ? kExitOk : kExitFailure);
+    }
 }
