@@ -313,7 +313,7 @@ const char *exportUsage()
                            "       vellum-cli export --list-encodings\n"
                            "  Converts every table of FILE, or the tables named with --table, into OUTPUT: a folder\n"
                            "  (created when missing) with one file per table, or the file itself for formats that\n"
-                           "  write one file. Ctrl-C (or SIGTERM, SIGHUP) stops; the file being written is deleted.\n"
+                           "  write one file. Ctrl-C (or SIGTERM, SIGHUP) stops; no partial file is left.\n"
                            "  Exit status 0 when every chosen table was written, 1 otherwise, 2 for a wrong argument.\n"
                            "  --format FORMAT      one of:";
         for (const ExportKindInfo &format : exportKinds())
