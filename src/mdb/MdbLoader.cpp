@@ -285,6 +285,79 @@ private:
     std::vector<ColumnDescriptorFlags> m_flags;
 };
 
+/// Catalog types of the tables a database links to (MSysObjects "Type").
+constexpr long kLinkedOdbcTableType = 4;
+constexpr long kLinkedAccessTableType = 6;
+/// Catalog flags that mark a system object; such entries are never listed.
+constexpr std::uint32_t kSystemObjectFlags = 0x80000002u;
+
+/// The stored-order position of the column named `name` in a layout, or -1.
+int storedPosition(GPtrArray *stored, const char *name)
+{
+    int position = 0;
+    for (unsigned i = 0; i < stored->len; ++i) {
+        auto *col = static_cast<MdbColumn *>(g_ptr_array_index(stored, i));
+        if (!col)
+            continue;
+        if (std::strcmp(col->name, name) == 0)
+            return position;
+        ++position;
+    }
+    return -1;
+}
+
+/// Reads the links to tables of other databases from "MSysObjects" into the file: type 6
+/// entries link to a table of another Access file ("Database" holds its path as stored), type 4
+/// entries reach a table over ODBC ("Connect" holds the connection text); "ForeignName" is the
+/// table's name in the target. libmdb's catalog keeps none of these columns, so the rows are
+/// decoded here from their stored bytes. A catalog whose rows cannot be read adds nothing.
+void readLinkedTables(TOrbMDBFile &file, MdbHandle *mdb, MdbTableDef *tdef, const std::string &codePage)
+{
+    ColumnLayout layout;
+    if (!layout.read(tdef))
+        return;
+    GPtrArray *stored = layout.stored();
+    const int name = storedPosition(stored, "Name");
+    const int type = storedPosition(stored, "Type");
+    const int flags = storedPosition(stored, "Flags");
+    const int database = storedPosition(stored, "Database");
+    const int connect = storedPosition(stored, "Connect");
+    const int foreignName = storedPosition(stored, "ForeignName");
+    if (name < 0 || type < 0 || foreignName < 0 || (database < 0 && connect < 0))
+        return;
+    std::size_t columns = 0;
+    for (unsigned i = 0; i < stored->len; ++i)
+        columns += g_ptr_array_index(stored, i) != nullptr;
+    TableStore store(columns);
+    if (!getRowsFromMdbTableDef(store, tdef, mdb, stored, layout.flags(), codePage, [](std::uint64_t) { return true; }))
+        return;
+    const auto text = [&store](std::size_t row, int column) {
+        if (column < 0)
+            return std::string();
+        const CellValue cell = store.cell(row, static_cast<std::size_t>(column));
+        return cell.isText() ? std::string(cell.text) : std::string();
+    };
+    for (std::size_t row = 0; row < store.rowCount(); ++row) {
+        const long objectType = std::strtol(text(row, type).c_str(), nullptr, 10);
+        if (objectType != kLinkedAccessTableType && objectType != kLinkedOdbcTableType)
+            continue;
+        const auto objectFlags = static_cast<std::uint32_t>(std::strtoll(text(row, flags).c_str(), nullptr, 10));
+        if (objectFlags & kSystemObjectFlags)
+            continue;
+        auto link = std::make_unique<TOrbMDBLinkedTable>();
+        link->setName(text(row, name));
+        if (objectType == kLinkedOdbcTableType) {
+            link->setKind(TOrbMDBLinkedTable::Kind::Odbc);
+        } else {
+            link->setKind(TOrbMDBLinkedTable::Kind::Access);
+            link->setDatabase(text(row, database));
+        }
+        link->setConnect(text(row, connect));
+        link->setTargetTable(text(row, foreignName));
+        file.addLinkedTable(std::move(link));
+    }
+}
+
 /// The rows of a large table's later data pages, read by a second handle while the first one
 /// reads the earlier pages.
 struct BackHalf {
@@ -306,9 +379,11 @@ struct PlannedTable {
     std::string codePage;               ///< of Jet 3 text
 };
 
-/// Walks the catalog in order: reads "MSysRelationships" into `file` and describes every kept
-/// table (columns, indexes, primary-key marks, name). False when the sink cancelled.
-bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<PlannedTable> &plan)
+/// Walks the catalog in order: reads "MSysRelationships" and the linked tables of "MSysObjects"
+/// into `file` and describes every kept table (columns, indexes, primary-key marks, name).
+/// False when the sink cancelled.
+bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<PlannedTable> &plan,
+                 const std::string &codePage)
 {
     const bool modernFormat = mdb->f->jet_version >= MDB_VER_ACCDB_2007;
     // The name given to the last kept table; a hidden data table without a primary-key
@@ -328,6 +403,8 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
         if (!user && !hidden) {
             if (std::strcmp(entry->object_name, "MSysRelationships") == 0)
                 readRelationships(file, tdef.get());
+            else if (std::strcmp(entry->object_name, "MSysObjects") == 0)
+                readLinkedTables(file, mdb, tdef.get(), codePage);
             continue;
         }
         ColumnLayout layout;
@@ -799,7 +876,8 @@ bool loadDatabase(const std::string &path, TOrbMDBFile &relationships, LoadSink 
         if (!mdb)
             return false;
         std::vector<PlannedTable> plan;
-        if (mdb_read_catalog(mdb.get(), MDB_ANY) && !walkCatalog(mdb.get(), relationships, sink, plan))
+        if (mdb_read_catalog(mdb.get(), MDB_ANY) &&
+            !walkCatalog(mdb.get(), relationships, sink, plan, codePageOf(options)))
             return false;
         for (PlannedTable &planned : plan)
             planned.codePage = codePageOf(options);
