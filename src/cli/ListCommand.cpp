@@ -6,15 +6,6 @@ namespace vellum::cli {
 
 namespace {
 
-/// The second field of a linked table's line: "-> " and where its rows live. The connect text of
-/// an ODBC link is left out: it often holds a password.
-std::string linkTargetText(const TOrbMDBLinkedTable &link)
-{
-    if (link.kind() == TOrbMDBLinkedTable::Kind::Odbc)
-        return "-> ODBC " + link.targetTable();
-    return "-> " + link.database() + " : " + link.targetTable();
-}
-
 int runList(CliContext &context)
 {
     ArgParser parser({}, {});
@@ -28,7 +19,7 @@ int runList(CliContext &context)
     for (const auto &table : file->tables())
         std::fprintf(context.out, "%s\t%zu\n", table->name().c_str(), table->rowCount());
     for (const auto &link : file->linkedTables())
-        std::fprintf(context.out, "%s\t%s\n", link->name().c_str(), linkTargetText(*link).c_str());
+        std::fprintf(context.out, "%s\t%s\n", link->name().c_str(), ("-> " + link->targetDescription()).c_str());
     return kExitOk;
 }
 

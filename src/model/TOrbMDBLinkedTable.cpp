@@ -7,6 +7,13 @@ const char *TOrbMDBLinkedTable::kindName(Kind kind)
     return kind == Kind::Odbc ? "ODBC" : "ACCESS";
 }
 
+std::string TOrbMDBLinkedTable::targetDescription() const
+{
+    if (m_kind == Kind::Odbc)
+        return "ODBC " + m_targetTable;
+    return m_database + " : " + m_targetTable;
+}
+
 void TOrbMDBLinkedTable::informationRows(std::vector<std::string> &labels, std::vector<InfoValue> &values) const
 {
     // The target database only for links to Access files, the connect text only where one is

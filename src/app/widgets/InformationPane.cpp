@@ -6,13 +6,17 @@
 #include "model/TOrbMDBFile.h"
 #include "model/TOrbMDBForeignKey.h"
 #include "model/TOrbMDBIndex.h"
+#include "model/TOrbMDBLinkedTable.h"
+#include "model/TOrbMDBQuery.h"
 #include "model/TOrbMDBTable.h"
 
 #include <QApplication>
+#include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStyledItemDelegate>
@@ -113,9 +117,9 @@ int LabelValueView::widthToFit(const QStringList &labels, const QFont &font)
     return static_cast<int>(std::ceil(widest * 1.1));
 }
 
-void LabelValueView::setObject(const TOrbMDBObject *object, const TOrbMDBObject *measure)
+void LabelValueView::setObject(const TOrbMDBObject *object, const TOrbMDBObject *measure, const QStringList &omitted)
 {
-    m_model->setObject(object);
+    m_model->setObject(object, omitted);
     QStringList measured = m_model->labels();
     if (measure && measure != object) {
         measured.clear();
@@ -233,6 +237,31 @@ InformationPane::InformationPane(QWidget *parent)
         m_details[static_cast<std::size_t>(page)] = details;
         m_pages->addWidget(container);
     }
+    {
+        auto *container = new QWidget(m_pages);
+        auto *pageLayout = new QVBoxLayout(container);
+        pageLayout->setContentsMargins(6, 6, 6, 6);
+        pageLayout->setSpacing(4);
+        m_entryHeading = new QLabel(container);
+        m_entryHeading->setFont(headingFont);
+        pageLayout->addWidget(m_entryHeading);
+        m_entryRows = new LabelValueView(container);
+        pageLayout->addWidget(m_entryRows, 1);
+        m_entryNote = new QLabel(container);
+        m_entryNote->setObjectName("entryNote");
+        m_entryNote->setWordWrap(true);
+        m_entryNote->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        m_entryNote->setFont(smallFont());
+        pageLayout->addWidget(m_entryNote);
+        m_sqlView = new QPlainTextEdit(container);
+        m_sqlView->setObjectName("sqlView");
+        m_sqlView->setReadOnly(true);
+        m_sqlView->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+        m_sqlView->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+        m_sqlView->setLineWrapMode(QPlainTextEdit::WidgetWidth);
+        pageLayout->addWidget(m_sqlView, 3);
+        m_pages->addWidget(container);
+    }
     connect(m_topBar, &InformationTopBar::informationTypeChanged, this, &InformationPane::showPage);
     // At start only the File button shows, on page 0.
     for (int type = kInfoTable; type <= kInfoRelation; ++type)
@@ -276,6 +305,43 @@ void InformationPane::showTable(const TOrbMDBTable *table)
     for (int type = kInfoTable; type <= kInfoRelation; ++type)
         m_topBar->setHidden(false, type, keep);
     showPage(keep);
+}
+
+void InformationPane::showEntryPage()
+{
+    m_table = nullptr;
+    for (int type = kInfoFile; type <= kInfoRelation; ++type)
+        m_topBar->setHidden(true, type, kInfoFile);
+    showPage(kEntryPage);
+}
+
+void InformationPane::showLinkedTable(const TOrbMDBLinkedTable *link, const QString &note)
+{
+    m_entryHeading->setText(localizedQ("Linked Table Information"));
+    m_entryRows->setObject(link);
+    m_entryNote->setText(note);
+    m_entryNote->setVisible(!note.isEmpty());
+    m_sqlView->clear();
+    m_sqlView->hide();
+    showEntryPage();
+}
+
+void InformationPane::setLinkNote(const QString &note)
+{
+    m_entryNote->setText(note);
+    m_entryNote->setVisible(!note.isEmpty());
+}
+
+void InformationPane::showQuery(const TOrbMDBQuery *query)
+{
+    m_entryHeading->setText(localizedQ("Query Information"));
+    // The SQL text has a view of its own below the rows.
+    m_entryRows->setObject(query, nullptr, {localizedQ("SQL")});
+    m_entryNote->clear();
+    m_entryNote->hide();
+    m_sqlView->setPlainText(query ? toQString(query->sql()) : QString());
+    m_sqlView->show();
+    showEntryPage();
 }
 
 void InformationPane::refreshTablePages(const TOrbMDBTable *table)
