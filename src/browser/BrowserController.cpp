@@ -75,7 +75,7 @@ std::vector<TOrbMDBTable *> filterTableName(const std::vector<TOrbMDBTable *> &t
 }
 
 std::vector<TOrbMDBFile *> filterFileName(const std::vector<TOrbMDBFile *> &files, const std::string &text,
-                                          const TOrbMDBFile *loading)
+                                          const TOrbMDBFile *loading, bool hiddenQueries)
 {
     if (text.empty())
         return files;
@@ -83,7 +83,12 @@ std::vector<TOrbMDBFile *> filterFileName(const std::vector<TOrbMDBFile *> &file
     for (TOrbMDBFile *file : files) {
         bool passes = containsIgnoringCase(file->name(), text);
         if (!passes && file != loading && file->active())
-            passes = !filterTableName(tablesOf(file), text).empty();
+            passes =
+                !filterTableName(tablesOf(file), text).empty() ||
+                !namedEntities(file->linkedTables(), text, [](const TOrbMDBLinkedTable &) { return true; }).empty() ||
+                !namedEntities(file->queries(), text, [hiddenQueries](const TOrbMDBQuery &query) {
+                     return hiddenQueries || !query.isHidden();
+                 }).empty();
         if (passes)
             out.push_back(file);
     }
@@ -105,7 +110,7 @@ std::vector<TOrbMDBFile *> BrowserController::recentFiles() const
 
 std::vector<TOrbMDBFile *> BrowserController::fileEntities() const
 {
-    return filterFileName(recentFiles(), m_fileSearchText, m_loadingFile);
+    return filterFileName(recentFiles(), m_fileSearchText, m_loadingFile, m_showHiddenQueries);
 }
 
 std::vector<TOrbMDBTable *> BrowserController::tableEntities(const TOrbMDBFile *file) const

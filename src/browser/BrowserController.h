@@ -154,10 +154,10 @@ private:
 /// for an empty text.
 std::vector<TOrbMDBTable *> filterTableName(const std::vector<TOrbMDBTable *> &tables, const std::string &text);
 /// The file search on files: a file passes by its name, or when it is open and one of its
-/// tables passes; the list unchanged for an empty text. `loading` (a file being loaded) counts
-/// as closed.
+/// tables, linked tables or saved queries (the hidden ones only with `hiddenQueries`) passes;
+/// the list unchanged for an empty text. `loading` (a file being loaded) counts as closed.
 std::vector<TOrbMDBFile *> filterFileName(const std::vector<TOrbMDBFile *> &files, const std::string &text,
-                                          const TOrbMDBFile *loading = nullptr);
+                                          const TOrbMDBFile *loading = nullptr, bool hiddenQueries = false);
 
 /// Splits a path into folder, name without extension, and extension ("" when none).
 struct PathParts {

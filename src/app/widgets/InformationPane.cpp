@@ -246,7 +246,7 @@ InformationPane::InformationPane(QWidget *parent)
         m_entryHeading->setFont(headingFont);
         pageLayout->addWidget(m_entryHeading);
         m_entryRows = new LabelValueView(container);
-        pageLayout->addWidget(m_entryRows, 1);
+        pageLayout->addWidget(m_entryRows);
         m_entryNote = new QLabel(container);
         m_entryNote->setObjectName("entryNote");
         m_entryNote->setWordWrap(true);
@@ -259,7 +259,10 @@ InformationPane::InformationPane(QWidget *parent)
         m_sqlView->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
         m_sqlView->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
         m_sqlView->setLineWrapMode(QPlainTextEdit::WidgetWidth);
-        pageLayout->addWidget(m_sqlView, 3);
+        pageLayout->addWidget(m_sqlView, 1);
+        // Takes the room below a linked table's note (the SQL view takes it for a query).
+        m_entryFiller = new QWidget(container);
+        pageLayout->addWidget(m_entryFiller, 1);
         m_pages->addWidget(container);
     }
     connect(m_topBar, &InformationTopBar::informationTypeChanged, this, &InformationPane::showPage);
@@ -307,6 +310,14 @@ void InformationPane::showTable(const TOrbMDBTable *table)
     showPage(keep);
 }
 
+void InformationPane::fitEntryRows()
+{
+    // As tall as its rows: the note or the SQL follows right below them.
+    const int rows = m_entryRows->rowsModel()->rowCount();
+    m_entryRows->setFixedHeight(rows * m_entryRows->verticalHeader()->defaultSectionSize() +
+                                2 * m_entryRows->frameWidth() + 2);
+}
+
 void InformationPane::showEntryPage()
 {
     m_table = nullptr;
@@ -319,10 +330,12 @@ void InformationPane::showLinkedTable(const TOrbMDBLinkedTable *link, const QStr
 {
     m_entryHeading->setText(localizedQ("Linked Table Information"));
     m_entryRows->setObject(link);
+    fitEntryRows();
     m_entryNote->setText(note);
     m_entryNote->setVisible(!note.isEmpty());
     m_sqlView->clear();
     m_sqlView->hide();
+    m_entryFiller->show();
     showEntryPage();
 }
 
@@ -337,10 +350,12 @@ void InformationPane::showQuery(const TOrbMDBQuery *query)
     m_entryHeading->setText(localizedQ("Query Information"));
     // The SQL text has a view of its own below the rows.
     m_entryRows->setObject(query, nullptr, {localizedQ("SQL")});
+    fitEntryRows();
     m_entryNote->clear();
     m_entryNote->hide();
     m_sqlView->setPlainText(query ? toQString(query->sql()) : QString());
     m_sqlView->show();
+    m_entryFiller->hide();
     showEntryPage();
 }
 

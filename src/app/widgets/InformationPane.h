@@ -119,6 +119,8 @@ private:
     LabelValueView *m_entryRows = nullptr;
     QLabel *m_entryNote = nullptr;
     QPlainTextEdit *m_sqlView = nullptr;
+    QWidget *m_entryFiller = nullptr;
+    void fitEntryRows();
     /// Hides every button of the strip and shows the entry page.
     void showEntryPage();
     const TOrbMDBTable *m_table = nullptr;
