@@ -8,6 +8,7 @@
 #include "mdb/mdbtoolsInclude.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -291,69 +292,70 @@ constexpr long kLinkedAccessTableType = 6;
 /// Catalog flags that mark a system object; such entries are never listed.
 constexpr std::uint32_t kSystemObjectFlags = 0x80000002u;
 
-/// The stored-order position of the column named `name` in a layout, or -1.
-int storedPosition(GPtrArray *stored, const char *name)
-{
-    int position = 0;
-    for (unsigned i = 0; i < stored->len; ++i) {
-        auto *col = static_cast<MdbColumn *>(g_ptr_array_index(stored, i));
-        if (!col)
-            continue;
-        if (std::strcmp(col->name, name) == 0)
-            return position;
-        ++position;
-    }
-    return -1;
-}
-
 /// Reads the links to tables of other databases from "MSysObjects" into the file: type 6
 /// entries link to a table of another Access file ("Database" holds its path as stored), type 4
 /// entries reach a table over ODBC ("Connect" holds the connection text); "ForeignName" is the
 /// table's name in the target. libmdb's catalog keeps none of these columns, so the rows are
-/// decoded here from their stored bytes. A catalog whose rows cannot be read adds nothing.
+/// decoded here from their stored bytes, only the six columns needed (not the long property
+/// blobs beside them). A catalog whose rows cannot be read adds nothing.
 void readLinkedTables(TOrbMDBFile &file, MdbHandle *mdb, MdbTableDef *tdef, const std::string &codePage)
 {
     ColumnLayout layout;
     if (!layout.read(tdef))
         return;
+    enum Wanted { Name, Type, Flags, Database, Connect, ForeignName, WantedCount };
+    static constexpr const char *kWantedNames[WantedCount] = {"Name",     "Type",    "Flags",
+                                                              "Database", "Connect", "ForeignName"};
+    std::array<int, WantedCount> position;
+    position.fill(-1);
+    std::unique_ptr<GPtrArray, void (*)(GPtrArray *)> wanted(g_ptr_array_new(),
+                                                             [](GPtrArray *a) { g_ptr_array_free(a, TRUE); });
+    std::vector<ColumnDescriptorFlags> wantedFlags;
     GPtrArray *stored = layout.stored();
-    const int name = storedPosition(stored, "Name");
-    const int type = storedPosition(stored, "Type");
-    const int flags = storedPosition(stored, "Flags");
-    const int database = storedPosition(stored, "Database");
-    const int connect = storedPosition(stored, "Connect");
-    const int foreignName = storedPosition(stored, "ForeignName");
-    if (name < 0 || type < 0 || foreignName < 0 || (database < 0 && connect < 0))
+    for (unsigned i = 0; i < stored->len; ++i) {
+        auto *col = static_cast<MdbColumn *>(g_ptr_array_index(stored, i));
+        if (!col)
+            continue;
+        for (int w = 0; w < WantedCount; ++w) {
+            if (position[static_cast<std::size_t>(w)] < 0 && std::strcmp(col->name, kWantedNames[w]) == 0) {
+                position[static_cast<std::size_t>(w)] = static_cast<int>(wanted->len);
+                g_ptr_array_add(wanted.get(), col);
+                wantedFlags.push_back(i < layout.flags().size() ? layout.flags()[i] : ColumnDescriptorFlags{});
+                break;
+            }
+        }
+    }
+    if (position[Name] < 0 || position[Type] < 0 || position[ForeignName] < 0 ||
+        (position[Database] < 0 && position[Connect] < 0))
         return;
-    std::size_t columns = 0;
-    for (unsigned i = 0; i < stored->len; ++i)
-        columns += g_ptr_array_index(stored, i) != nullptr;
-    TableStore store(columns);
-    if (!getRowsFromMdbTableDef(store, tdef, mdb, stored, layout.flags(), codePage, [](std::uint64_t) { return true; }))
+    TableStore store(wanted->len);
+    if (!getRowsFromMdbTableDef(store, tdef, mdb, wanted.get(), wantedFlags, codePage,
+                                [](std::uint64_t) { return true; }))
         return;
-    const auto text = [&store](std::size_t row, int column) {
-        if (column < 0)
+    const auto text = [&store, &position](std::size_t row, Wanted column) {
+        const int at = position[static_cast<std::size_t>(column)];
+        if (at < 0)
             return std::string();
-        const CellValue cell = store.cell(row, static_cast<std::size_t>(column));
+        const CellValue cell = store.cell(row, static_cast<std::size_t>(at));
         return cell.isText() ? std::string(cell.text) : std::string();
     };
     for (std::size_t row = 0; row < store.rowCount(); ++row) {
-        const long objectType = std::strtol(text(row, type).c_str(), nullptr, 10);
+        const long objectType = std::strtol(text(row, Type).c_str(), nullptr, 10);
         if (objectType != kLinkedAccessTableType && objectType != kLinkedOdbcTableType)
             continue;
-        const auto objectFlags = static_cast<std::uint32_t>(std::strtoll(text(row, flags).c_str(), nullptr, 10));
+        const auto objectFlags = static_cast<std::uint32_t>(std::strtoll(text(row, Flags).c_str(), nullptr, 10));
         if (objectFlags & kSystemObjectFlags)
             continue;
         auto link = std::make_unique<TOrbMDBLinkedTable>();
-        link->setName(text(row, name));
+        link->setName(text(row, Name));
         if (objectType == kLinkedOdbcTableType) {
             link->setKind(TOrbMDBLinkedTable::Kind::Odbc);
         } else {
             link->setKind(TOrbMDBLinkedTable::Kind::Access);
-            link->setDatabase(text(row, database));
+            link->setDatabase(text(row, Database));
         }
-        link->setConnect(text(row, connect));
-        link->setTargetTable(text(row, foreignName));
+        link->setConnect(text(row, Connect));
+        link->setTargetTable(text(row, ForeignName));
         file.addLinkedTable(std::move(link));
     }
 }

@@ -58,6 +58,14 @@ public:
         odbc->setTargetTable("dbo.stock");
         odbc->setConnect("DSN=warehouse;UID=reader");
         file.addLinkedTable(std::move(odbc));
+        // A relationship from the linked table to a local one.
+        auto key = std::make_unique<TOrbMDBForeignKey>();
+        key->setName("StockOrders");
+        key->setReferencingTable("Stock");
+        key->setReferencingColumns({"OrderID"});
+        key->setReferencedTable("Orders");
+        key->setReferencedColumns({"OrderID"});
+        file.addForeignKey(std::move(key));
         return true;
     }
 };
@@ -127,11 +135,10 @@ private:
     /// The entry page's label/value rows as "label=value".
     QStringList entryRows() const
     {
+        const auto *rows = m_window->informationPane()->findChild<LabelValueView *>("entryRows");
         QStringList out;
-        for (auto *rows : m_window->informationPane()->findChildren<LabelValueView *>())
-            if (rows->isVisibleTo(m_window->informationPane()) && rows->rowsModel()->rowCount() > 0)
-                for (int r = 0; r < rows->rowsModel()->rowCount(); ++r)
-                    out << rows->rowsModel()->labels()[r] + "=" + rows->rowsModel()->values()[r];
+        for (int r = 0; rows && r < rows->rowsModel()->rowCount(); ++r)
+            out << rows->rowsModel()->labels()[r] + "=" + rows->rowsModel()->values()[r];
         return out;
     }
 
@@ -217,6 +224,7 @@ private slots:
         QVERIFY(resolved.count() > 0 || resolved.wait(20000));
         QCOMPARE(note(), QString("The linked table's database was not found: C:\\db\\linkee2.mdb"));
         QVERIFY(pane->entryNoteLabel()->isVisible());
+        QVERIFY(!pane->entryRelationshipNames()->isVisible());
         QCOMPARE(m_window->dataView()->dataModel()->rowCount(), 0);
         screenshot("linked-table-not-found");
 
@@ -278,6 +286,12 @@ private slots:
         QCOMPARE(entryRows(),
                  QStringList({"Name=Stock", "Link=ODBC", "Table=dbo.stock", "Connect=DSN=warehouse;UID=reader"}));
         QCOMPARE(note(), QString("The linked table is reached over ODBC: its rows are not read."));
+        // Its relationship is listed with it.
+        InformationPane *linkPane = m_window->informationPane();
+        QVERIFY(linkPane->entryRelationshipNames()->isVisible());
+        QCOMPARE(linkPane->entryRelationshipNames()->namesModel()->names(), QStringList({"StockOrders"}));
+        QVERIFY(linkPane->entryRelationshipRows()->rowsModel()->values().contains("Orders"));
+        screenshot("odbc-link");
 
         // A query: its name and type, the SQL in a read-only, fixed-width, selectable view.
         clickItem(BrowserItem::ofQuery(visible));
@@ -291,6 +305,7 @@ private slots:
         QVERIFY(sql->textInteractionFlags() & Qt::TextSelectableByMouse);
         QVERIFY(QFontInfo(sql->font()).fixedPitch());
         QVERIFY(!pane->entryNoteLabel()->isVisible());
+        QVERIFY(!pane->entryRelationshipNames()->isVisible());
         QCOMPARE(m_window->dataView()->dataModel()->rowCount(), 0);
         QCOMPARE(m_window->controller().selectedFile(), file);
         screenshot("query");

@@ -246,6 +246,7 @@ InformationPane::InformationPane(QWidget *parent)
         m_entryHeading->setFont(headingFont);
         pageLayout->addWidget(m_entryHeading);
         m_entryRows = new LabelValueView(container);
+        m_entryRows->setObjectName("entryRows");
         pageLayout->addWidget(m_entryRows);
         m_entryNote = new QLabel(container);
         m_entryNote->setObjectName("entryNote");
@@ -260,6 +261,18 @@ InformationPane::InformationPane(QWidget *parent)
         m_sqlView->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
         m_sqlView->setLineWrapMode(QPlainTextEdit::WidgetWidth);
         pageLayout->addWidget(m_sqlView, 1);
+        auto *keysSplitter = new QSplitter(Qt::Vertical, container);
+        m_entryKeyNames = new NamesListView(keysSplitter);
+        m_entryKeyRows = new LabelValueView(keysSplitter);
+        keysSplitter->addWidget(m_entryKeyNames);
+        keysSplitter->addWidget(m_entryKeyRows);
+        connect(m_entryKeyNames, &NamesListView::chosenRowChanged, this, [this](int row) {
+            m_entryKeyRows->setObject(row >= 0 && static_cast<std::size_t>(row) < m_entryKeys.size()
+                                          ? m_entryKeys[static_cast<std::size_t>(row)]
+                                          : nullptr);
+        });
+        m_entryKeysBox = keysSplitter;
+        pageLayout->addWidget(m_entryKeysBox, 1);
         // Takes the room below a linked table's note (the SQL view takes it for a query).
         m_entryFiller = new QWidget(container);
         pageLayout->addWidget(m_entryFiller, 1);
@@ -335,7 +348,18 @@ void InformationPane::showLinkedTable(const TOrbMDBLinkedTable *link, const QStr
     m_entryNote->setVisible(!note.isEmpty());
     m_sqlView->clear();
     m_sqlView->hide();
-    m_entryFiller->show();
+    m_entryKeys.clear();
+    QStringList names;
+    if (const TOrbMDBFile *file = link ? link->file() : nullptr)
+        if (const auto keys = file->foreignKeysForTable(link->name()))
+            for (const TOrbMDBForeignKey *key : *keys) {
+                m_entryKeys.push_back(key);
+                names.append(toQString(key->name()));
+            }
+    m_entryKeyNames->setNames(names);
+    m_entryKeyRows->setObject(m_entryKeys.empty() ? nullptr : m_entryKeys.front());
+    m_entryKeysBox->setVisible(!m_entryKeys.empty());
+    m_entryFiller->setVisible(m_entryKeys.empty());
     showEntryPage();
 }
 
@@ -355,6 +379,10 @@ void InformationPane::showQuery(const TOrbMDBQuery *query)
     m_entryNote->hide();
     m_sqlView->setPlainText(query ? toQString(query->sql()) : QString());
     m_sqlView->show();
+    m_entryKeys.clear();
+    m_entryKeyNames->setNames({});
+    m_entryKeyRows->setObject(nullptr);
+    m_entryKeysBox->hide();
     m_entryFiller->hide();
     showEntryPage();
 }

@@ -91,8 +91,8 @@ public:
     /// is one of 1 to 4, else Table. All table pages are rebuilt.
     void showTable(const TOrbMDBTable *table);
     /// A linked table selected: no button of the strip, the entry page with the link's rows
-    /// (name, kind, target) and one line `note` saying where its rows come from or why none
-    /// are shown.
+    /// (name, kind, target), one line `note` saying where its rows come from or why none are
+    /// shown, and the relationships in which the linked table is the referencing side.
     void showLinkedTable(const TOrbMDBLinkedTable *link, const QString &note);
     /// Replaces the note line of the linked table shown (its target's open has ended).
     void setLinkNote(const QString &note);
@@ -120,6 +120,17 @@ private:
     QLabel *m_entryNote = nullptr;
     QPlainTextEdit *m_sqlView = nullptr;
     QWidget *m_entryFiller = nullptr;
+    QWidget *m_entryKeysBox = nullptr;
+    NamesListView *m_entryKeyNames = nullptr;
+    LabelValueView *m_entryKeyRows = nullptr;
+    std::vector<const TOrbMDBObject *> m_entryKeys;
+
+public:
+    /// The names list of the shown linked table's relationships (hidden when it has none).
+    NamesListView *entryRelationshipNames() const { return m_entryKeyNames; }
+    LabelValueView *entryRelationshipRows() const { return m_entryKeyRows; }
+
+private:
     void fitEntryRows();
     /// Hides every button of the strip and shows the entry page.
     void showEntryPage();
