@@ -5,6 +5,7 @@
 
 #include "guiTestSupport.h"
 
+#include "app/export/ExportWizard.h"
 #include "app/models/FileListModel.h"
 #include "app/models/InfoRowsModel.h"
 #include "app/models/TableDataModel.h"
@@ -19,9 +20,11 @@
 
 #include <QAction>
 #include <QCryptographicHash>
+#include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
 
@@ -309,6 +312,14 @@ private slots:
         QCOMPARE(m_window->dataView()->dataModel()->rowCount(), 0);
         QCOMPARE(m_window->controller().selectedFile(), file);
         screenshot("query");
+
+        // An export started with a query selected exports its file.
+        m_window->toolbarAction("exportCsv")->trigger();
+        QTRY_VERIFY(m_window->exportWizard());
+        QPushButton *cancel =
+            m_window->exportWizard()->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Cancel);
+        QTest::mouseClick(cancel, Qt::LeftButton);
+        QTRY_VERIFY(!m_window->exportWizard());
 
         // The View item brings the hidden query in and takes it out again.
         showHidden->trigger();

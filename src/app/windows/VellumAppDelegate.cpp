@@ -1033,7 +1033,11 @@ void VellumAppDelegate::Export(ExportFileType kind, std::optional<BrowserItem> t
         deselectAllForToolbarItems();
         return;
     }
-    TOrbMDBFile *file = item.isFile() ? item.file : item.table->file();
+    // A linked table or a query exports its file, as the file itself does.
+    TOrbMDBFile *file = item.isFile()          ? item.file
+                        : item.isTable()       ? item.table->file()
+                        : item.isLinkedTable() ? item.linkedTable->file()
+                                               : item.query->file();
     TOrbMDBTable *table = item.table;
     loadFile(file, [this, file, table, kind](LoadResult result) {
         if (result != LoadResult::Opened) {
