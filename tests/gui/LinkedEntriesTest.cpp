@@ -18,6 +18,7 @@
 #include "browser/JumpBarMenu.h"
 #include "browser/RecentDocuments.h"
 
+#include <QAbstractItemModelTester>
 #include <QAction>
 #include <QCryptographicHash>
 #include <QDialogButtonBox>
@@ -178,6 +179,7 @@ private slots:
 
         // The two links are the rows under the file (it has no local table), with their own icon.
         FileListModel *model = m_window->fileListModel();
+        QAbstractItemModelTester tester(model, QAbstractItemModelTester::FailureReportingMode::QtTest);
         const QModelIndex fileRow = model->indexForFile(file);
         QCOMPARE(model->rowCount(fileRow), 2);
         TOrbMDBLinkedTable *table1 = file->linkedTables()[0].get();
@@ -262,6 +264,7 @@ private slots:
         TOrbMDBFile *file = listedFile("withQueries");
         QVERIFY(file && file->active());
         FileListModel *model = m_window->fileListModel();
+        QAbstractItemModelTester tester(model, QAbstractItemModelTester::FailureReportingMode::QtTest);
         const QModelIndex fileRow = model->indexForFile(file);
         const int tables = static_cast<int>(file->tables().size());
         QAction *showHidden = m_window->showHiddenQueriesItem();
