@@ -215,6 +215,9 @@ private slots:
         QCOMPARE(m_window->dataView()->dataModel()->rowCount(), 2);
         QCOMPARE(m_window->linkTargets().size(), std::size_t(1));
         QCOMPARE(QString::fromStdString(m_window->linkTargets()[0]->fullPath()), target);
+        // The target is read apart from the file list: it is neither listed nor noted as recent.
+        QCOMPARE(m_window->controller().recentFiles().size(), std::size_t(2));
+        QCOMPARE(RecentDocuments().paths().size(), std::size_t(2));
         QCOMPARE(m_window->controller().selectedFile(), file);
         QCOMPARE(m_window->controller().selectedTable(), nullptr);
         // The jump bar stands on the link's file.
