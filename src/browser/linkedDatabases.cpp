@@ -22,8 +22,14 @@ bool equalIgnoringAsciiCase(const std::string &a, const std::string &b)
     return true;
 }
 
+/// A regular file whose name has an extension: the model rebuilds a file's path from folder,
+/// name and extension, so a name without one cannot be opened.
 bool isRegularFile(const std::filesystem::path &path)
 {
+    const std::string name = path.filename().string();
+    const std::size_t dot = name.rfind('.');
+    if (dot == std::string::npos || dot == 0 || dot + 1 == name.size())
+        return false;
     std::error_code error;
     return std::filesystem::is_regular_file(path, error);
 }
@@ -40,7 +46,8 @@ std::optional<std::string> findLinkedDatabase(const TOrbMDBLinkedTable &link, co
 {
     if (link.kind() != TOrbMDBLinkedTable::Kind::Access || link.database().empty())
         return std::nullopt;
-    const std::filesystem::path folder(databaseFolder);
+    // The model keeps "" as the folder of a file at the root.
+    const std::filesystem::path folder(databaseFolder.empty() ? std::string("/") : databaseFolder);
     // A path that reads as a path here ("/data/x.mdb", "x.mdb", "../x.mdb"); a Windows path
     // with a drive letter or backslashes never names a file here.
     const std::string &stored = link.database();

@@ -37,6 +37,7 @@ TEST(LinkedDatabases, TheStoredPathElseAFileOfItsNameBesideTheDatabase)
     touch(dir.file("other/absolute.mdb"));
     touch(dir.file("db/sub.mdb"));
     std::filesystem::create_directory(dir.file("folder.mdb")); // a folder is no database
+    touch(dir.file("noextension"));
 
     using Kind = TOrbMDBLinkedTable::Kind;
     struct Case {
@@ -53,6 +54,8 @@ TEST(LinkedDatabases, TheStoredPathElseAFileOfItsNameBesideTheDatabase)
         {Kind::Access, "/nowhere/beside.mdb", dir.file("beside.mdb")},
         {Kind::Access, "C:\\data\\absent.mdb", std::nullopt},
         {Kind::Access, "C:\\data\\folder.mdb", std::nullopt},
+        {Kind::Access, "C:\\data\\noextension", std::nullopt},
+        {Kind::Access, dir.file("noextension"), std::nullopt},
         {Kind::Access, "C:\\data\\", std::nullopt},
         {Kind::Access, "..", std::nullopt},
         {Kind::Access, "", std::nullopt},
