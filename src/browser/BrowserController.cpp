@@ -17,6 +17,18 @@ std::string lowered(std::string text)
     return text;
 }
 
+/// The objects of a list whose names contain `text` ignoring case (all for an empty text) and
+/// that `keep` accepts.
+template <typename T, typename Keep>
+std::vector<T *> namedEntities(const std::vector<std::unique_ptr<T>> &objects, const std::string &text, Keep keep)
+{
+    std::vector<T *> out;
+    for (const auto &object : objects)
+        if (keep(*object) && (text.empty() || containsIgnoringCase(object->name(), text)))
+            out.push_back(object.get());
+    return out;
+}
+
 std::vector<TOrbMDBTable *> tablesOf(const TOrbMDBFile *file, const TOrbMDBFile *loading = nullptr)
 {
     std::vector<TOrbMDBTable *> out;
@@ -63,7 +75,7 @@ std::vector<TOrbMDBTable *> filterTableName(const std::vector<TOrbMDBTable *> &t
 }
 
 std::vector<TOrbMDBFile *> filterFileName(const std::vector<TOrbMDBFile *> &files, const std::string &text,
-                                          const TOrbMDBFile *loading)
+                                          const TOrbMDBFile *loading, bool hiddenQueries)
 {
     if (text.empty())
         return files;
@@ -71,7 +83,12 @@ std::vector<TOrbMDBFile *> filterFileName(const std::vector<TOrbMDBFile *> &file
     for (TOrbMDBFile *file : files) {
         bool passes = containsIgnoringCase(file->name(), text);
         if (!passes && file != loading && file->active())
-            passes = !filterTableName(tablesOf(file), text).empty();
+            passes =
+                !filterTableName(tablesOf(file), text).empty() ||
+                !namedEntities(file->linkedTables(), text, [](const TOrbMDBLinkedTable &) { return true; }).empty() ||
+                !namedEntities(file->queries(), text, [hiddenQueries](const TOrbMDBQuery &query) {
+                     return hiddenQueries || !query.isHidden();
+                 }).empty();
         if (passes)
             out.push_back(file);
     }
@@ -93,12 +110,27 @@ std::vector<TOrbMDBFile *> BrowserController::recentFiles() const
 
 std::vector<TOrbMDBFile *> BrowserController::fileEntities() const
 {
-    return filterFileName(recentFiles(), m_fileSearchText, m_loadingFile);
+    return filterFileName(recentFiles(), m_fileSearchText, m_loadingFile, m_showHiddenQueries);
 }
 
 std::vector<TOrbMDBTable *> BrowserController::tableEntities(const TOrbMDBFile *file) const
 {
     return filterTableName(tablesOf(file, m_loadingFile), m_fileSearchText);
+}
+
+std::vector<TOrbMDBLinkedTable *> BrowserController::linkedTableEntities(const TOrbMDBFile *file) const
+{
+    if (!isOpen(file))
+        return {};
+    return namedEntities(file->linkedTables(), m_fileSearchText, [](const TOrbMDBLinkedTable &) { return true; });
+}
+
+std::vector<TOrbMDBQuery *> BrowserController::queryEntities(const TOrbMDBFile *file) const
+{
+    if (!isOpen(file))
+        return {};
+    return namedEntities(file->queries(), m_fileSearchText,
+                         [this](const TOrbMDBQuery &query) { return m_showHiddenQueries || !query.isHidden(); });
 }
 
 bool BrowserController::isOpen(const TOrbMDBFile *file) const
@@ -288,6 +320,12 @@ void BrowserController::selectionDidChange(BrowserItem item)
     } else if (item.isTable()) {
         m_selectedTable = item.table;
         m_selectedFile = item.table->file();
+    } else if (item.isLinkedTable()) {
+        m_selectedTable = nullptr;
+        m_selectedFile = item.linkedTable->file();
+    } else if (item.isQuery()) {
+        m_selectedTable = nullptr;
+        m_selectedFile = item.query->file();
     }
 }
 

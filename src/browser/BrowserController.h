@@ -14,6 +14,8 @@
 namespace vellum {
 
 class TOrbMDBFile;
+class TOrbMDBLinkedTable;
+class TOrbMDBQuery;
 class TOrbMDBTable;
 
 /// What the window must do while the controller changes the file list. Main thread.
@@ -48,6 +50,15 @@ public:
     /// The rows under a file: its tables (or the ones passing the file search); none for a
     /// closed file.
     std::vector<TOrbMDBTable *> tableEntities(const TOrbMDBFile *file) const;
+    /// The linked tables listed under a file after its tables (or the ones passing the file
+    /// search); none for a closed file.
+    std::vector<TOrbMDBLinkedTable *> linkedTableEntities(const TOrbMDBFile *file) const;
+    /// The saved queries listed under a file after its linked tables (or the ones passing the
+    /// file search); the hidden "~sq_" ones only while `showHiddenQueries`; none for a closed file.
+    std::vector<TOrbMDBQuery *> queryEntities(const TOrbMDBFile *file) const;
+    /// Whether the file list shows the queries Access keeps for forms and controls (off at start).
+    bool showHiddenQueries() const { return m_showHiddenQueries; }
+    void setShowHiddenQueries(bool shown) { m_showHiddenQueries = shown; }
     /// Whether a file object is (still) in the list.
     bool isListed(const TOrbMDBFile *file) const;
     /// Marks the file a worker is loading (nullptr: none). Until it is cleared the controller
@@ -84,8 +95,8 @@ public:
     // --- Selection and history ----------------------------------------------------------------
     TOrbMDBFile *selectedFile() const { return m_selectedFile; }
     TOrbMDBTable *selectedTable() const { return m_selectedTable; }
-    /// Applies a selection change: a file (no table), a table (and its file); for no item the
-    /// selection is left as it is.
+    /// Applies a selection change: a file (no table), a table (and its file), a linked table or
+    /// a query (its file, no table); for no item the selection is left as it is.
     void selectionDidChange(BrowserItem item);
     /// Clears the selected file and table.
     void clearSelection();
@@ -136,16 +147,17 @@ private:
     std::string m_dataSearchText;
     SearchOption m_searchOption = SearchOption::Contains;
     bool m_ignoreCase = true;
+    bool m_showHiddenQueries = false;
 };
 
 /// The file search on tables: names containing the text, ignoring case; the list unchanged
 /// for an empty text.
 std::vector<TOrbMDBTable *> filterTableName(const std::vector<TOrbMDBTable *> &tables, const std::string &text);
 /// The file search on files: a file passes by its name, or when it is open and one of its
-/// tables passes; the list unchanged for an empty text. `loading` (a file being loaded) counts
-/// as closed.
+/// tables, linked tables or saved queries (the hidden ones only with `hiddenQueries`) passes;
+/// the list unchanged for an empty text. `loading` (a file being loaded) counts as closed.
 std::vector<TOrbMDBFile *> filterFileName(const std::vector<TOrbMDBFile *> &files, const std::string &text,
-                                          const TOrbMDBFile *loading = nullptr);
+                                          const TOrbMDBFile *loading = nullptr, bool hiddenQueries = false);
 
 /// Splits a path into folder, name without extension, and extension ("" when none).
 struct PathParts {

@@ -18,6 +18,8 @@ int runList(CliContext &context)
         return kExitFailure;
     for (const auto &table : file->tables())
         std::fprintf(context.out, "%s\t%zu\n", table->name().c_str(), table->rowCount());
+    for (const auto &link : file->linkedTables())
+        std::fprintf(context.out, "%s\t%s\n", link->name().c_str(), ("-> " + link->targetDescription()).c_str());
     return kExitOk;
 }
 
@@ -25,7 +27,11 @@ int runList(CliContext &context)
 
 extern const Command kListCommand = {"list", "list the tables of a file with their row counts",
                                      "vellum-cli list FILE\n"
-                                     "  Prints one line per table: the name, a tab, the number of rows.",
+                                     "  Prints one line per table: the name, a tab, the number of rows.\n"
+                                     "  Linked tables follow the local ones, one line each: the name, a tab,\n"
+                                     "  then \"-> DATABASE : TABLE\" for a table of another Access file\n"
+                                     "  (the path as the database stores it) or \"-> ODBC TABLE\" for one\n"
+                                     "  reached over ODBC.",
                                      runList};
 
 } // namespace vellum::cli

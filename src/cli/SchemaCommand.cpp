@@ -67,6 +67,38 @@ template <typename List> void appendListJson(std::string &out, const char *key, 
     out += ']';
 }
 
+/// A JSON string, or null for an empty text.
+void appendJsonStringOrNull(std::string &out, const std::string &text)
+{
+    if (text.empty())
+        out += "null";
+    else
+        appendJsonString(out, text);
+}
+
+/// A linked table as {"name", "kind", "database", "table", "connect", "relationships"}: kind
+/// "ACCESS" or "ODBC", database null for ODBC links, connect null where none is stored; the
+/// relationships in which the linked table is the referencing side.
+void appendLinkedTableJson(std::string &out, const TOrbMDBFile &file, const TOrbMDBLinkedTable &link)
+{
+    out += "{\"name\": ";
+    appendJsonString(out, link.name());
+    out += ", \"kind\": ";
+    appendJsonString(out, TOrbMDBLinkedTable::kindName(link.kind()));
+    out += ", \"database\": ";
+    if (link.kind() == TOrbMDBLinkedTable::Kind::Odbc)
+        out += "null";
+    else
+        appendJsonString(out, link.database());
+    out += ", \"table\": ";
+    appendJsonString(out, link.targetTable());
+    out += ", \"connect\": ";
+    appendJsonStringOrNull(out, link.connect());
+    appendListJson(out, "relationships",
+                   file.foreignKeysForTable(link.name()).value_or(std::vector<const TOrbMDBForeignKey *>{}));
+    out += '}';
+}
+
 std::string schemaJson(const TOrbMDBFile &file)
 {
     std::string out = "{\"file\": ";
@@ -82,6 +114,13 @@ std::string schemaJson(const TOrbMDBFile &file)
         appendListJson(out, "indexes", table->indices());
         appendListJson(out, "relationships", table->foreignKeys().value_or(std::vector<const TOrbMDBForeignKey *>{}));
         out += '}';
+    }
+    out += "\n], \"linkedTables\": [";
+    first = true;
+    for (const auto &link : file.linkedTables()) {
+        out += first ? "\n  " : ",\n  ";
+        first = false;
+        appendLinkedTableJson(out, file, *link);
     }
     // Every saved query, the ones Access keeps for forms and reports included.
     out += "\n], \"queries\": [";
@@ -118,6 +157,13 @@ void printSchemaText(std::FILE *out, const TOrbMDBFile &file)
             for (const TOrbMDBForeignKey *key : *keys)
                 printObjectText(out, *key, "Relationship", 2);
     }
+    for (const auto &link : file.linkedTables()) {
+        std::fputc('\n', out);
+        printObjectText(out, *link, "Linked table", 0);
+        if (const auto keys = file.foreignKeysForTable(link->name()))
+            for (const TOrbMDBForeignKey *key : *keys)
+                printObjectText(out, *key, "Relationship", 2);
+    }
 }
 
 int runSchema(CliContext &context)
@@ -142,13 +188,17 @@ int runSchema(CliContext &context)
 } // namespace
 
 extern const Command kSchemaCommand = {
-    "schema", "show the schema: file, tables, columns, indexes, relationships",
+    "schema", "show the schema: file, tables, columns, indexes, relationships, linked tables",
     "vellum-cli schema FILE [--json]\n"
     "  Prints the information rows of the file, then of each table with its columns, indexes\n"
-    "  and relationships (those in which the table is the referencing side).\n"
+    "  and relationships (those in which the table is the referencing side), then of each\n"
+    "  linked table with its relationships.\n"
     "  --json  one JSON document {\"file\": {...}, \"tables\": [{\"info\", \"columns\", \"indexes\",\n"
-    "          \"relationships\"}], \"queries\": [{\"name\", \"type\", \"sql\"}]}, with every saved\n"
-    "          query (those Access keeps for forms and reports too; see `vellum-cli queries`)",
+    "          \"relationships\"}], \"linkedTables\": [{\"name\", \"kind\", \"database\", \"table\",\n"
+    "          \"connect\", \"relationships\"}], \"queries\": [{\"name\", \"type\", \"sql\"}]}; kind is\n"
+    "          \"ACCESS\" or \"ODBC\", database is null for ODBC links, connect null where none is\n"
+    "          stored; every saved query is listed (those Access keeps for forms and reports too; see\n"
+    "          `vellum-cli queries`)",
     runSchema};
 
 } // namespace vellum::cli

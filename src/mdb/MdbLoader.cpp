@@ -11,6 +11,7 @@
 #include "mdb/mdbtoolsInclude.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -433,6 +434,80 @@ void addQueries(MdbHandle *mdb, TOrbMDBFile &file, const std::vector<StoredQuery
     }
 }
 
+/// Catalog types of the tables a database links to (MSysObjects "Type").
+constexpr long kLinkedOdbcTableType = 4;
+constexpr long kLinkedAccessTableType = 6;
+/// Catalog flags that mark a system object; such entries are never listed.
+constexpr std::uint32_t kSystemObjectFlags = 0x80000002u;
+
+/// Reads the links to tables of other databases from "MSysObjects" into the file: type 6
+/// entries link to a table of another Access file ("Database" holds its path as stored), type 4
+/// entries reach a table over ODBC ("Connect" holds the connection text); "ForeignName" is the
+/// table's name in the target. libmdb's catalog keeps none of these columns, so the rows are
+/// decoded here from their stored bytes, only the six columns needed (not the long property
+/// blobs beside them). A catalog whose rows cannot be read adds nothing.
+void readLinkedTables(TOrbMDBFile &file, MdbHandle *mdb, MdbTableDef *tdef, const std::string &codePage)
+{
+    ColumnLayout layout;
+    if (!layout.read(tdef))
+        return;
+    enum Wanted { Name, Type, Flags, Database, Connect, ForeignName, WantedCount };
+    static constexpr const char *kWantedNames[WantedCount] = {"Name",     "Type",    "Flags",
+                                                              "Database", "Connect", "ForeignName"};
+    std::array<int, WantedCount> position;
+    position.fill(-1);
+    std::unique_ptr<GPtrArray, void (*)(GPtrArray *)> wanted(g_ptr_array_new(),
+                                                             [](GPtrArray *a) { g_ptr_array_free(a, TRUE); });
+    std::vector<ColumnDescriptorFlags> wantedFlags;
+    GPtrArray *stored = layout.stored();
+    for (unsigned i = 0; i < stored->len; ++i) {
+        auto *col = static_cast<MdbColumn *>(g_ptr_array_index(stored, i));
+        if (!col)
+            continue;
+        for (int w = 0; w < WantedCount; ++w) {
+            if (position[static_cast<std::size_t>(w)] < 0 && std::strcmp(col->name, kWantedNames[w]) == 0) {
+                position[static_cast<std::size_t>(w)] = static_cast<int>(wanted->len);
+                g_ptr_array_add(wanted.get(), col);
+                wantedFlags.push_back(i < layout.flags().size() ? layout.flags()[i] : ColumnDescriptorFlags{});
+                break;
+            }
+        }
+    }
+    if (position[Name] < 0 || position[Type] < 0 || position[ForeignName] < 0 ||
+        (position[Database] < 0 && position[Connect] < 0))
+        return;
+    TableStore store(wanted->len);
+    if (!getRowsFromMdbTableDef(store, tdef, mdb, wanted.get(), wantedFlags, codePage,
+                                [](std::uint64_t) { return true; }))
+        return;
+    const auto text = [&store, &position](std::size_t row, Wanted column) {
+        const int at = position[static_cast<std::size_t>(column)];
+        if (at < 0)
+            return std::string();
+        const CellValue cell = store.cell(row, static_cast<std::size_t>(at));
+        return cell.isText() ? std::string(cell.text) : std::string();
+    };
+    for (std::size_t row = 0; row < store.rowCount(); ++row) {
+        const long objectType = std::strtol(text(row, Type).c_str(), nullptr, 10);
+        if (objectType != kLinkedAccessTableType && objectType != kLinkedOdbcTableType)
+            continue;
+        const auto objectFlags = static_cast<std::uint32_t>(std::strtoll(text(row, Flags).c_str(), nullptr, 10));
+        if (objectFlags & kSystemObjectFlags)
+            continue;
+        auto link = std::make_unique<TOrbMDBLinkedTable>();
+        link->setName(text(row, Name));
+        if (objectType == kLinkedOdbcTableType) {
+            link->setKind(TOrbMDBLinkedTable::Kind::Odbc);
+        } else {
+            link->setKind(TOrbMDBLinkedTable::Kind::Access);
+            link->setDatabase(text(row, Database));
+        }
+        link->setConnect(text(row, Connect));
+        link->setTargetTable(text(row, ForeignName));
+        file.addLinkedTable(std::move(link));
+    }
+}
+
 /// The rows of a large table's later data pages, read by a second handle while the first one
 /// reads the earlier pages.
 struct BackHalf {
@@ -458,9 +533,9 @@ struct PlannedTable {
     std::uint64_t lostLongValues = 0;   ///< memo and OLE values that could not be read
 };
 
-/// Walks the catalog in order: reads "MSysRelationships" and the saved queries into `file` and
-/// describes every kept table (columns, indexes, primary-key marks, name). False when the sink
-/// cancelled.
+/// Walks the catalog in order: reads "MSysRelationships", the linked tables of "MSysObjects" and
+/// the saved queries into `file` and describes every kept table (columns, indexes, primary-key marks, name). False when
+/// the sink cancelled.
 bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<PlannedTable> &plan,
                  const std::string &codePage)
 {
@@ -490,6 +565,8 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
         if (!user && !hidden) {
             if (std::strcmp(entry->object_name, "MSysRelationships") == 0)
                 readRelationships(file, tdef.get());
+            else if (std::strcmp(entry->object_name, "MSysObjects") == 0)
+                readLinkedTables(file, mdb, tdef.get(), codePage);
             else if (std::strcmp(entry->object_name, "MSysQueries") == 0)
                 queryRows = readQueryRows(mdb, tdef.get(), codePage);
             continue;

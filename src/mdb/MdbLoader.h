@@ -59,9 +59,9 @@ public:
     }
 };
 
-/// Reads the database at `path` with libmdb: walks the catalog, reads the relationships into
-/// `relationships` (in the order read) and adds the saved queries to it (in catalog order, their
-/// SQL rebuilt from "MSysQueries"), and hands every kept table to the sink, loading rows
+/// Reads the database at `path` with libmdb: walks the catalog, reads the relationships and the
+/// linked tables into `relationships` (in the order read) and adds the saved queries to it (in
+/// catalog order, their SQL rebuilt from "MSysQueries"), and hands every kept table to the sink, loading rows
 /// with up to `options.workers` handles. False when libmdb cannot open the file, a table read
 /// in the walk cannot be read again, memory runs out, or the sink cancelled. A catalog that
 /// cannot be read gives true with no tables.
@@ -69,8 +69,8 @@ public:
                                 const LoadOptions &options);
 
 /// Reads the whole file with libmdb in this process (catalog walk, kept tables with columns,
-/// rows and indexes, relationships, saved queries). False when libmdb cannot open the file or the observer
-/// cancelled. Tables are added in catalog order, tables and relationships left unsorted.
+/// rows and indexes, relationships, linked tables, saved queries). False when libmdb cannot open the file or the
+/// observer cancelled. Tables are added in catalog order, tables and relationships left unsorted.
 [[nodiscard]] bool loadFileInProcess(TOrbMDBFile &file, LoadObserver *observer, const LoadOptions &options = {});
 
 } // namespace vellum

@@ -28,6 +28,11 @@ public:
     const std::string &connect() const { return m_connect; }
     void setConnect(std::string v) { m_connect = std::move(v); }
 
+    /// Where the rows live, in one line: "DATABASE : TABLE" for a table of another Access file,
+    /// "ODBC TABLE" for one reached over ODBC (the connect text is left out: it often holds a
+    /// password).
+    std::string targetDescription() const;
+
     /// "ACCESS" or "ODBC".
     static const char *kindName(Kind kind);
 

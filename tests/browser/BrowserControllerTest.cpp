@@ -151,5 +151,44 @@ TEST(BrowserPaths, ExtensionsAndParts)
     EXPECT_EQ(parts.extension, "accdb");
 }
 
+TEST(BrowserControllerEntries, LinksAndQueriesOfOpenFilesOnly)
+{
+    class NoDocuments : public RecentDocumentList {
+    public:
+        std::vector<std::string> paths() override { return {}; }
+        void note(const std::string &) override {}
+        void clear() override {}
+    } documents;
+    BrowserController controller(documents);
+    TOrbMDBFile file;
+    auto link = std::make_unique<TOrbMDBLinkedTable>();
+    link->setName("Orders");
+    file.addLinkedTable(std::move(link));
+    for (const char *name : {"Totals", "~sq_fForm", "Orders by month"}) {
+        auto query = std::make_unique<TOrbMDBQuery>();
+        query->setName(name);
+        file.addQuery(std::move(query));
+    }
+    EXPECT_TRUE(controller.linkedTableEntities(&file).empty()); // closed
+    EXPECT_TRUE(controller.queryEntities(&file).empty());
+    file.setActive(true);
+    EXPECT_EQ(controller.linkedTableEntities(&file).size(), 1u);
+    EXPECT_EQ(controller.queryEntities(&file).size(), 2u);
+    controller.setShowHiddenQueries(true);
+    EXPECT_EQ(controller.queryEntities(&file).size(), 3u);
+    controller.setFileSearchText("ORD");
+    ASSERT_EQ(controller.queryEntities(&file).size(), 1u);
+    EXPECT_EQ(controller.queryEntities(&file)[0]->name(), "Orders by month");
+    EXPECT_EQ(controller.linkedTableEntities(&file).size(), 1u); // "Orders"
+
+    // Selecting a link or a query selects its file and no table.
+    controller.selectionDidChange(BrowserItem::ofLinkedTable(file.linkedTables()[0].get()));
+    EXPECT_EQ(controller.selectedFile(), &file);
+    EXPECT_EQ(controller.selectedTable(), nullptr);
+    EXPECT_EQ(filterFileName({&file}, "month", nullptr).size(), 1u);
+    EXPECT_EQ(filterFileName({&file}, "fForm", nullptr).size(), 0u);
+    EXPECT_EQ(filterFileName({&file}, "fForm", nullptr, true).size(), 1u);
+}
+
 } // namespace
 } // namespace vellum

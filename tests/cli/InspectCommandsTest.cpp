@@ -86,6 +86,46 @@ TEST(VellumCli, SchemaJsonHoldsEveryObjectsRowsInLabelOrder)
     EXPECT_EQ(lines["columns"][2]["Size"], 50);
 }
 
+TEST(VellumCli, LinkedTablesFollowTheLocalTables)
+{
+    // jet4_linked.mdb holds no local table and two links to tables of other Access files.
+    struct Case {
+        std::vector<std::string> args;
+        std::string out;
+    };
+    const std::string linked = fixturePath("jet4_linked.mdb");
+    const Case cases[] = {
+        {{"list", linked}, "Table1\t-> C:\\db\\linkee1.mdb : Table1\ntable2\t-> C:\\db\\linkee2.mdb : table2\n"},
+        {{"schema", linked},
+         "\nLinked table: Table1\n  Name: Table1\n  Link: ACCESS\n  Database: C:\\db\\linkee1.mdb\n  Table: Table1\n"
+         "\nLinked table: table2\n  Name: table2\n  Link: ACCESS\n  Database: C:\\db\\linkee2.mdb\n  Table: table2\n"},
+        {{"schema", linked, "--json"},
+         "\n], \"linkedTables\": [\n"
+         "  {\"name\": \"Table1\", \"kind\": \"ACCESS\", \"database\": \"C:\\\\db\\\\linkee1.mdb\", \"table\": "
+         "\"Table1\", "
+         "\"connect\": null, \"relationships\": []},\n"
+         "  {\"name\": \"table2\", \"kind\": \"ACCESS\", \"database\": \"C:\\\\db\\\\linkee2.mdb\", \"table\": "
+         "\"table2\", "
+         "\"connect\": null, \"relationships\": []}\n]}\n"},
+        {{"schema", fixturePath("features.mdb"), "--json"}, "\n], \"linkedTables\": [\n]}\n"},
+    };
+    for (const Case &c : cases) {
+        const auto result = runTool("vellum-cli", c.args);
+        ASSERT_EQ(result.exitStatus, 0) << result.err;
+        ASSERT_GE(result.out.size(), c.out.size()) << result.out;
+        // Each expected text is the end of the output (the file's own rows come first).
+        EXPECT_EQ(result.out.substr(result.out.size() - c.out.size()), c.out) << c.args[0];
+        if (c.args[0] == "list") {
+            EXPECT_EQ(result.out, c.out);
+        }
+    }
+    const auto json = runTool("vellum-cli", {"schema", linked, "--json"});
+    const auto schema = nlohmann::json::parse(json.out, nullptr, false);
+    ASSERT_FALSE(schema.is_discarded());
+    EXPECT_TRUE(schema["tables"].empty());
+    EXPECT_EQ(schema["linkedTables"].size(), 2u);
+}
+
 TEST(VellumCli, RowsAsTextAndJson)
 {
     const auto text = runTool("vellum-cli", {"rows", fixturePath("features.mdb"), "table1"});

@@ -295,6 +295,29 @@ TEST(SqlScriptWriter, RelationshipsPerDialectAndPlacement)
     EXPECT_EQ(sqlite.find("ALTER TABLE"), std::string::npos);
 }
 
+TEST(SqlScriptWriter, RelationshipToALinkedTableIsKept)
+{
+    // A local table may reference a table the database only links to: the constraint is written
+    // like any other, naming the linked table.
+    auto file = makeFile();
+    auto link = std::make_unique<TOrbMDBLinkedTable>();
+    link->setName("Stock");
+    link->setDatabase("C:\\data\\stock.mdb");
+    link->setTargetTable("Stock");
+    file->addLinkedTable(std::move(link));
+    addRelationship(*file, "LinesStock", "Lines", {"No"}, "Stock", {"No"}, false, true);
+    for (const ServerType dialect :
+         {ServerTypeMySQL, ServerTypePostgreSQL, ServerTypeOracle, ServerTypeSQLServer, ServerTypeSQLite}) {
+        for (const bool single : {false, true}) {
+            const std::string out = script(*file, settingsFor(dialect, single), single ? nullptr : "Lines");
+            const std::size_t at = out.find("LinesStock");
+            ASSERT_NE(at, std::string::npos) << static_cast<int>(dialect) << out;
+            EXPECT_NE(out.find("Stock", at + 10), std::string::npos);
+            EXPECT_NE(out.find("LinesOrders"), std::string::npos);
+        }
+    }
+}
+
 TEST(SqlScriptWriter, OptionsLeaveOutTheirParts)
 {
     const auto file = makeFile();

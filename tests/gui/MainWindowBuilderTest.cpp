@@ -85,7 +85,7 @@ private slots:
               "Jump to Row…|Ctrl+J|on", "Find|" + keys(QKeySequence::Find) + "|on"}},
             // The pane toggles' titles are the controller's to set.
             {"View",
-             {"||on", "||on", "||on", "||on", "||on", "-",
+             {"||on", "||on", "||on", "||on", "||on", "-", "Show Hidden Queries||on", "-",
               "Enter Full Screen|" + keys(QKeySequence::FullScreen) + "|on"}},
             {"Go", {"Back|" + keys(QKeySequence::Back) + "|off", "Forward|" + keys(QKeySequence::Forward) + "|off"}},
             {"Help", {"About Vellum||on"}},

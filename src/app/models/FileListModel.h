@@ -11,10 +11,13 @@ namespace vellum {
 
 class BrowserController;
 class TOrbMDBFile;
+class TOrbMDBLinkedTable;
+class TOrbMDBQuery;
 class TOrbMDBTable;
 
-/// The file list's outline: files at the top level (the controller's `fileEntities`), the
-/// tables of an open file below (`tableEntities`). It shows the state of the last `reload`;
+/// The file list's outline: files at the top level (the controller's `fileEntities`); below an
+/// open file its tables (`tableEntities`), then its linked tables (`linkedTableEntities`), then
+/// its saved queries (`queryEntities`), each kind with its own icon. It shows the state of the last `reload`;
 /// the controller's lists are read again only there. Items are never editable.
 class FileListModel : public QAbstractItemModel {
     Q_OBJECT
@@ -35,6 +38,8 @@ public:
     BrowserItem itemForIndex(const QModelIndex &index) const;
     QModelIndex indexForFile(const TOrbMDBFile *file) const;
     QModelIndex indexForTable(const TOrbMDBTable *table) const;
+    QModelIndex indexForLinkedTable(const TOrbMDBLinkedTable *link) const;
+    QModelIndex indexForQuery(const TOrbMDBQuery *query) const;
     QModelIndex indexForItem(const BrowserItem &item) const;
 
     QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
@@ -50,13 +55,23 @@ private:
         TOrbMDBFile *file;
         bool open;
         std::vector<TOrbMDBTable *> tables;
+        std::vector<TOrbMDBLinkedTable *> linkedTables;
+        std::vector<TOrbMDBQuery *> queries;
+
+        std::size_t childCount() const { return tables.size() + linkedTables.size() + queries.size(); }
+        /// The item of a child row: tables first, then linked tables, then queries.
+        BrowserItem child(std::size_t row) const;
     };
+    /// The index of the child row `row` under the file at `fileRow`.
+    QModelIndex childIndex(std::size_t fileRow, std::size_t row) const;
 
     BrowserController &m_controller;
     std::vector<FileNode> m_files;
     bool m_numRowsShown = true;
     QIcon m_fileIcon;
     QIcon m_tableIcon;
+    QIcon m_linkedTableIcon;
+    QIcon m_queryIcon;
 };
 
 } // namespace vellum

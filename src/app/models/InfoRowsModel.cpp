@@ -5,7 +5,7 @@
 
 namespace vellum {
 
-void InfoRowsModel::setObject(const TOrbMDBObject *object)
+void InfoRowsModel::setObject(const TOrbMDBObject *object, const QStringList &omitted)
 {
     beginResetModel();
     m_labels.clear();
@@ -13,6 +13,8 @@ void InfoRowsModel::setObject(const TOrbMDBObject *object)
     if (object) {
         const ObjectValues values = object->getObjectValues();
         for (const std::string &label : object->getObjectLabels()) {
+            if (omitted.contains(toQString(label)))
+                continue;
             m_labels.append(toQString(label));
             const auto found = values.find(label);
             m_values.append(found == values.end() ? QString() : toQString(infoValueText(found->second)));

@@ -14,8 +14,9 @@ class InfoRowsModel : public QAbstractTableModel {
 public:
     using QAbstractTableModel::QAbstractTableModel;
 
-    /// Shows an object's rows (none for nullptr).
-    void setObject(const TOrbMDBObject *object);
+    /// Shows an object's rows (none for nullptr), leaving out the rows labelled in `omitted`
+    /// (the English labels; a pane that shows such a value in a view of its own).
+    void setObject(const TOrbMDBObject *object, const QStringList &omitted = {});
     void clear() { setObject(nullptr); }
     const QStringList &labels() const { return m_labels; }
     const QStringList &values() const { return m_values; }

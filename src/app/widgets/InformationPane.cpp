@@ -6,13 +6,17 @@
 #include "model/TOrbMDBFile.h"
 #include "model/TOrbMDBForeignKey.h"
 #include "model/TOrbMDBIndex.h"
+#include "model/TOrbMDBLinkedTable.h"
+#include "model/TOrbMDBQuery.h"
 #include "model/TOrbMDBTable.h"
 
 #include <QApplication>
+#include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStyledItemDelegate>
@@ -113,9 +117,9 @@ int LabelValueView::widthToFit(const QStringList &labels, const QFont &font)
     return static_cast<int>(std::ceil(widest * 1.1));
 }
 
-void LabelValueView::setObject(const TOrbMDBObject *object, const TOrbMDBObject *measure)
+void LabelValueView::setObject(const TOrbMDBObject *object, const TOrbMDBObject *measure, const QStringList &omitted)
 {
-    m_model->setObject(object);
+    m_model->setObject(object, omitted);
     QStringList measured = m_model->labels();
     if (measure && measure != object) {
         measured.clear();
@@ -233,6 +237,47 @@ InformationPane::InformationPane(QWidget *parent)
         m_details[static_cast<std::size_t>(page)] = details;
         m_pages->addWidget(container);
     }
+    {
+        auto *container = new QWidget(m_pages);
+        auto *pageLayout = new QVBoxLayout(container);
+        pageLayout->setContentsMargins(6, 6, 6, 6);
+        pageLayout->setSpacing(4);
+        m_entryHeading = new QLabel(container);
+        m_entryHeading->setFont(headingFont);
+        pageLayout->addWidget(m_entryHeading);
+        m_entryRows = new LabelValueView(container);
+        m_entryRows->setObjectName("entryRows");
+        pageLayout->addWidget(m_entryRows);
+        m_entryNote = new QLabel(container);
+        m_entryNote->setObjectName("entryNote");
+        m_entryNote->setWordWrap(true);
+        m_entryNote->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        m_entryNote->setFont(smallFont());
+        pageLayout->addWidget(m_entryNote);
+        m_sqlView = new QPlainTextEdit(container);
+        m_sqlView->setObjectName("sqlView");
+        m_sqlView->setReadOnly(true);
+        m_sqlView->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+        m_sqlView->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+        m_sqlView->setLineWrapMode(QPlainTextEdit::WidgetWidth);
+        pageLayout->addWidget(m_sqlView, 1);
+        auto *keysSplitter = new QSplitter(Qt::Vertical, container);
+        m_entryKeyNames = new NamesListView(keysSplitter);
+        m_entryKeyRows = new LabelValueView(keysSplitter);
+        keysSplitter->addWidget(m_entryKeyNames);
+        keysSplitter->addWidget(m_entryKeyRows);
+        connect(m_entryKeyNames, &NamesListView::chosenRowChanged, this, [this](int row) {
+            m_entryKeyRows->setObject(row >= 0 && static_cast<std::size_t>(row) < m_entryKeys.size()
+                                          ? m_entryKeys[static_cast<std::size_t>(row)]
+                                          : nullptr);
+        });
+        m_entryKeysBox = keysSplitter;
+        pageLayout->addWidget(m_entryKeysBox, 1);
+        // Takes the room below a linked table's note (the SQL view takes it for a query).
+        m_entryFiller = new QWidget(container);
+        pageLayout->addWidget(m_entryFiller, 1);
+        m_pages->addWidget(container);
+    }
     connect(m_topBar, &InformationTopBar::informationTypeChanged, this, &InformationPane::showPage);
     // At start only the File button shows, on page 0.
     for (int type = kInfoTable; type <= kInfoRelation; ++type)
@@ -276,6 +321,70 @@ void InformationPane::showTable(const TOrbMDBTable *table)
     for (int type = kInfoTable; type <= kInfoRelation; ++type)
         m_topBar->setHidden(false, type, keep);
     showPage(keep);
+}
+
+void InformationPane::fitEntryRows()
+{
+    // As tall as its rows: the note or the SQL follows right below them.
+    const int rows = m_entryRows->rowsModel()->rowCount();
+    m_entryRows->setFixedHeight(rows * m_entryRows->verticalHeader()->defaultSectionSize() +
+                                2 * m_entryRows->frameWidth() + 2);
+}
+
+void InformationPane::showEntryPage()
+{
+    m_table = nullptr;
+    for (int type = kInfoFile; type <= kInfoRelation; ++type)
+        m_topBar->setHidden(true, type, kInfoFile);
+    showPage(kEntryPage);
+}
+
+void InformationPane::showLinkedTable(const TOrbMDBLinkedTable *link, const QString &note)
+{
+    m_entryHeading->setText(localizedQ("Linked Table Information"));
+    m_entryRows->setObject(link);
+    fitEntryRows();
+    m_entryNote->setText(note);
+    m_entryNote->setVisible(!note.isEmpty());
+    m_sqlView->clear();
+    m_sqlView->hide();
+    m_entryKeys.clear();
+    QStringList names;
+    if (const TOrbMDBFile *file = link ? link->file() : nullptr)
+        if (const auto keys = file->foreignKeysForTable(link->name()))
+            for (const TOrbMDBForeignKey *key : *keys) {
+                m_entryKeys.push_back(key);
+                names.append(toQString(key->name()));
+            }
+    m_entryKeyNames->setNames(names);
+    m_entryKeyRows->setObject(m_entryKeys.empty() ? nullptr : m_entryKeys.front());
+    m_entryKeysBox->setVisible(!m_entryKeys.empty());
+    m_entryFiller->setVisible(m_entryKeys.empty());
+    showEntryPage();
+}
+
+void InformationPane::setLinkNote(const QString &note)
+{
+    m_entryNote->setText(note);
+    m_entryNote->setVisible(!note.isEmpty());
+}
+
+void InformationPane::showQuery(const TOrbMDBQuery *query)
+{
+    m_entryHeading->setText(localizedQ("Query Information"));
+    // The SQL text has a view of its own below the rows.
+    m_entryRows->setObject(query, nullptr, {localizedQ("SQL")});
+    fitEntryRows();
+    m_entryNote->clear();
+    m_entryNote->hide();
+    m_sqlView->setPlainText(query ? toQString(query->sql()) : QString());
+    m_sqlView->show();
+    m_entryKeys.clear();
+    m_entryKeyNames->setNames({});
+    m_entryKeyRows->setObject(nullptr);
+    m_entryKeysBox->hide();
+    m_entryFiller->hide();
+    showEntryPage();
 }
 
 void InformationPane::refreshTablePages(const TOrbMDBTable *table)

@@ -292,6 +292,11 @@ void MainWindowBuilder::buildMenus(Controls &controls)
     for (QAction *&toggle : controls.paneToggles)
         toggle = viewMenu->addAction(QString());
     viewMenu->addSeparator();
+    controls.showHiddenQueriesItem = viewMenu->addAction(localizedQ("Show Hidden Queries"));
+    controls.showHiddenQueriesItem->setObjectName("showHiddenQueries");
+    controls.showHiddenQueriesItem->setCheckable(true);
+    controls.showHiddenQueriesItem->setChecked(false);
+    viewMenu->addSeparator();
     controls.fullScreenItem = viewMenu->addAction(localizedQ("Enter Full Screen"));
     controls.fullScreenItem->setShortcut(QKeySequence::FullScreen);
 

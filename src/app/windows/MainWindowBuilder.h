@@ -78,6 +78,8 @@ public:
         /// controller's to set.
         std::array<QAction *, 5> paneToggles{};
         QAction *fullScreenItem = nullptr;
+        /// View menu, checkable, off at start: the file list shows the hidden "~sq_" queries.
+        QAction *showHiddenQueriesItem = nullptr;
         QAction *backItem = nullptr;
         QAction *forwardItem = nullptr;
 

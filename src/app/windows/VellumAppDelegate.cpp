@@ -13,6 +13,7 @@
 #include "app/widgets/InformationPane.h"
 #include "app/windows/ChildWindow.h"
 #include "app/windows/MainWindowBuilder.h"
+#include "browser/linkedDatabases.h"
 #include "browser/localizedFormat.h"
 #include "browser/statusTexts.h"
 #include "export/ExportRoutines.h"
@@ -122,6 +123,7 @@ void VellumAppDelegate::adoptInterface(const MainWindowBuilder::Controls &contro
     m_menuitemBack = controls.backItem;
     m_menuitemForward = controls.forwardItem;
     m_fullScreenAction = controls.fullScreenItem;
+    m_showHiddenQueriesItem = controls.showHiddenQueriesItem;
     m_toggles = controls.paneToggles;
     m_exportActions = controls.exportActions;
 
@@ -184,6 +186,7 @@ void VellumAppDelegate::adoptInterface(const MainWindowBuilder::Controls &contro
     for (std::size_t flag = 0; flag < 5; ++flag)
         connect(m_toggles[flag], &QAction::triggered, this, toggles[flag]);
     connect(m_fullScreenAction, &QAction::triggered, this, &VellumAppDelegate::ToggleFullScreen);
+    connect(m_showHiddenQueriesItem, &QAction::toggled, this, &VellumAppDelegate::ShowHiddenQueries);
     connect(m_menuitemBack, &QAction::triggered, this, &VellumAppDelegate::PreviousSelectedTable);
     connect(m_menuitemForward, &QAction::triggered, this, &VellumAppDelegate::NextSelectedTable);
 }
@@ -438,8 +441,19 @@ void VellumAppDelegate::onFileTreeContextMenu(const QPoint &pos)
 
 void VellumAppDelegate::selectionDidChange(BrowserItem item)
 {
+    ++m_entryGeneration;
+    m_shownEntry = {};
     m_controller.selectionDidChange(item);
-    if (item.isFile()) {
+    if (item.isLinkedTable() || item.isQuery()) {
+        m_shownEntry = item;
+        m_dataView->updateDataTableToShowMDBTable(nullptr);
+        m_dataView->displayTextViewContent(std::nullopt);
+        updateStatusBarForFileSelection();
+        if (item.isQuery())
+            m_infoPane->showQuery(item.query);
+        else
+            showLinkedTable(item.linkedTable);
+    } else if (item.isFile()) {
         m_infoPane->showFile(item.file);
         m_dataView->updateDataTableToShowMDBTable(nullptr);
         m_dataView->displayTextViewContent(std::nullopt);
@@ -465,6 +479,71 @@ void VellumAppDelegate::selectionDidChange(BrowserItem item)
             locationItem(m_jumpBarMenu.get(), m_controller.selectedFile(), m_controller.selectedTable()))
         m_dataView->jumpBar()->setSelectedMenuItem(location);
     m_JumpBarMenuRefresh = refreshing;
+}
+
+void VellumAppDelegate::showLinkedTable(TOrbMDBLinkedTable *link)
+{
+    if (link->kind() == TOrbMDBLinkedTable::Kind::Odbc) {
+        m_infoPane->showLinkedTable(link, localizedQ("The linked table is reached over ODBC: its rows are not read."));
+        emit linkedTableResolved();
+        return;
+    }
+    const TOrbMDBFile *owner = link->file();
+    const std::optional<std::string> path = findLinkedDatabase(*link, owner ? owner->path() : std::string("."));
+    if (!path) {
+        m_infoPane->showLinkedTable(
+            link, toQString(localizedFormat("The linked table's database was not found: %@", {link->database()})));
+        emit linkedTableResolved();
+        return;
+    }
+    m_infoPane->showLinkedTable(link, toQString(localizedFormat("Opening %@", {*path})));
+    TOrbMDBFile *target = linkTargetFile(*path);
+    const std::uint64_t generation = m_entryGeneration;
+    loadFile(target, [this, link, target, generation, path = *path](LoadResult result) {
+        if (generation != m_entryGeneration)
+            return; // another selection since, or the link's file closed
+        std::string note;
+        if (result == LoadResult::Opened) {
+            if (TOrbMDBTable *table = findLinkedTargetTable(*target, link->targetTable())) {
+                m_dataView->updateDataTableToShowMDBTable(table);
+                note = localizedFormat("Rows of %@ in %@ (read-only)", {table->name(), path});
+            } else {
+                note = localizedFormat("The linked table %@ was not found in %@", {link->targetTable(), path});
+            }
+        } else if (result == LoadResult::Failed) {
+            note = localizedFormat("The linked table's database cannot be opened: %@", {path});
+        } else {
+            note = localizedFormat("The linked table's database was not opened: %@", {path});
+        }
+        m_infoPane->setLinkNote(toQString(note));
+        emit linkedTableResolved();
+    });
+}
+
+TOrbMDBFile *VellumAppDelegate::linkTargetFile(const std::string &path)
+{
+    for (const auto &file : m_linkTargets)
+        if (file->fullPath() == path)
+            return file.get();
+    m_linkTargets.push_back(TOrbMDBFile::fromPath(path));
+    return m_linkTargets.back().get();
+}
+
+void VellumAppDelegate::ShowHiddenQueries(bool shown)
+{
+    if (m_showHiddenQueriesItem->isChecked() != shown) {
+        m_showHiddenQueriesItem->setChecked(shown); // reports back here through toggled
+        return;
+    }
+    if (m_controller.showHiddenQueries() == shown)
+        return;
+    m_controller.setShowHiddenQueries(shown);
+    reloadFileList();
+    if (!m_shownEntry.isNone() && !m_fileModel->indexForItem(m_shownEntry).isValid()) {
+        // The hidden query shown has left the list: its file is shown in its place.
+        TOrbMDBFile *file = m_controller.selectedFile();
+        selectionDidChange(file ? BrowserItem::ofFile(file) : BrowserItem());
+    }
 }
 
 void VellumAppDelegate::refreshJumpBarMenu()
@@ -702,6 +781,8 @@ void VellumAppDelegate::refreshRecentFiles()
     }
     if (m_controller.selectedTable())
         selectItemInTree(BrowserItem::ofTable(m_controller.selectedTable()));
+    else if (!m_shownEntry.isNone() && m_fileModel->indexForItem(m_shownEntry).isValid())
+        selectItemInTree(m_shownEntry);
     else if (m_controller.selectedFile())
         selectItemInTree(BrowserItem::ofFile(m_controller.selectedFile()));
     else if (const QModelIndexList rows = m_fileTree->selectionModel()->selectedRows(); !rows.isEmpty())
@@ -816,6 +897,17 @@ void VellumAppDelegate::closeFile(TOrbMDBFile *file)
 
 void VellumAppDelegate::fileWillClose(TOrbMDBFile *file)
 {
+    const TOrbMDBFile *entryFile = m_shownEntry.isLinkedTable() ? m_shownEntry.linkedTable->file()
+                                   : m_shownEntry.isQuery()     ? m_shownEntry.query->file()
+                                                                : nullptr;
+    if (entryFile == file) {
+        // The linked table or query shown goes with its file.
+        ++m_entryGeneration;
+        m_shownEntry = {};
+        m_dataView->updateDataTableToShowMDBTable(nullptr);
+        m_dataView->displayTextViewContent(std::nullopt);
+        m_infoPane->showFile(m_controller.selectedFile());
+    }
     updateHistoryButtons(); // the file's tables have left the history
     if (m_childWinManager)
         m_childWinManager->closeChildrenForFile(file);
@@ -947,7 +1039,11 @@ void VellumAppDelegate::Export(ExportFileType kind, std::optional<BrowserItem> t
         deselectAllForToolbarItems();
         return;
     }
-    TOrbMDBFile *file = item.isFile() ? item.file : item.table->file();
+    // A linked table or a query exports its file, as the file itself does.
+    TOrbMDBFile *file = item.isFile()          ? item.file
+                        : item.isTable()       ? item.table->file()
+                        : item.isLinkedTable() ? item.linkedTable->file()
+                                               : item.query->file();
     TOrbMDBTable *table = item.table;
     loadFile(file, [this, file, table, kind](LoadResult result) {
         if (result != LoadResult::Opened) {

@@ -79,6 +79,10 @@ public:
     QAction *toolbarAction(const QString &identifier) const;
     /// The View menu's toggle of a pane flag.
     QAction *paneToggle(int flag) const { return m_toggles[static_cast<std::size_t>(flag)]; }
+    /// The View menu's checkable "Show Hidden Queries".
+    QAction *showHiddenQueriesItem() const { return m_showHiddenQueriesItem; }
+    /// The files opened for linked tables' targets (not in the file list), in the order opened.
+    const std::vector<std::unique_ptr<TOrbMDBFile>> &linkTargets() const { return m_linkTargets; }
     QAction *backMenuItem() const { return m_menuitemBack; }
     QAction *forwardMenuItem() const { return m_menuitemForward; }
     FileLoader *fileLoader() const { return m_loader; }
@@ -107,6 +111,8 @@ public:
     void ToggleJumpBar();
     void ToggleNumRows();
     void ToggleFullScreen();
+    /// Shows or hides the hidden "~sq_" queries in the file list (the View menu's checkable item).
+    void ShowHiddenQueries(bool shown);
     /// The data search menu's mode items (tags 0 to 3) and the case item.
     void SetSearchOption(int tag);
     void SetCaseForSearch();
@@ -143,6 +149,9 @@ public:
 signals:
     /// A series of opens (panel, drop, hand-over, list command) has ended.
     void openFinished();
+    /// The linked table shown has its final note: its target's rows are in the grid, or the
+    /// note says why not.
+    void linkedTableResolved();
     /// An export wizard was made (tests configure it here).
     void exportWizardCreated(vellum::ExportWizard *wizard);
 
@@ -198,6 +207,12 @@ private:
     void runDeferredRefresh();
     void closeFile(TOrbMDBFile *file);
     void saveState();
+    /// Shows a linked table: its rows in the pane and, when its target Access file is found,
+    /// that file's table in the grid (the file is opened read-only through the file reader,
+    /// apart from the file list).
+    void showLinkedTable(TOrbMDBLinkedTable *link);
+    /// The file object for a linked table's target path (made, closed, when first asked for).
+    TOrbMDBFile *linkTargetFile(const std::string &path);
 
     std::unique_ptr<RecentDocuments> m_ownRecentDocuments;
     RecentDocumentList &m_recentDocuments;
@@ -215,6 +230,12 @@ private:
     bool m_closeWhenIdle = false;
     bool m_quitting = false;
     std::optional<BrowserItem> m_rightClicked;
+    /// The linked table or query the pane shows (none otherwise).
+    BrowserItem m_shownEntry;
+    /// Raised at every selection change and when the shown entry's file closes, so that a
+    /// linked table's target that finishes opening later is shown only if still wanted.
+    std::uint64_t m_entryGeneration = 0;
+    std::vector<std::unique_ptr<TOrbMDBFile>> m_linkTargets;
 
     // Pane flags in the order of PaneFlag.
     std::array<bool, 5> m_paneFlags{};
@@ -236,6 +257,7 @@ private:
     QAction *m_menuitemBack = nullptr;
     QAction *m_menuitemForward = nullptr;
     QAction *m_fullScreenAction = nullptr;
+    QAction *m_showHiddenQueriesItem = nullptr;
     std::array<QAction *, 5> m_toggles{};
     /// The toolbar's and the File menu's export items with their kinds.
     std::vector<std::pair<ExportFileType, QAction *>> m_exportActions;
