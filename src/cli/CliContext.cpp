@@ -1,6 +1,7 @@
 #include "cli/CliContext.h"
 
 #include "cli/LoadProgress.h"
+#include "cli/passwordInput.h"
 #include "loader/chooseFileReader.h"
 #include "model/TOrbMDBFile.h"
 
@@ -62,14 +63,31 @@ std::unique_ptr<TOrbMDBFile> openDatabase(CliContext &context, const std::string
             chooseFileReader([](const std::string &line) { std::fprintf(stderr, "%s\n", line.c_str()); }, load);
     }
     auto file = TOrbMDBFile::fromPath(path);
-    LoadProgress progress(file->size());
-    if (access(path.c_str(), R_OK) != 0 || !file->open(*context.reader, progress.observer())) {
+    context.reader->setPassword(context.password.value_or(std::string()));
+    bool opened = false;
+    {
+        LoadProgress progress(file->size());
+        opened = access(path.c_str(), R_OK) == 0 && file->open(*context.reader, progress.observer());
         progress.finish();
-        std::fprintf(stderr, "File (%s) cannot be opened\n", path.c_str());
-        return nullptr;
     }
-    progress.finish();
-    return file;
+    // An encrypted file and no password given: ask for it when someone is at the terminal.
+    if (!opened && file->openFailure() == OpenFailure::PasswordNeeded && !context.password && isatty(STDIN_FILENO)) {
+        if (const auto typed = promptForPassword(path); typed && !typed->empty()) {
+            context.reader->setPassword(*typed);
+            LoadProgress progress(file->size());
+            opened = file->open(*context.reader, progress.observer());
+            progress.finish();
+        }
+    }
+    if (opened)
+        return file;
+    if (file->openFailure() == OpenFailure::PasswordNeeded)
+        std::fprintf(stderr, "File (%s) is encrypted: a password is needed\n", path.c_str());
+    else if (file->openFailure() == OpenFailure::WrongPassword)
+        std::fprintf(stderr, "The password for (%s) is not correct\n", path.c_str());
+    else
+        std::fprintf(stderr, "File (%s) cannot be opened\n", path.c_str());
+    return nullptr;
 }
 
 } // namespace vellum::cli

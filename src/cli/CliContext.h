@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,9 @@ struct CliContext {
     /// `--codepage NAME`: the code page of Jet 3 files' text (they do not record it); empty
     /// for windows-1252.
     std::string codePage;
+    /// `--db-password TEXT` or `--db-password-file FILE`: the password of encrypted files; when
+    /// absent, `openDatabase` asks for it on a terminal.
+    std::optional<std::string> password;
 };
 
 /// A command: name, one-line summary, usage text and the function that runs it.
@@ -53,8 +57,10 @@ int usageError(const Command &command, const std::string &message);
 void printError(const std::string &message);
 
 /// Opens a database path into a loaded file model with the context's reader; prints "File
-/// (NAME) cannot be opened" on standard error and answers nullptr on failure. Shows progress for
-/// large files on a terminal.
+/// (NAME) cannot be opened" on standard error and answers nullptr on failure ("File (NAME) is
+/// encrypted: a password is needed" or "The password for (NAME) is not correct" for an
+/// encrypted file). An encrypted file opened without a password while standard input is a
+/// terminal asks for it first. Shows progress for large files on a terminal.
 std::unique_ptr<TOrbMDBFile> openDatabase(CliContext &context, const std::string &path);
 
 extern const Command kListCommand;

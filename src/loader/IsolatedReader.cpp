@@ -2,6 +2,7 @@
 
 #include "loader/HelperProcess.h"
 #include "loader/modelWire.h"
+#include "mdb/DatabaseImage.h"
 
 #include <limits.h>
 #include <unistd.h>
@@ -63,6 +64,12 @@ bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedL
                                          file.fullPath()};
         if (!options.load.jet3CodePage.empty())
             argv.insert(argv.end() - 2, {"--codepage", options.load.jet3CodePage});
+        // The password reaches the helper through a pipe of its own, never its command line
+        // or environment (which other users can read in /proc).
+        if (!options.load.password.empty()) {
+            argv.insert(argv.end() - 2, {"--password-fd", std::to_string(HelperProcess::kChildInput)});
+            process.setInput(options.load.password);
+        }
         if (!process.start(argv))
             return false;
         ReceivedModel model;
@@ -77,7 +84,16 @@ bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedL
 
 bool IsolatedReader::read(TOrbMDBFile &file, LoadObserver *observer)
 {
-    return loadFileIsolated(file, observer, m_options);
+    // A missing or wrong password is found here, from the header and its verifier, so that the
+    // reason reaches the file without a helper run that could only fail.
+    const OpenFailure passwordFailure = checkDatabasePassword(file.fullPath(), password());
+    if (passwordFailure == OpenFailure::PasswordNeeded || passwordFailure == OpenFailure::WrongPassword) {
+        file.setOpenFailure(passwordFailure);
+        return false;
+    }
+    IsolatedLoadOptions options = m_options;
+    options.load.password = password();
+    return loadFileIsolated(file, observer, options);
 }
 
 } // namespace vellum

@@ -272,6 +272,11 @@ void encodeCatalogObjects(WireWriter &writer, const TOrbMDBFile &file)
     }
 }
 
+void encodeFileProtection(WireWriter &writer, const TOrbMDBFile &file)
+{
+    writer.putBool(file.databasePasswordSet());
+}
+
 namespace {
 
 /// Reads what encodeCatalogObjects wrote; false when it does not fit.
@@ -370,6 +375,7 @@ void ReceivedModel::moveInto(TOrbMDBFile &file)
         file.addQuery(std::move(query));
     linkedTables.clear();
     queries.clear();
+    file.setDatabasePasswordSet(databasePasswordSet);
     for (auto &table : tables)
         file.addTable(std::move(table));
     foreignKeys.clear();
@@ -421,6 +427,9 @@ bool readModelStream(ByteSource &source, LoadObserver *observer, ReceivedModel &
                 model.foreignKeys.push_back(std::move(key));
             }
             if (!decodeCatalogObjects(reader, model))
+                return false;
+            model.databasePasswordSet = reader.getBool();
+            if (!reader.ok())
                 return false;
             break;
         }

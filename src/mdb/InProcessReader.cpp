@@ -4,7 +4,9 @@ namespace vellum {
 
 bool InProcessReader::read(TOrbMDBFile &file, LoadObserver *observer)
 {
-    return loadFileInProcess(file, observer, m_options);
+    LoadOptions options = m_options;
+    options.password = password();
+    return loadFileInProcess(file, observer, options);
 }
 
 } // namespace vellum

@@ -174,6 +174,10 @@ void TOrbMDBFile::informationRows(std::vector<std::string> &labels, std::vector<
     values = {formatObjects("%@.%@", {m_name, m_ext}), m_path,
               formatComputerFileSize(m_size),          dateWithFinderFormat(m_createDate),
               dateWithFinderFormat(m_modifyDate),      dateWithFinderFormat(m_lastOpenDate)};
+    if (m_databasePasswordSet) {
+        labels.push_back("Password protected");
+        values.push_back(std::string("YES"));
+    }
 }
 
 } // namespace vellum

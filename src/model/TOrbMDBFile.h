@@ -82,6 +82,9 @@ public:
     OpenFailure openFailure() const { return m_openFailure; }
     /// Set by the reader that fails to read this file.
     void setOpenFailure(OpenFailure failure) { m_openFailure = failure; }
+    /// A Jet 3/4 file whose header holds a database password (it opens without it); set by the reader.
+    bool databasePasswordSet() const { return m_databasePasswordSet; }
+    void setDatabasePasswordSet(bool set) { m_databasePasswordSet = set; }
     /// Unloads tables, relationships, linked tables and queries; the file stays in the list and can be opened again.
     void close();
 
@@ -114,6 +117,7 @@ private:
     std::vector<std::unique_ptr<TOrbMDBQuery>> m_queries;
     bool m_fActive = false;
     OpenFailure m_openFailure = OpenFailure::None;
+    bool m_databasePasswordSet = false;
 };
 
 } // namespace vellum
