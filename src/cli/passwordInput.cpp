@@ -104,7 +104,7 @@ std::optional<std::string> promptForPassword(const std::string &name)
     if (!ownTerminal)
         in = STDIN_FILENO;
     const int out = ownTerminal ? in : STDERR_FILENO;
-    writeText(out, "Password for " + name + ": ");
+    // Echo goes off before the prompt shows, so that nothing typed after it is ever echoed.
     termios saved{};
     const bool echoOff = tcgetattr(in, &saved) == 0;
     if (echoOff) {
@@ -113,9 +113,10 @@ std::optional<std::string> promptForPassword(const std::string &name)
         quiet.c_lflag |= ECHONL;
         tcsetattr(in, TCSAFLUSH, &quiet);
     }
+    writeText(out, "Password for " + name + ": ");
     std::optional<std::string> line = readLine(in);
     if (echoOff)
-        tcsetattr(in, TCSAFLUSH, &saved);
+        tcsetattr(in, TCSANOW, &saved);
     if (ownTerminal)
         ::close(in);
     return line;

@@ -16,7 +16,11 @@
 
 #include <gtest/gtest.h>
 
+#include <poll.h>
+#include <pty.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -206,6 +210,66 @@ TEST(EncryptedFiles, PasswordReachesTheHelperThroughAPipeOnly)
     EXPECT_EQ(argv.find(password), std::string::npos) << argv;
     EXPECT_EQ(test::fileContents(temp.path() + "/environ").find(password), std::string::npos);
     EXPECT_EQ(test::fileContents(temp.path() + "/input"), password);
+}
+
+/// Everything the terminal shows until the program ends, answering `answer` once the prompt
+/// appeared; the program's exit status in `status`.
+std::string runOnTerminal(const std::vector<std::string> &argv, const std::string &answer, int &status)
+{
+    int master = -1;
+    const pid_t pid = forkpty(&master, nullptr, nullptr, nullptr);
+    if (pid == 0) {
+        std::vector<char *> args;
+        for (const auto &arg : argv)
+            args.push_back(const_cast<char *>(arg.c_str()));
+        args.push_back(nullptr);
+        execv(args[0], args.data());
+        _exit(127);
+    }
+    std::string shown;
+    bool answered = false;
+    for (;;) {
+        pollfd ready{master, POLLIN, 0};
+        if (poll(&ready, 1, 20000) <= 0)
+            break;
+        char buffer[512];
+        const ssize_t n = read(master, buffer, sizeof buffer);
+        if (n <= 0)
+            break; // the program ended (EIO once the terminal's last user is gone)
+        shown.append(buffer, static_cast<std::size_t>(n));
+        if (!answered && shown.find("Password for ") != std::string::npos && shown.find(": ") != std::string::npos) {
+            const std::string line = answer + "\n";
+            if (write(master, line.data(), line.size()) != static_cast<ssize_t>(line.size()))
+                break;
+            answered = true;
+        }
+    }
+    close(master);
+    int raw = 0;
+    waitpid(pid, &raw, 0);
+    status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+    return shown;
+}
+
+TEST(EncryptedFiles, CommandLineAsksOnATerminalWithoutEcho)
+{
+    const auto files = encryptedFiles();
+    if (files.empty())
+        GTEST_SKIP() << "../shared/corpus-truth or ../shared/corpus is absent";
+    const CorpusFile &corpus = files.front(); // its password is not part of its path
+    const std::string password = corpus.truth["password"];
+    const std::string cli = std::string(VELLUM_BIN_DIR) + "/vellum-cli";
+    const std::string table = corpus.truth["tables"][0]["name"];
+    int status = -1;
+    std::string shown = runOnTerminal({cli, "list", corpus.path}, password, status);
+    EXPECT_EQ(status, 0) << shown;
+    EXPECT_NE(shown.find("Password for " + corpus.path + ": "), std::string::npos) << shown;
+    EXPECT_NE(shown.find(table + "\t"), std::string::npos) << shown;
+    EXPECT_EQ(shown.find(password), std::string::npos) << "the password is not echoed: " << shown;
+
+    shown = runOnTerminal({cli, "list", corpus.path}, password + "x", status);
+    EXPECT_EQ(status, 1) << shown;
+    EXPECT_NE(shown.find("The password for (" + corpus.path + ") is not correct"), std::string::npos) << shown;
 }
 
 TEST(JetDatabasePassword, HeaderFlagMatchesTheTruthAndShowsAsAnInformationRow)
