@@ -3,7 +3,6 @@
 #include <cmath>
 #include <cstring>
 #include <fstream>
-#include <limits>
 
 namespace vellum {
 namespace {
