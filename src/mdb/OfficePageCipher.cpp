@@ -441,6 +441,12 @@ OfficePageCipher::Setup OfficePageCipher::create(const DatabaseHeader &header, c
     return setup;
 }
 
+OfficePageCipher::~OfficePageCipher()
+{
+    wipe(m_baseHash);
+    wipe(m_key);
+}
+
 Bytes OfficePageCipher::standardKey(const Bytes &block) const
 {
     const Bytes final = hashOf(HashKind::Sha1, m_baseHash, block);

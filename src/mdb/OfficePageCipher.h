@@ -52,6 +52,11 @@ public:
     /// False when the cipher refuses it. Safe to call from several threads at once.
     [[nodiscard]] bool decryptPage(unsigned char *page, std::size_t length, std::uint32_t pageNumber) const;
 
+    /// The key material is wiped when the cipher goes.
+    ~OfficePageCipher();
+    OfficePageCipher(const OfficePageCipher &) = delete;
+    OfficePageCipher &operator=(const OfficePageCipher &) = delete;
+
     EncryptionScheme scheme() const { return m_scheme; }
 
 private:

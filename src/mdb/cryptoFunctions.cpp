@@ -1,5 +1,6 @@
 #include "mdb/cryptoFunctions.h"
 
+#include <openssl/crypto.h>
 #include <openssl/evp.h>
 #include <openssl/provider.h>
 
@@ -136,6 +137,13 @@ Bytes iteratedHash(HashKind kind, const Bytes &base, std::uint32_t iterations)
         current.assign(next.begin(), next.begin() + length);
     }
     return current;
+}
+
+void wipe(Bytes &bytes)
+{
+    if (!bytes.empty())
+        OPENSSL_cleanse(bytes.data(), bytes.size());
+    bytes.clear();
 }
 
 Bytes resized(Bytes bytes, std::size_t length, unsigned char pad)

@@ -29,6 +29,9 @@ Bytes hashOf(HashKind kind, const Bytes &first, const Bytes &second = {});
 /// least significant first, starting from `base`. One hash context serves every round.
 Bytes iteratedHash(HashKind kind, const Bytes &base, std::uint32_t iterations);
 
+/// Overwrites key material with zeros in a way the compiler does not drop, then empties it.
+void wipe(Bytes &bytes);
+
 /// `bytes` cut or extended to `length`, extended with `pad` bytes.
 Bytes resized(Bytes bytes, std::size_t length, unsigned char pad = 0);
 
