@@ -1,10 +1,16 @@
 #include "mdb/DatabaseImage.h"
 
+#include "util/parallel.h"
+
+#include <atomic>
 #include <fstream>
 #include <new>
 
 namespace vellum {
 namespace {
+
+/// A page's decryption weighs about as much as this many rows of other parallel work.
+constexpr std::size_t kPageWeight = 16;
 
 OpenFailure failureOf(PasswordCheck check)
 {
@@ -60,11 +66,19 @@ DatabaseImage prepareDatabaseImage(const std::string &path, const std::string &p
         }
         const std::size_t pageSize = header->pageSize();
         // Whole pages only: a torn last page is left as stored, which libmdb reads as damage.
-        for (std::size_t offset = pageSize, page = 1; offset + pageSize <= bytes->size(); offset += pageSize, ++page) {
-            if (!setup.cipher->decryptPage(bytes->data() + offset, pageSize, static_cast<std::uint32_t>(page))) {
-                image.failure = OpenFailure::Other;
-                return image;
-            }
+        // Each page has its own key, so the pages are decrypted in chunks on several threads.
+        const std::size_t pages = bytes->size() / pageSize;
+        std::atomic<bool> failed{false};
+        forChunks(pages > 0 ? pages - 1 : 0, (pages > 0 ? pages - 1 : 0) * kPageWeight,
+                  [&](std::size_t begin, std::size_t end) {
+                      for (std::size_t page = begin + 1; page <= end && !failed; ++page)
+                          if (!setup.cipher->decryptPage(bytes->data() + page * pageSize, pageSize,
+                                                         static_cast<std::uint32_t>(page)))
+                              failed = true;
+                  });
+        if (failed) {
+            image.failure = OpenFailure::Other;
+            return image;
         }
         DatabaseHeader::clearEncodingKey(bytes->data(), bytes->size());
         image.bytes = std::move(bytes);

@@ -7,10 +7,12 @@
 #include "mdb/DatabaseImage.h"
 #include "support/FileContents.h"
 #include "support/Fixtures.h"
+#include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <fstream>
 
 using namespace vellum;
 
@@ -103,6 +105,36 @@ TEST(OfficePageCipher, ImageIsDecryptedInMemoryAndItsHeaderNoLongerAsksForPageDe
         EXPECT_EQ(header->encodingKey(), 0u);
         EXPECT_FALSE(header->officeEncrypted());
     }
+}
+
+TEST(OfficePageCipher, LargeImageIsDecryptedInChunksAsPageByPage)
+{
+    // 3,000 pages (enough for the decryption to be split across threads) and a torn tail: every
+    // page must come out as its own number's key makes it, the torn tail as stored.
+    const Bytes source = fixtureBytes("agile.bin");
+    Bytes image(source.begin(), source.begin() + kPage);
+    for (std::size_t page = 1; page < 3000; ++page)
+        image.insert(image.end(), source.begin() + (1 + page % 2) * kPage, source.begin() + (2 + page % 2) * kPage);
+    image.insert(image.end(), source.begin() + kPage, source.begin() + kPage + 100);
+    test::TempDir temp;
+    const std::string path = temp.path() + "/large.accdb";
+    std::ofstream(path, std::ios::binary)
+        .write(reinterpret_cast<const char *>(image.data()), static_cast<std::streamsize>(image.size()));
+    const DatabaseImage decrypted = prepareDatabaseImage(path, "1234");
+    ASSERT_EQ(decrypted.failure, OpenFailure::None);
+    ASSERT_TRUE(decrypted.bytes);
+    ASSERT_EQ(decrypted.bytes->size(), image.size());
+    const auto header = DatabaseHeader::parse(image.data(), image.size());
+    ASSERT_TRUE(header);
+    const auto setup = OfficePageCipher::create(*header, "1234");
+    ASSERT_TRUE(setup.cipher);
+    for (std::uint32_t page = 1; page < 3000; ++page) {
+        Bytes expected(image.begin() + page * kPage, image.begin() + (page + 1) * kPage);
+        ASSERT_TRUE(setup.cipher->decryptPage(expected.data(), expected.size(), page));
+        ASSERT_TRUE(std::equal(expected.begin(), expected.end(), decrypted.bytes->begin() + page * kPage))
+            << "page " << page;
+    }
+    EXPECT_TRUE(std::equal(image.end() - 100, image.end(), decrypted.bytes->end() - 100));
 }
 
 TEST(OfficePageCipher, DamagedEncryptionInformationIsRefusedWithoutCrashing)
