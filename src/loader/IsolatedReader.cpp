@@ -65,7 +65,7 @@ bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedL
         if (!options.load.jet3CodePage.empty())
             argv.insert(argv.end() - 2, {"--codepage", options.load.jet3CodePage});
         // The password reaches the helper through a pipe of its own, never its command line
-        // or environment (which other users can read in /proc).
+        // (which every user can read in /proc) or its environment.
         if (!options.load.password.empty()) {
             argv.insert(argv.end() - 2, {"--password-fd", std::to_string(HelperProcess::kChildInput)});
             process.setInput(options.load.password);
