@@ -9,7 +9,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev
   qt6-base-dev qt6-base-dev-tools libqt6svg6-dev qt6-image-formats-plugins libgl1-mesa-dev
   libsqlcipher0 sqlcipher sqlite3
-  libxlsxwriter-dev python3 python3-xlrd python3-openpyxl
+  libxlsxwriter-dev libssl-dev python3 python3-xlrd python3-openpyxl
   xvfb xauth
   clang clang-format libclang-rt-14-dev
 )

@@ -1,6 +1,7 @@
 #include "cli/CliContext.h"
 
 #include "cli/LoadProgress.h"
+#include "cli/passwordInput.h"
 #include "loader/chooseFileReader.h"
 #include "model/TOrbMDBFile.h"
 
@@ -60,9 +61,30 @@ std::unique_ptr<TOrbMDBFile> openDatabase(CliContext &context, const std::string
             chooseFileReader([](const std::string &line) { std::fprintf(stderr, "%s\n", line.c_str()); }, load);
     }
     auto file = TOrbMDBFile::fromPath(path);
-    LoadProgress progress(file->size());
-    const bool opened = file->open(*context.reader, progress.observer());
-    progress.finish();
+    context.reader->setPassword(context.password.value_or(std::string()));
+    bool opened = false;
+    {
+        LoadProgress progress(file->size());
+        opened = file->open(*context.reader, progress.observer());
+        progress.finish();
+    }
+    // An encrypted file and no password given: ask for it when someone is at the terminal.
+    if (!opened && file->openFailure() == OpenFailure::PasswordNeeded && !context.password && isatty(STDIN_FILENO)) {
+        if (const auto typed = promptForPassword(path); typed && !typed->empty()) {
+            context.reader->setPassword(*typed);
+            LoadProgress progress(file->size());
+            opened = file->open(*context.reader, progress.observer());
+            progress.finish();
+        }
+    }
+    if (!opened && file->openFailure() == OpenFailure::PasswordNeeded) {
+        std::fprintf(stderr, "File (%s) is encrypted: a password is needed\n", path.c_str());
+        return nullptr;
+    }
+    if (!opened && file->openFailure() == OpenFailure::WrongPassword) {
+        std::fprintf(stderr, "The password for (%s) is not correct\n", path.c_str());
+        return nullptr;
+    }
     // A file whose catalog cannot be read has nothing to show or convert: it cannot be opened.
     const OpenFailure failure = !opened                       ? file->openFailure()
                                 : catalogLost(file->losses()) ? OpenFailure::CatalogUnreadable

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,9 @@ struct CliContext {
     /// Set by `openDatabase` when a file opened with losses: the command's success becomes
     /// kExitLosses.
     bool lossesReported = false;
+    /// `--db-password TEXT` or `--db-password-file FILE`: the password of encrypted files; when
+    /// absent, `openDatabase` asks for it on a terminal.
+    std::optional<std::string> password;
 };
 
 /// A command: name, one-line summary, usage text and the function that runs it.
@@ -59,9 +63,11 @@ void printError(const std::string &message);
 
 /// Opens a database path into a loaded file model with the context's reader; prints "File
 /// (NAME) cannot be opened" and the line that says why on standard error and answers nullptr on
-/// failure (a file whose catalog cannot be read included). A file that opens with losses gets
-/// one warning line per loss and sets `context.lossesReported`. Shows progress for large files
-/// on a terminal.
+/// failure (a file whose catalog cannot be read included; "File (NAME) is encrypted: a password
+/// is needed" or "The password for (NAME) is not correct" for an encrypted file). An encrypted
+/// file opened without a password while standard input is a terminal asks for it first. A file
+/// that opens with losses gets one warning line per loss and sets `context.lossesReported`.
+/// Shows progress for large files on a terminal.
 std::unique_ptr<TOrbMDBFile> openDatabase(CliContext &context, const std::string &path);
 
 extern const Command kListCommand;

@@ -2,6 +2,7 @@
 // converts what is inside.
 
 #include "cli/CliContext.h"
+#include "cli/passwordInput.h"
 
 #include <unistd.h>
 
@@ -25,7 +26,10 @@ void printHelp(std::FILE *out)
         std::fprintf(out, "  %-8s %s\n", command->name, command->summary);
     std::fprintf(out, "\nRun 'vellum-cli COMMAND --help' for the options of a command. Every command that reads\n"
                       "a file takes --codepage NAME: the code page of an Access 97 file's text (default\n"
-                      "windows-1252; such files do not record it), e.g. GBK or CP1251.\n\n"
+                      "windows-1252; such files do not record it), e.g. GBK or CP1251.\n"
+                      "An encrypted file (Access 2007 and later) needs its password: --db-password TEXT,\n"
+                      "or --db-password-file FILE (its first line); without either, the password is\n"
+                      "asked for when standard input is a terminal.\n\n"
                       "Exit status: 0 everything was read (and written); 1 the file cannot be opened (not\n"
                       "found, not readable, not an Access file, catalog unreadable, encrypted, ...; the line\n"
                       "after \"File (NAME) cannot be opened\" says why) or the work was not completed; 2 bad\n"
@@ -113,6 +117,13 @@ int main(int argc, char **argv)
                 status = kExitOk;
             } else if (!takeCodePageOption(context, error)) {
                 status = usageError(*chosen, error);
+            } else if (const int passwordStatus = takePasswordOptions(context, error); passwordStatus != kExitOk) {
+                if (passwordStatus == kExitUsage) {
+                    status = usageError(*chosen, error);
+                } else {
+                    printError(error);
+                    status = passwordStatus;
+                }
             } else {
                 status = chosen->run(context);
                 if (status == kExitOk && context.lossesReported)

@@ -31,6 +31,21 @@ int moveAbove(int fd)
     return moved;
 }
 
+/// Writes everything into a descriptor; false when it cannot.
+bool writeAllTo(int fd, const char *data, std::size_t length)
+{
+    while (length > 0) {
+        const ssize_t n = ::write(fd, data, length);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            return false;
+        data += n;
+        length -= static_cast<std::size_t>(n);
+    }
+    return true;
+}
+
 /// A pipe whose ends lie above the descriptors the child sets up; false when none can be made.
 bool makePipe(int &readFd, int &writeFd)
 {
@@ -71,6 +86,23 @@ bool HelperProcess::start(const std::vector<std::string> &argv)
         close(writeFd);
         return false;
     }
+    // The input goes into a pipe of its own before the child starts; it fits the pipe's buffer.
+    int inputReadFd = -1;
+    if (!m_input.empty()) {
+        int inputWriteFd = -1;
+        if (m_input.size() > kMaxInput || !makePipe(inputReadFd, inputWriteFd)) {
+            for (const int fd : {readFd, writeFd, errorReadFd, errorWriteFd})
+                close(fd);
+            return false;
+        }
+        const bool written = writeAllTo(inputWriteFd, m_input.data(), m_input.size());
+        close(inputWriteFd);
+        if (!written) {
+            for (const int fd : {readFd, writeFd, errorReadFd, errorWriteFd, inputReadFd})
+                close(fd);
+            return false;
+        }
+    }
     fcntl(readFd, F_SETPIPE_SZ, 1 << 20); // fewer, larger transfers; the default size also works
     fcntl(errorReadFd, F_SETFL, O_NONBLOCK);
 
@@ -80,7 +112,9 @@ bool HelperProcess::start(const std::vector<std::string> &argv)
     posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_adddup2(&actions, errorWriteFd, 2);
     posix_spawn_file_actions_adddup2(&actions, writeFd, kChildPipe);
-    posix_spawn_file_actions_addclosefrom_np(&actions, kChildPipe + 1);
+    if (inputReadFd >= 0)
+        posix_spawn_file_actions_adddup2(&actions, inputReadFd, kChildInput);
+    posix_spawn_file_actions_addclosefrom_np(&actions, (inputReadFd >= 0 ? kChildInput : kChildPipe) + 1);
     // The child starts with no blocked signals and every signal at its default action.
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
@@ -101,6 +135,8 @@ bool HelperProcess::start(const std::vector<std::string> &argv)
     posix_spawnattr_destroy(&attributes);
     close(writeFd);
     close(errorWriteFd);
+    if (inputReadFd >= 0)
+        close(inputReadFd);
     if (rc != 0) {
         close(readFd);
         close(errorReadFd);

@@ -28,10 +28,18 @@ public:
 
     /// The descriptor on which the child finds the pipe.
     static constexpr int kChildPipe = 3;
+    /// The descriptor on which the child reads the bytes given to `setInput`, when there are any.
+    static constexpr int kChildInput = 4;
+    /// Most bytes `setInput` takes: they are written into the pipe before the child starts.
+    static constexpr std::size_t kMaxInput = 16 * 1024;
     /// Bytes of the child's standard error kept per run.
     static constexpr std::size_t kErrorRelayLimit = 16 * 1024;
 
-    /// Starts the program (argv[0] is its path); false when it cannot be started.
+    /// Bytes the next started child reads on kChildInput, up to their end (at most kMaxInput):
+    /// a secret such as a password travels this way, never on the command line.
+    void setInput(std::string input) { m_input = std::move(input); }
+    /// Starts the program (argv[0] is its path); false when it cannot be started (or the
+    /// input is too long).
     [[nodiscard]] bool start(const std::vector<std::string> &argv);
     /// Fills the buffer from the pipe; false at its end, a stall, a cancel or an error.
     [[nodiscard]] bool read(void *data, std::size_t length) override;
@@ -63,6 +71,7 @@ private:
     bool reap(std::chrono::milliseconds patience);
     void closePipes();
 
+    std::string m_input;
     std::chrono::milliseconds m_stallTimeout;
     std::function<bool()> m_shouldCancel;
     pid_t m_pid = -1;

@@ -3,6 +3,7 @@
 #include "loader/HelperProcess.h"
 #include "loader/helperExit.h"
 #include "loader/modelWire.h"
+#include "mdb/DatabaseImage.h"
 #include "model/fileCheck.h"
 
 #include <limits.h>
@@ -72,6 +73,12 @@ bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedL
             argv.insert(argv.end() - 2, {"--codepage", options.load.jet3CodePage});
         if (options.memoryLimit)
             argv.insert(argv.end() - 2, {"--memory-limit", std::to_string(options.memoryLimit)});
+        // The password reaches the helper through a pipe of its own, never its command line
+        // (which every user can read in /proc) or its environment.
+        if (!options.load.password.empty()) {
+            argv.insert(argv.end() - 2, {"--password-fd", std::to_string(HelperProcess::kChildInput)});
+            process.setInput(options.load.password);
+        }
         if (!process.start(argv)) {
             file.setOpenFailure(OpenFailure::Other);
             return false;
@@ -97,7 +104,21 @@ bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedL
 
 bool IsolatedReader::read(TOrbMDBFile &file, LoadObserver *observer)
 {
-    return loadFileIsolated(file, observer, m_options);
+    // A path that is no database file is refused before anything reads it (a FIFO could block).
+    if (const OpenFailure failure = checkDatabaseFile(file.openPath()); failure != OpenFailure::None) {
+        file.setOpenFailure(failure);
+        return false;
+    }
+    // A missing or wrong password is found here, from the header and its verifier, so that the
+    // reason reaches the file without a helper run that could only fail.
+    const OpenFailure passwordFailure = checkDatabasePassword(file.openPath(), password());
+    if (passwordFailure == OpenFailure::PasswordNeeded || passwordFailure == OpenFailure::WrongPassword) {
+        file.setOpenFailure(passwordFailure);
+        return false;
+    }
+    IsolatedLoadOptions options = m_options;
+    options.load.password = password();
+    return loadFileIsolated(file, observer, options);
 }
 
 } // namespace vellum

@@ -86,6 +86,7 @@ void ModelStreamWriter::catalogRead(std::size_t count, std::uint64_t expectedRow
     for (const auto &key : m_relationships.allForeignKeys())
         encodeForeignKey(message, *key);
     encodeCatalogObjects(message, m_relationships);
+    encodeFileProtection(message, m_relationships);
     send(LoaderMessage::Catalog, std::move(message));
 }
 

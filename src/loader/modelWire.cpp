@@ -307,6 +307,11 @@ void encodeCatalogObjects(WireWriter &writer, const TOrbMDBFile &file)
     }
 }
 
+void encodeFileProtection(WireWriter &writer, const TOrbMDBFile &file)
+{
+    writer.putBool(file.databasePasswordSet());
+}
+
 namespace {
 
 /// Reads what encodeCatalogObjects wrote; false when it does not fit.
@@ -407,6 +412,7 @@ void ReceivedModel::moveInto(TOrbMDBFile &file)
         file.addLoss(std::move(loss));
     linkedTables.clear();
     queries.clear();
+    file.setDatabasePasswordSet(databasePasswordSet);
     losses.clear();
     for (auto &table : tables)
         file.addTable(std::move(table));
@@ -460,6 +466,9 @@ bool readModelStream(ByteSource &source, LoadObserver *observer, ReceivedModel &
                 model.foreignKeys.push_back(std::move(key));
             }
             if (!decodeCatalogObjects(reader, model))
+                return false;
+            model.databasePasswordSet = reader.getBool();
+            if (!reader.ok())
                 return false;
             break;
         }

@@ -29,10 +29,11 @@ class TOrbMDBTable;
 /// The first bytes of every stream.
 inline constexpr char kLoaderStreamMagic[8] = {'V', 'L', 'M', 'L', 'O', 'A', 'D', 'R'};
 /// Raised whenever the layout of any message changes.
-constexpr std::uint32_t kLoaderStreamVersion = 7;
+constexpr std::uint32_t kLoaderStreamVersion = 8;
 
 enum class LoaderMessage : std::uint8_t {
-    Catalog = 1,      ///< table count, expected rows, the relationships in the order read, linked tables, queries
+    Catalog =
+        1, ///< table count, expected rows, the relationships in the order read, linked tables, queries, file protection
     TableStarted = 2, ///< ordinal, count, name
     Rows = 3,         ///< rows loaded so far
     Table = 4,        ///< catalog position, then the whole table
@@ -81,6 +82,10 @@ void encodeStorePart(WireWriter &writer, const TableStore &store, StoreParts &se
 /// Reads a TablePart's storage and appends it; false when it does not continue `parts`.
 [[nodiscard]] bool decodeStorePart(WireReader &reader, PartialStore &parts);
 
+/// Appends what the file's header says about its protection (whether a Jet database password
+/// is set), the last section of the Catalog message.
+void encodeFileProtection(WireWriter &writer, const TOrbMDBFile &file);
+
 /// Appends a whole table: name, columns with every property, indexes in order, and the row
 /// storage in its raw form beyond what `sent` says went ahead (text blocks and blob payloads
 /// are referenced, not copied: the table must outlive the writer's `send`).
@@ -97,6 +102,7 @@ struct ReceivedModel {
     std::vector<std::unique_ptr<TOrbMDBLinkedTable>> linkedTables;
     std::vector<std::unique_ptr<TOrbMDBQuery>> queries;
     std::vector<LossReport> losses;
+    bool databasePasswordSet = false;
 
     /// Hands the relationships, linked tables, queries, losses and then the tables to `file`, in the order
     /// received; this model is left empty.

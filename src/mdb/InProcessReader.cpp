@@ -10,9 +10,13 @@ bool InProcessReader::read(TOrbMDBFile &file, LoadObserver *observer)
         file.setOpenFailure(failure);
         return false;
     }
-    if (loadFileInProcess(file, observer, m_options))
+    LoadOptions options = m_options;
+    options.password = password();
+    if (loadFileInProcess(file, observer, options))
         return true;
-    file.setOpenFailure(observer && observer->shouldCancel() ? OpenFailure::Cancelled : OpenFailure::Other);
+    // An encrypted file says itself why it failed (a password needed, or a wrong one).
+    if (file.openFailure() == OpenFailure::None)
+        file.setOpenFailure(observer && observer->shouldCancel() ? OpenFailure::Cancelled : OpenFailure::Other);
     return false;
 }
 

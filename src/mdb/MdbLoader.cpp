@@ -1,6 +1,7 @@
 #include "mdb/MdbLoader.h"
 
 #include "mdb/CatalogReader.h"
+#include "mdb/DatabaseImage.h"
 #include "mdb/FieldReader.h"
 #include "mdb/indexDefinitions.h"
 #include "mdb/mdbColumnsUnsorted.h"
@@ -271,11 +272,19 @@ void readRelationships(TOrbMDBFile &file, MdbTableDef *tdef)
     }
 }
 
+/// What the handles of one load read: the file at `path`, or the decrypted `image` of it.
+struct DatabaseSource {
+    std::string path;
+    std::shared_ptr<Bytes> image;
+};
+
 /// Opens a handle set up the way every load reads: libmdb's own text (used for the catalog
 /// tables only) converted from UTF-16, 200000-byte value buffers, month-first dates.
-HandlePtr openHandle(const std::string &path, const std::string &codePage)
+HandlePtr openHandle(const DatabaseSource &source, const std::string &codePage)
 {
-    HandlePtr mdb(mdb_open(path.c_str(), MDB_NOFLAGS));
+    // libmdb only reads from the image (a read-only memory stream over the shared bytes).
+    HandlePtr mdb(source.image ? mdb_open_buffer(source.image->data(), source.image->size(), MDB_NOFLAGS)
+                               : mdb_open(source.path.c_str(), MDB_NOFLAGS));
     if (!mdb)
         return nullptr;
     useTextConversion(mdb.get(), codePage);
@@ -894,11 +903,11 @@ private:
 
 /// The second handle's work when several tables are large: opens the file again and takes
 /// tables from the hub as the owner does.
-void loadSharedTables(RowLoadHub &hub, const std::string &path, const std::string &codePage, unsigned catalogSize)
+void loadSharedTables(RowLoadHub &hub, const DatabaseSource &source, const std::string &codePage, unsigned catalogSize)
 {
     try {
         // A handle that cannot be opened the same way simply does not help.
-        HandlePtr own = openHandle(path, codePage);
+        HandlePtr own = openHandle(source, codePage);
         if (own && CatalogReader(own.get()).read() && own->num_catalog == catalogSize)
             runWorker(own.get(), hub, false);
     } catch (...) {
@@ -935,12 +944,12 @@ PlannedTable *planSplit(const std::string &path, MdbHandle *mdb, std::vector<Pla
 
 /// The second handle's work on a split table: opens the file again and reads the back half,
 /// then reports whether it could (the owner reads it itself when not).
-void readBackHalf(RowLoadHub &hub, const std::string &path, unsigned catalogSize, PlannedTable &split)
+void readBackHalf(RowLoadHub &hub, const DatabaseSource &source, unsigned catalogSize, PlannedTable &split)
 {
     BackHalf &half = *split.backHalf;
     bool ok = false;
     try {
-        HandlePtr own = openHandle(path, split.codePage);
+        HandlePtr own = openHandle(source, split.codePage);
         if (own && CatalogReader(own.get()).read() && own->num_catalog == catalogSize) {
             const RowTicker tick = [&hub](std::uint64_t rows) {
                 hub.addRows(rows);
@@ -958,23 +967,23 @@ void readBackHalf(RowLoadHub &hub, const std::string &path, unsigned catalogSize
 
 /// Loads the rows of every planned table and hands the tables to the sink. A second handle
 /// on a second thread helps when at least two tables are substantial.
-bool loadRows(const std::string &path, MdbHandle *mdb, std::vector<PlannedTable> &plan, LoadSink &sink,
+bool loadRows(const DatabaseSource &source, MdbHandle *mdb, std::vector<PlannedTable> &plan, LoadSink &sink,
               const LoadOptions &options)
 {
     const auto substantial = std::count_if(plan.begin(), plan.end(), [&](const PlannedTable &planned) {
         return planned.cost >= options.parallelFromCells;
     });
     const bool parallel = options.workers >= 2 && substantial >= 2;
-    PlannedTable *split = parallel || options.workers < 2 ? nullptr : planSplit(path, mdb, plan, options);
+    PlannedTable *split = parallel || options.workers < 2 ? nullptr : planSplit(source.path, mdb, plan, options);
     RowLoadHub hub(sink, plan, parallel);
     std::thread second;
     WorkerGuard guard(hub, second);
     const unsigned catalogSize = mdb->num_catalog;
     if (split)
-        second = std::thread([&hub, path, catalogSize, split] { readBackHalf(hub, path, catalogSize, *split); });
+        second = std::thread([&hub, source, catalogSize, split] { readBackHalf(hub, source, catalogSize, *split); });
     else if (parallel)
-        second = std::thread([&hub, path, codePage = codePageOf(options), catalogSize] {
-            loadSharedTables(hub, path, codePage, catalogSize);
+        second = std::thread([&hub, source, codePage = codePageOf(options), catalogSize] {
+            loadSharedTables(hub, source, codePage, catalogSize);
         });
     const bool ownerDone = runWorker(mdb, hub, true);
     if (!ownerDone)
@@ -1041,10 +1050,20 @@ bool isKnownCodePage(const std::string &codePage)
     return true;
 }
 
-bool loadDatabase(const std::string &path, TOrbMDBFile &relationships, LoadSink &sink, const LoadOptions &options)
+bool loadDatabase(const std::string &path, TOrbMDBFile &relationships, LoadSink &sink, const LoadOptions &options,
+                  OpenFailure *failure)
 {
     try {
-        HandlePtr mdb = openHandle(path, codePageOf(options));
+        // An encrypted file is decrypted into memory once; both handles read that image.
+        DatabaseImage image = prepareDatabaseImage(path, options.password);
+        if (image.failure != OpenFailure::None) {
+            if (failure)
+                *failure = image.failure;
+            return false;
+        }
+        relationships.setDatabasePasswordSet(image.databasePasswordSet);
+        const DatabaseSource source{path, std::move(image.bytes)};
+        HandlePtr mdb = openHandle(source, codePageOf(options));
         if (!mdb)
             return false;
         std::vector<PlannedTable> plan;
@@ -1064,7 +1083,7 @@ bool loadDatabase(const std::string &path, TOrbMDBFile &relationships, LoadSink 
         for (const PlannedTable &planned : plan)
             expectedRows += planned.rows;
         sink.catalogRead(plan.size(), expectedRows);
-        if (!loadRows(path, mdb.get(), plan, sink, options))
+        if (!loadRows(source, mdb.get(), plan, sink, options))
             return false;
         for (const PlannedTable &planned : plan) {
             if (planned.rowsRead < planned.rows)
@@ -1082,7 +1101,13 @@ bool loadDatabase(const std::string &path, TOrbMDBFile &relationships, LoadSink 
 bool loadFileInProcess(TOrbMDBFile &file, LoadObserver *observer, const LoadOptions &options)
 {
     FileSink sink(observer);
-    return loadDatabase(file.openPath(), file, sink, options) && sink.commit(file);
+    OpenFailure failure = OpenFailure::None;
+    if (!loadDatabase(file.openPath(), file, sink, options, &failure)) {
+        if (failure != OpenFailure::None)
+            file.setOpenFailure(failure);
+        return false;
+    }
+    return sink.commit(file);
 }
 
 } // namespace vellum

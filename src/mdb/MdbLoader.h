@@ -32,6 +32,8 @@ struct LoadOptions {
     /// The code page of a Jet 3 (Access 97) file's text, as iconv names it: those files do not
     /// record it. Empty means windows-1252, what most of them use. Later formats store Unicode.
     std::string jet3CodePage{};
+    /// The password of an encrypted Access 2007+ file (UTF-8); empty when none was given.
+    std::string password{};
 };
 
 /// The code page Jet 3 text is read in when none is given.
@@ -64,13 +66,17 @@ public:
 /// catalog order, their SQL rebuilt from "MSysQueries"), and hands every kept table to the sink, loading rows
 /// with up to `options.workers` handles. False when libmdb cannot open the file, a table read
 /// in the walk cannot be read again, memory runs out, or the sink cancelled. A catalog that
-/// cannot be read gives true with no tables.
+/// cannot be read gives true with no tables. An encrypted file is decrypted into memory with
+/// `options.password` first; when that fails, `failure` (if given) says why (PasswordNeeded,
+/// WrongPassword, or Other for an encryption that cannot be decrypted).
 [[nodiscard]] bool loadDatabase(const std::string &path, TOrbMDBFile &relationships, LoadSink &sink,
-                                const LoadOptions &options);
+                                const LoadOptions &options, OpenFailure *failure = nullptr);
 
 /// Reads the whole file with libmdb in this process (catalog walk, kept tables with columns,
-/// rows and indexes, relationships, linked tables, saved queries). False when libmdb cannot open the file or the
-/// observer cancelled. Tables are added in catalog order, tables and relationships left unsorted.
+/// rows and indexes, relationships, linked tables, saved queries). False when libmdb cannot open
+/// the file, the file is encrypted and `options.password` does not decrypt it (the file's open
+/// failure says which), or the observer cancelled. Tables are added in catalog order, tables and
+/// relationships left unsorted.
 [[nodiscard]] bool loadFileInProcess(TOrbMDBFile &file, LoadObserver *observer, const LoadOptions &options = {});
 
 } // namespace vellum

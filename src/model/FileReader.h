@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <utility>
+
 namespace vellum {
 
 class LoadObserver;
@@ -16,6 +19,14 @@ public:
     /// and polling it for a cancel. False when the file cannot be read or the observer
     /// cancelled; the file may then hold part of the model, which `open` drops.
     [[nodiscard]] virtual bool read(TOrbMDBFile &file, LoadObserver *observer) = 0;
+
+    /// The password (UTF-8) with which the following reads decrypt an encrypted file; empty
+    /// when none was given. Files that are not encrypted ignore it.
+    void setPassword(std::string password) { m_password = std::move(password); }
+    const std::string &password() const { return m_password; }
+
+private:
+    std::string m_password;
 };
 
 } // namespace vellum

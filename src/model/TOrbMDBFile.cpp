@@ -184,6 +184,10 @@ void TOrbMDBFile::informationRows(std::vector<std::string> &labels, std::vector<
     values = {formatObjects("%@.%@", {m_name, m_ext}), m_path,
               formatComputerFileSize(m_size),          dateWithFinderFormat(m_createDate),
               dateWithFinderFormat(m_modifyDate),      dateWithFinderFormat(m_lastOpenDate)};
+    if (m_databasePasswordSet) {
+        labels.push_back("Password protected");
+        values.push_back(std::string("YES"));
+    }
     // What the last open could not read, one row a loss, after the file's own rows.
     for (const LossReport &loss : m_losses) {
         labels.push_back("Not read");

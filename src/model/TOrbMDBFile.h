@@ -90,6 +90,9 @@ public:
     const std::vector<LossReport> &losses() const { return m_losses; }
     /// Set by the reader.
     void addLoss(LossReport loss) { m_losses.push_back(std::move(loss)); }
+    /// A Jet 3/4 file whose header holds a database password (it opens without it); set by the reader.
+    bool databasePasswordSet() const { return m_databasePasswordSet; }
+    void setDatabasePasswordSet(bool set) { m_databasePasswordSet = set; }
     /// Unloads tables, relationships, linked tables and queries; the file stays in the list and can be opened again.
     void close();
 
@@ -123,6 +126,7 @@ private:
     bool m_fActive = false;
     OpenFailure m_openFailure = OpenFailure::None;
     std::vector<LossReport> m_losses;
+    bool m_databasePasswordSet = false;
 };
 
 } // namespace vellum

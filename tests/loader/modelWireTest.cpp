@@ -198,6 +198,25 @@ TEST(ModelWire, CarriesLossesAndRefusesUnknownOrRepeatedOnes)
     }
 }
 
+TEST(ModelWire, CarriesTheDatabasePasswordFlag)
+{
+    for (const bool set : {false, true}) {
+        TOrbMDBFile sent;
+        sent.setDatabasePasswordSet(set);
+        std::string bytes;
+        {
+            ModelStreamWriter writer(appendingTo(bytes), sent);
+            ASSERT_TRUE(writer.begin());
+            writer.catalogRead(0, 0);
+            ASSERT_TRUE(writer.finish());
+        }
+        TOrbMDBFile received;
+        received.setDatabasePasswordSet(!set);
+        ASSERT_TRUE(decodeInto(bytes, received));
+        EXPECT_EQ(received.databasePasswordSet(), set);
+    }
+}
+
 TEST(ModelWire, RefusesEveryCutShortStream)
 {
     const std::string bytes = encodeFixture(test::fixturePath("ole.mdb"));

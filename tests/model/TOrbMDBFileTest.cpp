@@ -244,6 +244,11 @@ TEST(TOrbMDBFile, PathPartsAndInformationRows)
     EXPECT_EQ(std::get<std::string>(values.at("Name")), "features.mdb");
     EXPECT_EQ(std::get<std::string>(values.at("Where")), std::string(VELLUM_TEST_DATA));
     EXPECT_EQ(std::get<std::string>(values.at("Size")), "408 KB");
+    // A Jet database password adds one row after the others.
+    file->setDatabasePasswordSet(true);
+    EXPECT_EQ(file->getObjectLabels(), (std::vector<std::string>{"Name", "Where", "Size", "Created", "Modified",
+                                                                 "Last opened", "Password protected"}));
+    EXPECT_EQ(std::get<std::string>(file->getObjectValues().at("Password protected")), "YES");
 
     TOrbMDBFile older, newer;
     older.setLastOpenDate(1000);

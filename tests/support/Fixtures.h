@@ -35,10 +35,12 @@ inline nlohmann::json loadSidecar(const std::string &path)
 }
 
 /// Opens a database file in this process; nullptr when it cannot be opened.
-inline std::unique_ptr<TOrbMDBFile> openInProcess(const std::string &path, const LoadOptions &options = {})
+inline std::unique_ptr<TOrbMDBFile> openInProcess(const std::string &path, const LoadOptions &options = {},
+                                                  const std::string &password = {})
 {
     auto file = TOrbMDBFile::fromPath(path);
     InProcessReader reader(options);
+    reader.setPassword(password);
     if (!file->open(reader, nullptr))
         return nullptr;
     return file;

@@ -64,6 +64,12 @@ FileLoader::FileLoader(QWidget *parent, std::shared_ptr<FileReader> reader)
     connect(m_refresh, &QTimer::timeout, this, &FileLoader::updateProgress);
 }
 
+void FileLoader::setPassword(const std::string &password)
+{
+    if (!isBusy())
+        m_reader->setPassword(password);
+}
+
 FileLoader::~FileLoader()
 {
     shutdown();

@@ -35,6 +35,9 @@ public:
     /// Starts opening `file`; `done` runs on the main thread when it ended. An active file is
     /// reported opened at once. False (nothing started) while another open runs.
     bool open(TOrbMDBFile *file, std::function<void(LoadResult)> done);
+    /// The password (UTF-8) the next opens decrypt encrypted files with; empty for none. Only
+    /// while no open runs (the reader is used on the worker thread).
+    void setPassword(const std::string &password);
     bool isBusy() const { return m_file != nullptr; }
     /// Whether this file object is being loaded right now.
     bool isLoading(const TOrbMDBFile *file) const { return file && file == m_file; }

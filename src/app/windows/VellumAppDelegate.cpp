@@ -746,7 +746,7 @@ void VellumAppDelegate::Find()
 
 bool VellumAppDelegate::busy() const
 {
-    return m_loader->isBusy() || !m_wizard.isNull();
+    return m_loader->isBusy() || !m_wizard.isNull() || !m_passwordDialog.isNull();
 }
 
 void VellumAppDelegate::runDeferredRefresh()
@@ -792,6 +792,14 @@ void VellumAppDelegate::refreshRecentFiles()
 
 void VellumAppDelegate::loadFile(TOrbMDBFile *file, std::function<void(LoadResult)> done)
 {
+    const auto remembered = m_sessionPasswords.find(file->fullPath());
+    loadWithPassword(file, remembered != m_sessionPasswords.end() ? remembered->second : std::string(),
+                     std::move(done));
+}
+
+void VellumAppDelegate::loadWithPassword(TOrbMDBFile *file, const std::string &password,
+                                         std::function<void(LoadResult)> done)
+{
     if (m_controller.isOpen(file)) {
         done(LoadResult::Opened);
         return;
@@ -802,11 +810,47 @@ void VellumAppDelegate::loadFile(TOrbMDBFile *file, std::function<void(LoadResul
         return;
     }
     m_controller.setLoadingFile(file);
-    m_loader->open(file, [this, done = std::move(done)](LoadResult result) {
+    m_loader->setPassword(password);
+    m_loader->open(file, [this, file, done = std::move(done)](LoadResult result) mutable {
+        m_loader->setPassword(std::string()); // kept no longer than its open
+        const OpenFailure why = file->openFailure();
+        if (result == LoadResult::Failed && (why == OpenFailure::PasswordNeeded || why == OpenFailure::WrongPassword)) {
+            askForPassword(file, why, std::move(done)); // the file stays marked as loading meanwhile
+            return;
+        }
         m_controller.setLoadingFile(nullptr);
         done(result);
         QTimer::singleShot(0, this, &VellumAppDelegate::runDeferredRefresh);
     });
+}
+
+void VellumAppDelegate::askForPassword(TOrbMDBFile *file, OpenFailure why, std::function<void(LoadResult)> done)
+{
+    const std::string name = fileNameWithExtension(file).toStdString();
+    auto *dialog = new PasswordDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowModality(Qt::WindowModal);
+    dialog->setMessage(toQString(why == OpenFailure::WrongPassword
+                                     ? localizedFormat("The password for (%@) is not correct", {name})
+                                     : localizedFormat("File (%@) is encrypted: a password is needed", {name})));
+    m_passwordDialog = dialog;
+    connect(dialog, &QDialog::finished, this, [this, dialog, file, done = std::move(done)](int code) mutable {
+        m_passwordDialog = nullptr;
+        m_controller.setLoadingFile(nullptr);
+        if (code != QDialog::Accepted) {
+            // Cancel leaves the file closed; no error beyond that.
+            done(LoadResult::Cancelled);
+            QTimer::singleShot(0, this, &VellumAppDelegate::runDeferredRefresh);
+            return;
+        }
+        const std::string password = dialog->password().toStdString();
+        if (dialog->remember())
+            m_sessionPasswords[file->fullPath()] = password;
+        else
+            m_sessionPasswords.erase(file->fullPath());
+        loadWithPassword(file, password, std::move(done));
+    });
+    dialog->open();
 }
 
 void VellumAppDelegate::OpenFile()

@@ -3,6 +3,7 @@
 #include "app/export/ExportWizard.h"
 #include "app/support/FileLoader.h"
 #include "app/widgets/GCJumpBar.h"
+#include "app/widgets/PasswordDialog.h"
 #include "app/windows/ChildWindowManager.h"
 #include "app/windows/MainWindowBuilder.h"
 #include "browser/BrowserController.h"
@@ -15,7 +16,9 @@
 
 #include <array>
 #include <functional>
+#include <map>
 #include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -86,6 +89,8 @@ public:
     QAction *backMenuItem() const { return m_menuitemBack; }
     QAction *forwardMenuItem() const { return m_menuitemForward; }
     FileLoader *fileLoader() const { return m_loader; }
+    /// The password dialog while it asks (null otherwise).
+    PasswordDialog *passwordDialog() const { return m_passwordDialog; }
     ChildWindowManager *childWindowManager() const { return m_childWinManager; }
     /// The wizard while one is up or exporting.
     ExportWizard *exportWizard() const { return m_wizard; }
@@ -197,6 +202,10 @@ private:
     /// Opens paths one after another (panel, drop, hand-over).
     void openPathsInTurn(QStringList paths, bool alertAsPanel);
     void loadFile(TOrbMDBFile *file, std::function<void(LoadResult)> done);
+    /// Opens with `password`; an encrypted file that needs another asks for it in the password
+    /// dialog and tries again, until it opens or the dialog is cancelled (Cancelled).
+    void loadWithPassword(TOrbMDBFile *file, const std::string &password, std::function<void(LoadResult)> done);
+    void askForPassword(TOrbMDBFile *file, OpenFailure why, std::function<void(LoadResult)> done);
     /// "File (NAME) cannot be opened", with the reason as the informative text.
     void popFileOpenAlert(const QString &fileName, OpenFailure failure);
     void showAlert(const QString &title, const QString &text, const QString &informative = {});
@@ -220,6 +229,9 @@ private:
     bool m_openPanelWhenEmpty;
 
     FileLoader *m_loader = nullptr;
+    /// Passwords the user asked to keep for this session, by full path.
+    std::map<std::string, std::string> m_sessionPasswords;
+    QPointer<PasswordDialog> m_passwordDialog;
     ChildWindowManager *m_childWinManager = nullptr;
     QPointer<ExportWizard> m_wizard;
     std::unique_ptr<JumpBarMenu> m_jumpBarMenu;

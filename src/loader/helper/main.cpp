@@ -3,7 +3,10 @@
 // neither hang nor crash that process.
 //
 //   vellum-loader [--fd N] [--parent PID] [--workers N] [--parallel-from CELLS] [--split-from CELLS]
-//                 [--codepage NAME] [--memory-limit BYTES] [--] FILE
+//                 [--codepage NAME] [--memory-limit BYTES] [--password-fd N] [--] FILE
+//
+// With --password-fd, the password of an encrypted file is read from descriptor N up to its
+// end (the caller writes it into a pipe): it never appears on the command line.
 //
 // Exit status: 0 when the whole model was sent, 1 when the file cannot be read or the pipe
 // broke, 2 for wrong arguments, 10 and above when it knows why the file cannot be read (see
@@ -68,11 +71,34 @@ bool writeAll(int fd, const void *data, std::size_t length)
     return true;
 }
 
+/// Reads the password from `fd` up to its end and closes it; false when it cannot be read or is
+/// longer than any password.
+bool readPassword(int fd, std::string &password)
+{
+    constexpr std::size_t kMaxPassword = 16 * 1024;
+    char buffer[4096];
+    for (;;) {
+        const ssize_t n = read(fd, buffer, sizeof buffer);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0 || password.size() + static_cast<std::size_t>(n) > kMaxPassword) {
+            close(fd);
+            return false;
+        }
+        if (n == 0)
+            break;
+        password.append(buffer, static_cast<std::size_t>(n));
+    }
+    close(fd);
+    return true;
+}
+
 int usage(const char *message)
 {
     std::fprintf(stderr,
                  "vellum-loader: %s\nusage: vellum-loader [--fd N] [--parent PID] [--workers N] "
-                 "[--parallel-from CELLS] [--split-from CELLS] [--codepage NAME] [--memory-limit BYTES] [--] FILE\n",
+                 "[--parallel-from CELLS] [--split-from CELLS] [--codepage NAME] [--memory-limit BYTES] [--password-fd "
+                 "N] [--] FILE\n",
                  message);
     return kExitUsage;
 }
@@ -155,7 +181,8 @@ void limitMemory(unsigned long long limit, const std::string &path)
 int main(int argc, char **argv)
 {
     std::setlocale(LC_ALL, "C");
-    unsigned long long fd = 3, parent = 0, workers = 2, memoryLimit = 0;
+    unsigned long long fd = 3, parent = 0, workers = 2, memoryLimit = 0, passwordFd = 0;
+    bool havePassword = false;
     LoadOptions options;
     std::string path;
     for (int i = 1; i < argc; ++i) {
@@ -184,6 +211,12 @@ int main(int argc, char **argv)
             else
                 options.splitFromCells = value;
             ++i;
+        } else if (arg == "--password-fd") {
+            if (!hasValue || value > 1024)
+                return usage("option --password-fd needs a descriptor number");
+            passwordFd = value;
+            havePassword = true;
+            ++i;
         } else if (arg == "--codepage") {
             if (i + 1 >= argc || !isKnownCodePage(argv[i + 1]))
                 return usage("option --codepage needs a code page iconv knows");
@@ -199,6 +232,8 @@ int main(int argc, char **argv)
     if (fd > 1024 || workers < 1 || workers > 2)
         return usage("--fd or --workers out of range");
     options.workers = static_cast<unsigned>(workers);
+    if (havePassword && !readPassword(static_cast<int>(passwordFd), options.password))
+        return kExitFailure;
 
     if (parent) {
         // Die with the caller: a helper whose caller is gone must not go on reading.
