@@ -28,7 +28,7 @@ class TOrbMDBTable;
 /// The first bytes of every stream.
 inline constexpr char kLoaderStreamMagic[8] = {'V', 'L', 'M', 'L', 'O', 'A', 'D', 'R'};
 /// Raised whenever the layout of any message changes.
-constexpr std::uint32_t kLoaderStreamVersion = 5;
+constexpr std::uint32_t kLoaderStreamVersion = 6;
 
 enum class LoaderMessage : std::uint8_t {
     Catalog = 1,      ///< table count, expected rows, the relationships in the order read, linked tables, queries
@@ -73,9 +73,10 @@ void encodeStorePart(WireWriter &writer, const TableStore &store, StoreParts &se
 /// Reads a TablePart's storage and appends it; false when it does not continue `parts`.
 [[nodiscard]] bool decodeStorePart(WireReader &reader, PartialStore &parts);
 
-/// Appends a whole table: name, columns with every property, indexes in order, and the row
-/// storage in its raw form beyond what `sent` says went ahead (text blocks and blob payloads
-/// are referenced, not copied: the table must outlive the writer's `send`).
+/// Appends a whole table: name, columns with every property, indexes in order, the row
+/// storage in its raw form beyond what `sent` says went ahead, then the values of its complex
+/// columns (text blocks, blob and attachment payloads are referenced, not copied: the table
+/// must outlive the writer's `send`).
 void encodeTable(WireWriter &writer, const TOrbMDBTable &table, const StoreParts &sent = {});
 /// Reads a table, joins its storage to the parts that came ahead and checks it; nullptr when
 /// anything does not fit.

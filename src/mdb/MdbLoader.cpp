@@ -1,5 +1,6 @@
 #include "mdb/MdbLoader.h"
 
+#include "mdb/ComplexValueReader.h"
 #include "mdb/FieldReader.h"
 #include "mdb/mdbColumnsUnsorted.h"
 #include "model/TOrbMDBFile.h"
@@ -307,10 +308,13 @@ struct PlannedTable {
 };
 
 /// Walks the catalog in order: reads "MSysRelationships" into `file` and describes every kept
-/// table (columns, indexes, primary-key marks, name). False when the sink cancelled.
-bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<PlannedTable> &plan)
+/// table (columns, indexes, primary-key marks, the values of complex columns, name). False
+/// when the sink cancelled.
+bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<PlannedTable> &plan,
+                 const std::string &codePage)
 {
     const bool modernFormat = mdb->f->jet_version >= MDB_VER_ACCDB_2007;
+    ComplexValueReader complexValues(mdb, codePage);
     // The name given to the last kept table; a hidden data table without a primary-key
     // column takes it over (it is never reset between entries).
     std::string workingName;
@@ -339,6 +343,8 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
         getColumnsFromMdbTableDef(*table, mdb, layout.stored(), layout.flags());
         getIndicesFromMdbTableDef(*table, tdef.get());
         table->setColumnPrimaryKey();
+        if (user && complexValues.any())
+            complexValues.attach(*table, layout.stored(), layout.flags(), static_cast<std::uint32_t>(entry->table_pg));
 
         if (user) {
             workingName = tdef->name;
@@ -799,7 +805,8 @@ bool loadDatabase(const std::string &path, TOrbMDBFile &relationships, LoadSink 
         if (!mdb)
             return false;
         std::vector<PlannedTable> plan;
-        if (mdb_read_catalog(mdb.get(), MDB_ANY) && !walkCatalog(mdb.get(), relationships, sink, plan))
+        if (mdb_read_catalog(mdb.get(), MDB_ANY) &&
+            !walkCatalog(mdb.get(), relationships, sink, plan, codePageOf(options)))
             return false;
         for (PlannedTable &planned : plan)
             planned.codePage = codePageOf(options);

@@ -2,6 +2,7 @@
 
 #include "mdb/mdbtoolsInclude.h"
 
+#include <cstdint>
 #include <vector>
 
 namespace vellum {
@@ -10,6 +11,7 @@ namespace vellum {
 struct ColumnDescriptorFlags {
     unsigned char flags = 0;    ///< 0x01 fixed, 0x04 long auto, 0x40 GUID auto, 0x80 hyperlink
     unsigned char extFlags = 0; ///< Jet 4 and later; 0xC0 marks a calculated column
+    std::int32_t complexId = 0; ///< a complex column's id in MSysComplexColumns (Access 2007 and later), else 0
 };
 
 /// The columns of a table definition in the order the descriptors are stored on the page,
