@@ -1,6 +1,7 @@
 #include "cli/ArgParser.h"
 #include "cli/CliContext.h"
 #include "model/TOrbBlobData.h"
+#include "model/TOrbComplexValue.h"
 #include "model/TOrbMDBFile.h"
 
 #include <sys/stat.h>
@@ -21,6 +22,16 @@ std::string fileNamePart(const std::string &name)
         if (c == '/' || c == '\0')
             c = '_';
     return part;
+}
+
+/// An attachment's stored file name as a file name in its row's folder: "/" and NUL become
+/// "_", and a name that would not name a file of its own ("", ".", "..") becomes
+/// "attachment-N" (N counting the cell's attachments from 1).
+std::string attachmentFileName(const std::string &stored, std::size_t ordinal)
+{
+    if (stored.empty() || stored == "." || stored == "..")
+        return "attachment-" + std::to_string(ordinal);
+    return fileNamePart(stored);
 }
 
 bool ensureFolder(const std::string &path)
@@ -93,6 +104,24 @@ int runExtract(CliContext &context)
     for (std::size_t r = 0; r < table->rowCount(); ++r) {
         for (const std::size_t c : chosen) {
             const CellValue cell = table->cell(r, c);
+            if (cell.complex && cell.complex->kind() == ComplexKind::Attachment) {
+                const auto &attachments = cell.complex->attachments();
+                if (attachments.empty())
+                    continue;
+                const std::string rowFolder = folder + "/" + std::to_string(r + 1);
+                if (!ensureFolder(rowFolder)) {
+                    status = kExitFailure;
+                    continue;
+                }
+                for (std::size_t a = 0; a < attachments.size(); ++a) {
+                    const std::string path = rowFolder + "/" + attachmentFileName(attachments[a].fileName, a + 1);
+                    if (writeBlob(path, *attachments[a].data))
+                        std::fprintf(context.out, "%s\n", path.c_str());
+                    else
+                        status = kExitFailure;
+                }
+                continue;
+            }
             if (!cell.isBlob())
                 continue;
             std::string name =
@@ -118,6 +147,8 @@ extern const Command kExtractCommand = {
     "  counts from 1 in storage order; no dot without an extension; \"/\" in a name becomes \"_\")\n"
     "  and prints each written path on its own line. OUTDIR is created when missing; files of\n"
     "  the same name are replaced.\n"
+    "  The files of an attachment column are written as OUTDIR/ROW/NAME, NAME the file name\n"
+    "  stored with each attachment.\n"
     "  --column NAME  only the cells of that column",
     runExtract};
 
