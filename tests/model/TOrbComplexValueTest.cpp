@@ -16,7 +16,7 @@ TEST(TOrbComplexValue, ShowsJoinedTextInTheGridAndEveryItemInTheTextPane)
     };
     const Case cases[] = {
         {0, 1, "red; green; blue", "red\ngreen; blue"},
-        {0, 2, "notes.txt; logo.png", "notes.txt (.txt [1 KB])\nlogo.png (.png [1 KB])"},
+        {0, 2, "notes.txt; setup.sh", "notes.txt (.txt [1 KB])\nsetup.sh (.sh [1 KB])"},
         {0, 3, "third",
          "[03/04/2021 10:00:00] third\n\n[03/03/2021 09:30:15] second\nline\n\n[03/01/2021 08:00:00] first"},
         {1, 1, "", ""},

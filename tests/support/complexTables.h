@@ -38,7 +38,7 @@ inline std::unique_ptr<TOrbMDBTable> complexItemsTable()
     tags->valuesFor(9).addValue("unused");
     auto files = std::make_unique<ComplexColumnValues>(ComplexKind::Attachment);
     files->valuesFor(1).addAttachment("notes.txt", "txt", {'h', 'i', '\n'});
-    files->valuesFor(1).addAttachment("logo.png", "png", {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'});
+    files->valuesFor(1).addAttachment("setup.sh", "sh", {'#', '!', '/', 'b', 'i', 'n', '/', 's'});
     files->valuesFor(3).addAttachment("empty.bin", "bin", {});
     auto notes = std::make_unique<ComplexColumnValues>(ComplexKind::VersionHistory);
     notes->valuesFor(1).addVersion("third", "03/04/2021 10:00:00");
