@@ -18,27 +18,25 @@ std::size_t TOrbComplexValue::itemCount() const
 void TOrbComplexValue::addAttachment(std::string fileName, std::string fileType, std::vector<std::uint8_t> data)
 {
     auto blob = std::make_unique<TOrbBlobData>(std::move(data), fileType.c_str());
+    if (!m_attachments.empty())
+        m_displayText += "; ";
+    m_displayText += fileName;
     m_attachments.push_back({std::move(fileName), std::move(fileType), std::move(blob)});
 }
 
-std::string TOrbComplexValue::displayText() const
+void TOrbComplexValue::addValue(std::string text)
 {
-    std::string out;
-    switch (m_kind) {
-    case ComplexKind::Attachment:
-        for (const Attachment &attachment : m_attachments)
-            (out.empty() ? out : out += "; ") += attachment.fileName;
-        break;
-    case ComplexKind::MultiValue:
-        for (std::size_t i = 0; i < m_values.size(); ++i)
-            (i == 0 ? out : out += "; ") += m_values[i];
-        break;
-    case ComplexKind::VersionHistory:
-        if (!m_versions.empty())
-            out = m_versions.front().value;
-        break;
-    }
-    return out;
+    if (!m_values.empty())
+        m_displayText += "; ";
+    m_displayText += text;
+    m_values.push_back(std::move(text));
+}
+
+void TOrbComplexValue::addVersion(std::string value, std::string date)
+{
+    if (m_versions.empty())
+        m_displayText = value; // the newest, added first
+    m_versions.push_back({std::move(value), std::move(date)});
 }
 
 std::string TOrbComplexValue::detailText() const

@@ -46,15 +46,16 @@ public:
     std::size_t itemCount() const;
 
     // Filling; each adds to the list of its kind only (the others stay unused).
-    void addValue(std::string text) { m_values.push_back(std::move(text)); }
+    void addValue(std::string text);
     /// Takes the decoded content; a type becomes the blob's extension.
     void addAttachment(std::string fileName, std::string fileType, std::vector<std::uint8_t> data);
     /// Versions are kept in the order added: add them newest first.
-    void addVersion(std::string value, std::string date) { m_versions.push_back({std::move(value), std::move(date)}); }
+    void addVersion(std::string value, std::string date);
 
     /// The grid's text: multi-values and attachment file names joined by "; ", the latest text
-    /// of a version history; "" without items.
-    std::string displayText() const;
+    /// of a version history; "" without items. Kept up to date as items are added, so that the
+    /// grid and its sort read it without building it.
+    const std::string &displayText() const { return m_displayText; }
     /// The text pane's text: for a version history every version, newest first, as
     /// "[DATE] TEXT" paragraphs separated by a blank line; for the other kinds one item a line.
     std::string detailText() const;
@@ -64,6 +65,7 @@ private:
     std::vector<std::string> m_values;
     std::vector<Attachment> m_attachments;
     std::vector<Version> m_versions;
+    std::string m_displayText;
 };
 
 /// The values of one complex column of a table, by the id its cells store. A cell whose id has
