@@ -7,7 +7,7 @@
 
 namespace vellum {
 
-/// What libmdb does not keep of a column descriptor: its flag bytes.
+/// What libmdb does not keep of a column descriptor: its flag bytes, and a complex column's id.
 struct ColumnDescriptorFlags {
     unsigned char flags = 0;    ///< 0x01 fixed, 0x04 long auto, 0x40 GUID auto, 0x80 hyperlink
     unsigned char extFlags = 0; ///< Jet 4 and later; 0xC0 marks a calculated column
