@@ -1,5 +1,6 @@
 #include "browser/RowFilter.h"
 
+#include "model/TOrbComplexValue.h"
 #include "model/TOrbMDBTable.h"
 
 #include <unicode/unistr.h>
@@ -142,6 +143,12 @@ bool RowFilter::rowPasses(const TOrbMDBTable &table, std::size_t row,
     table.rowCells(row, cells);
     for (const std::size_t column : searchColumns) {
         const CellValue &value = column < cells.size() ? cells[column] : CellValue{};
+        if (value.complex) {
+            // A complex cell is searched by what the grid shows, not by its stored id.
+            if (matches(value.complex->displayText()))
+                return true;
+            continue;
+        }
         if (value.isText() && matches(value.text))
             return true;
     }

@@ -1,5 +1,6 @@
 #include "browser/RowSet.h"
 
+#include "model/TOrbComplexValue.h"
 #include "model/TOrbMDBTable.h"
 #include "util/finderCompare.h"
 #include "util/parallel.h"
@@ -43,6 +44,8 @@ bool isStopped(const StopCheck &stopped)
 std::string_view sortText(const TOrbMDBTable &table, std::uint32_t row, std::size_t column)
 {
     const CellValue value = table.cell(row, column);
+    if (value.complex)
+        return value.complex->displayText(); // what the grid shows, not the stored id
     return value.isText() ? value.text : std::string_view();
 }
 

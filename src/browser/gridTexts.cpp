@@ -1,6 +1,7 @@
 #include "browser/gridTexts.h"
 
 #include "model/TOrbBlobData.h"
+#include "model/TOrbComplexValue.h"
 #include "model/TOrbMDBTable.h"
 #include "model/hex.h"
 #include "model/mdbTypeNames.h"
@@ -11,6 +12,8 @@ namespace vellum {
 
 std::string cellDisplayText(const CellValue &value)
 {
+    if (value.complex)
+        return value.complex->displayText();
     switch (value.kind) {
     case CellValue::Kind::Text:
         return std::string(value.text);

@@ -2,6 +2,7 @@
 #include "cli/CliContext.h"
 #include "export/OutputFile.h"
 #include "model/TOrbBlobData.h"
+#include "model/TOrbComplexValue.h"
 #include "model/TOrbMDBFile.h"
 
 #include <sys/stat.h>
@@ -24,6 +25,16 @@ std::string fileNamePart(const std::string &name)
         if (c == '/' || c == '\0')
             c = '_';
     return part;
+}
+
+/// An attachment's stored file name as a file name in its row's folder: "/" and NUL become
+/// "_", and a name that would not name a file of its own ("", ".", "..") becomes
+/// "attachment-N" (N counting the cell's attachments from 1).
+std::string attachmentFileName(const std::string &stored, std::size_t ordinal)
+{
+    if (stored.empty() || stored == "." || stored == "..")
+        return "attachment-" + std::to_string(ordinal);
+    return fileNamePart(stored);
 }
 
 bool ensureFolder(const std::string &path)
@@ -121,6 +132,31 @@ int runExtract(CliContext &context)
     for (std::size_t r = 0; r < table->rowCount(); ++r) {
         for (const std::size_t c : chosen) {
             const CellValue cell = table->cell(r, c);
+            if (cell.complex && cell.complex->kind() == ComplexKind::Attachment) {
+                const auto &attachments = cell.complex->attachments();
+                if (attachments.empty())
+                    continue;
+                const std::string rowFolder = folder + "/" + std::to_string(r + 1);
+                if (!ensureFolder(rowFolder)) {
+                    status = kExitFailure;
+                    continue;
+                }
+                for (std::size_t a = 0; a < attachments.size(); ++a) {
+                    // Two attachment columns of a row may hold files of one name: never overwrite.
+                    const std::string stored = attachmentFileName(attachments[a].fileName, a + 1);
+                    const std::size_t dot = stored.rfind('.');
+                    const bool dotted = dot != std::string::npos && dot > 0;
+                    const std::string path =
+                        folder + "/" +
+                        distinctName(std::to_string(r + 1) + "/" + (dotted ? stored.substr(0, dot) : stored),
+                                     dotted ? stored.substr(dot + 1) : std::string(), used);
+                    if (writeBlob(path, *attachments[a].data))
+                        std::fprintf(context.out, "%s\n", path.c_str());
+                    else
+                        status = kExitFailure;
+                }
+                continue;
+            }
             if (!cell.isBlob())
                 continue;
             const std::string name = distinctName(fileNamePart(table->name()) + "-" + std::to_string(r + 1) + "-" +
@@ -146,6 +182,8 @@ extern const Command kExtractCommand = {
     "  and prints each written path on its own line. OUTDIR is created when missing; files of\n"
     "  the same name are replaced; cells whose names would be the same get \" (2)\", \" (3)\", … A\n"
     "  file appears only when completely written.\n"
+    "  The files of an attachment column are written as OUTDIR/ROW/NAME, NAME the file name\n"
+    "  stored with each attachment.\n"
     "  --column NAME  only the cells of that column",
     runExtract};
 

@@ -2,6 +2,7 @@
 #include "cli/ArgParser.h"
 #include "cli/CliContext.h"
 #include "model/TOrbBlobData.h"
+#include "model/TOrbComplexValue.h"
 #include "model/TOrbMDBFile.h"
 #include "util/json.h"
 
@@ -38,9 +39,52 @@ void appendTsvCell(std::string &out, const CellValue &cell, const TOrbMDBColumn 
     appendTsvText(out, cellDisplayText(cell, column));
 }
 
+/// A complex cell's values: {"values": [text, ...]}, {"attachments": [{"name", "type", "size",
+/// "sha256"}, ...]} or {"versions": [{"value", "date"}, ...]} (newest first).
+void appendJsonComplex(std::string &out, const TOrbComplexValue &value)
+{
+    switch (value.kind()) {
+    case ComplexKind::MultiValue:
+        out += "{\"values\": [";
+        for (std::size_t i = 0; i < value.values().size(); ++i) {
+            if (i)
+                out += ", ";
+            appendJsonString(out, value.values()[i]);
+        }
+        break;
+    case ComplexKind::Attachment:
+        out += "{\"attachments\": [";
+        for (std::size_t i = 0; i < value.attachments().size(); ++i) {
+            const auto &attachment = value.attachments()[i];
+            const auto &data = attachment.data->data();
+            out += i ? ", {\"name\": " : "{\"name\": ";
+            appendJsonString(out, attachment.fileName);
+            out += ", \"type\": ";
+            appendJsonString(out, attachment.fileType);
+            out += ", \"size\": " + std::to_string(data.size()) + ", \"sha256\": \"" +
+                   sha256Hex(data.data(), data.size()) + "\"}";
+        }
+        break;
+    case ComplexKind::VersionHistory:
+        out += "{\"versions\": [";
+        for (std::size_t i = 0; i < value.versions().size(); ++i) {
+            const auto &version = value.versions()[i];
+            out += i ? ", {\"value\": " : "{\"value\": ";
+            appendJsonString(out, version.value);
+            out += ", \"date\": ";
+            appendJsonString(out, version.date);
+            out += "}";
+        }
+        break;
+    }
+    out += "]}";
+}
+
 void appendJsonCell(std::string &out, const CellValue &cell, const TOrbMDBColumn &column)
 {
-    if (cell.isNull()) {
+    if (cell.complex) {
+        appendJsonComplex(out, *cell.complex);
+    } else if (cell.isNull()) {
         out += "null";
     } else if (cell.isText() && columnHoldsBytes(column)) {
         // Bytes as {"hex": "0001…"}, so that no consumer takes them for text.
@@ -135,9 +179,13 @@ extern const Command kRowsCommand = {
     "vellum-cli rows FILE TABLE [--json]\n"
     "  Prints the table's rows in storage order as tab-separated text, the column names first and\n"
     "  null as [NULL]; backslash, tab, line feed and carriage return inside a value are written\n"
-    "  as \\\\, \\t, \\n and \\r. A picture or document cell shows as .EXT [SIZE].\n"
+    "  as \\\\, \\t, \\n and \\r. A picture or document cell shows as .EXT [SIZE]. A complex\n"
+    "  cell shows its values or its attachments' file names joined by \"; \", a version history\n"
+    "  its latest text.\n"
     "  --json  {\"columns\": [names], \"rows\": [[cell, ...], ...]}, each cell a string, null, or\n"
-    "          {\"blob\": {\"extension\", \"size\", \"sha256\"}}",
+    "          {\"blob\": {\"extension\", \"size\", \"sha256\"}}; a complex cell {\"values\": [...]},\n"
+    "          {\"attachments\": [{\"name\", \"type\", \"size\", \"sha256\"}]} or\n"
+    "          {\"versions\": [{\"value\", \"date\"}]} (newest first)",
     runRows};
 
 } // namespace vellum::cli

@@ -1,6 +1,7 @@
 #include "loader/modelWire.h"
 
 #include "model/TOrbBlobData.h"
+#include "model/TOrbComplexValue.h"
 #include "model/TOrbMDBFile.h"
 #include "model/TOrbMDBForeignKey.h"
 #include "model/TOrbMDBTable.h"
@@ -162,6 +163,97 @@ void encodeStoreRange(WireWriter &writer, const TableStore &store, const StorePa
         if (size)
             writer.putBorrowed(blob->data().data(), size);
     }
+}
+
+/// Appends the values of a table's complex columns: per column its position, kind and the
+/// entries by id, each with its items.
+void encodeComplexColumns(WireWriter &writer, const TOrbMDBTable &table)
+{
+    writer.putU64(table.complexColumns().size());
+    for (const auto &[position, values] : table.complexColumns()) {
+        writer.putU64(position);
+        writer.putU64(static_cast<std::uint64_t>(values->kind()));
+        writer.putU64(values->entries().size());
+        for (const auto &[id, value] : values->entries()) {
+            writer.putI64(id);
+            writer.putU64(value.itemCount());
+            switch (value.kind()) {
+            case ComplexKind::MultiValue:
+                for (const std::string &text : value.values())
+                    writer.putString(text);
+                break;
+            case ComplexKind::Attachment:
+                for (const auto &attachment : value.attachments()) {
+                    writer.putString(attachment.fileName);
+                    writer.putString(attachment.fileType);
+                    const auto &data = attachment.data->data();
+                    writer.putU64(data.size());
+                    if (!data.empty())
+                        writer.putBorrowed(data.data(), data.size());
+                }
+                break;
+            case ComplexKind::VersionHistory:
+                for (const auto &version : value.versions()) {
+                    writer.putString(version.value);
+                    writer.putString(version.date);
+                }
+                break;
+            }
+        }
+    }
+}
+
+/// Reads what encodeComplexColumns wrote into `table`, whose columns are in place; false when
+/// a position, kind or count does not fit, or a position or id comes twice.
+bool decodeComplexColumns(WireReader &reader, TOrbMDBTable &table)
+{
+    const std::uint64_t count = reader.getU64();
+    if (!reader.ok() || count > table.columns().size())
+        return reader.fail();
+    for (std::uint64_t c = 0; c < count; ++c) {
+        const std::uint64_t position = reader.getU64();
+        const std::uint64_t kind = reader.getU64();
+        if (!reader.ok() || position >= table.columns().size() || table.complexValues(position) ||
+            kind > static_cast<std::uint64_t>(ComplexKind::VersionHistory))
+            return reader.fail();
+        auto values = std::make_unique<ComplexColumnValues>(static_cast<ComplexKind>(kind));
+        const std::uint64_t entries = reader.getU64();
+        if (entries > reader.remaining() / 16) // an id and an item count each
+            return reader.fail();
+        for (std::uint64_t e = 0; e < entries && reader.ok(); ++e) {
+            const std::int64_t id = reader.getI64();
+            const std::uint64_t items = reader.getU64();
+            if (!reader.ok() || values->entries().count(id) ||
+                items > reader.remaining() / 4) // a text takes at least its length
+                return reader.fail();
+            TOrbComplexValue &value = values->valuesFor(id);
+            for (std::uint64_t i = 0; i < items && reader.ok(); ++i) {
+                switch (values->kind()) {
+                case ComplexKind::MultiValue:
+                    value.addValue(reader.getString());
+                    break;
+                case ComplexKind::Attachment: {
+                    std::string name = reader.getString();
+                    std::string type = reader.getString();
+                    std::vector<std::uint8_t> data;
+                    if (!reader.getArray(data, reader.getU64()))
+                        return false;
+                    value.addAttachment(std::move(name), std::move(type), std::move(data));
+                    break;
+                }
+                case ComplexKind::VersionHistory: {
+                    std::string text = reader.getString();
+                    value.addVersion(std::move(text), reader.getString());
+                    break;
+                }
+                }
+            }
+        }
+        if (!reader.ok())
+            return false;
+        table.setComplexValues(static_cast<std::size_t>(position), std::move(values));
+    }
+    return reader.ok();
 }
 
 } // namespace
@@ -361,6 +453,7 @@ void encodeTable(WireWriter &writer, const TOrbMDBTable &table, const StoreParts
     for (const auto &index : table.indices())
         encodeIndex(writer, *index);
     encodeStoreRange(writer, table.store(), sent, std::max(sent.blocks, table.store().blocks().size()), false);
+    encodeComplexColumns(writer, table);
 }
 
 std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader, PartialStore parts)
@@ -397,6 +490,8 @@ std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader, PartialStore parts
         reader.fail();
         return nullptr;
     }
+    if (!decodeComplexColumns(reader, *table))
+        return nullptr;
     return table;
 }
 

@@ -29,7 +29,7 @@ class TOrbMDBTable;
 /// The first bytes of every stream.
 inline constexpr char kLoaderStreamMagic[8] = {'V', 'L', 'M', 'L', 'O', 'A', 'D', 'R'};
 /// Raised whenever the layout of any message changes.
-constexpr std::uint32_t kLoaderStreamVersion = 8;
+constexpr std::uint32_t kLoaderStreamVersion = 9;
 
 enum class LoaderMessage : std::uint8_t {
     Catalog =
@@ -86,9 +86,10 @@ void encodeStorePart(WireWriter &writer, const TableStore &store, StoreParts &se
 /// is set), the last section of the Catalog message.
 void encodeFileProtection(WireWriter &writer, const TOrbMDBFile &file);
 
-/// Appends a whole table: name, columns with every property, indexes in order, and the row
-/// storage in its raw form beyond what `sent` says went ahead (text blocks and blob payloads
-/// are referenced, not copied: the table must outlive the writer's `send`).
+/// Appends a whole table: name, columns with every property, indexes in order, the row
+/// storage in its raw form beyond what `sent` says went ahead, then the values of its complex
+/// columns (text blocks, blob and attachment payloads are referenced, not copied: the table
+/// must outlive the writer's `send`).
 void encodeTable(WireWriter &writer, const TOrbMDBTable &table, const StoreParts &sent = {});
 /// Reads a table, joins its storage to the parts that came ahead and checks it; nullptr when
 /// anything does not fit.

@@ -263,6 +263,8 @@ void FieldReader::appendValue(TableStore &store, Decode decode, StoredBytes byte
     }
     case Decode::Ole: {
         const auto value = readLong(bytes);
+        if (m_oleBytes)
+            return value ? store.appendText(value->data(), value->size()) : store.appendNull();
         std::unique_ptr<TOrbBlobData> blob =
             value && !value->empty() ? decodeOleCell(value->data(), value->size()) : nullptr;
         if (blob)

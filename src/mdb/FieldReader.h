@@ -39,6 +39,10 @@ public:
     /// endRow, which the caller makes). Answers true when the row held OLE data.
     bool appendRow(TableStore &store);
 
+    /// Makes OLE Object fields come out as their stored bytes (the whole long value, no OLE
+    /// wrapper taken off) in a text cell: for readers that unwrap them their own way.
+    void keepOleBytes() { m_oleBytes = true; }
+
     /// Values that were stored but could not be decoded (a broken long-value chain, a date
     /// outside the years Access knows, a field of the wrong size); each became the null marker.
     std::uint64_t undecodedValues() const { return m_undecoded; }
@@ -81,6 +85,7 @@ private:
     MdbHandle *m_mdb;
     std::vector<Field> m_fields;
     bool m_jet3;
+    bool m_oleBytes = false;
     iconv_t m_jet3Iconv = reinterpret_cast<iconv_t>(-1);
     std::uint64_t m_longValueLimit;
     std::uint64_t m_undecoded = 0;

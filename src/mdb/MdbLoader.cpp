@@ -1,6 +1,7 @@
 #include "mdb/MdbLoader.h"
 
 #include "mdb/CatalogReader.h"
+#include "mdb/ComplexValueReader.h"
 #include "mdb/DatabaseImage.h"
 #include "mdb/FieldReader.h"
 #include "mdb/indexDefinitions.h"
@@ -543,8 +544,8 @@ struct PlannedTable {
 };
 
 /// Walks the catalog in order: reads "MSysRelationships", the linked tables of "MSysObjects" and
-/// the saved queries into `file` and describes every kept table (columns, indexes, primary-key marks, name). False when
-/// the sink cancelled.
+/// the saved queries into `file` and describes every kept table (columns, indexes, primary-key
+/// marks, the values of complex columns, name). False when the sink cancelled.
 bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<PlannedTable> &plan,
                  const std::string &codePage)
 {
@@ -555,6 +556,7 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
             file.addLoss(LossReport{LossReport::Kind::TableDefinition, entry->object_name, 0, 0});
     };
     const bool modernFormat = mdb->f->jet_version >= MDB_VER_ACCDB_2007;
+    ComplexValueReader complexValues(mdb, codePage);
     // The name given to the last kept table; a hidden data table without a primary-key
     // column takes it over (it is never reset between entries).
     std::string workingName;
@@ -591,6 +593,8 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
         getColumnsFromMdbTableDef(*table, mdb, layout.stored(), layout.flags());
         getIndicesFromMdbTableDef(*table, mdb, tdef.get());
         table->setColumnPrimaryKey();
+        if (user && complexValues.any())
+            complexValues.attach(*table, layout.stored(), layout.flags(), static_cast<std::uint32_t>(entry->table_pg));
 
         if (user) {
             workingName = tdef->name;

@@ -6,6 +6,9 @@
 namespace vellum {
 namespace {
 
+constexpr unsigned char kComplexType = 0x12;
+constexpr int kComplexIdOffset = 11;
+
 /// A cursor over a chain of table-definition pages: page bytes are read in order, following the
 /// "next page" link at offset 4 of each page, as libmdb does for its own descriptor walk.
 class DefinitionCursor {
@@ -81,6 +84,10 @@ GPtrArray *mdb_read_columns_without_sorting(MdbTableDef *table, std::vector<Colu
             return nullptr;
         descriptorFlags[i].flags = descriptor[fmt->col_flags_offset];
         descriptorFlags[i].extFlags = jet3 ? 0 : descriptor[fmt->col_flags_offset + 1];
+        // A complex column keeps its id where other types keep their precision or collation.
+        if (mdb->f->jet_version >= MDB_VER_ACCDB_2007 && descriptor[0] == kComplexType &&
+            fmt->tab_col_entry_size >= kComplexIdOffset + 4)
+            descriptorFlags[i].complexId = static_cast<std::int32_t>(mdb_get_int32(descriptor, kComplexIdOffset));
     }
 
     GPtrArray *ordered = g_ptr_array_sized_new(numCols);

@@ -4,6 +4,7 @@
 #include "model/TOrbMDBForeignKey.h"
 
 #include <algorithm>
+#include <charconv>
 #include <set>
 
 namespace vellum {
@@ -102,6 +103,40 @@ void TOrbMDBTable::close()
     m_store = TableStore(0);
     m_storeSized = false;
     m_indices.clear();
+    m_complex.clear();
+}
+
+void TOrbMDBTable::setComplexValues(std::size_t column, std::unique_ptr<ComplexColumnValues> values)
+{
+    const auto it = std::lower_bound(m_complex.begin(), m_complex.end(), column,
+                                     [](const auto &entry, std::size_t position) { return entry.first < position; });
+    if (it != m_complex.end() && it->first == column)
+        it->second = std::move(values);
+    else
+        m_complex.emplace(it, column, std::move(values));
+}
+
+const ComplexColumnValues *TOrbMDBTable::complexValues(std::size_t column) const
+{
+    for (const auto &[position, values] : m_complex)
+        if (position == column)
+            return values.get();
+    return nullptr;
+}
+
+void TOrbMDBTable::attachComplex(CellValue &value, std::size_t column) const
+{
+    if (!value.isText())
+        return;
+    const ComplexColumnValues *values = complexValues(column);
+    if (!values)
+        return;
+    std::int64_t id = 0;
+    const char *end = value.text.data() + value.text.size();
+    const auto [last, error] = std::from_chars(value.text.data(), end, id);
+    if (error != std::errc() || last != end)
+        return;
+    value.complex = &values->find(id);
 }
 
 void TOrbMDBTable::informationRows(std::vector<std::string> &labels, std::vector<InfoValue> &values) const

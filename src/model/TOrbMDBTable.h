@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/CellValue.h"
+#include "model/TOrbComplexValue.h"
 #include "model/TOrbMDBColumn.h"
 #include "model/TOrbMDBIndex.h"
 #include "model/TOrbMDBObject.h"
@@ -50,13 +51,23 @@ public:
 
     std::size_t rowCount() const { return m_store.rowCount(); }
     TOrbMDBRow row(std::size_t index) const { return TOrbMDBRow(this, index); }
-    CellValue cell(std::size_t row, std::size_t column) const { return m_store.cell(row, column); }
+    /// The cell at a row and column; a complex column's cell also points at its values.
+    CellValue cell(std::size_t row, std::size_t column) const
+    {
+        CellValue value = m_store.cell(row, column);
+        if (!m_complex.empty())
+            attachComplex(value, column);
+        return value;
+    }
     /// Every cell of a row at once, one per column, into a reused vector: what writers going
     /// over whole rows use.
     void rowCells(std::size_t row, std::vector<CellValue> &out) const
     {
         m_store.rowCells(row, out);
         out.resize(m_columns.size());
+        for (const auto &[column, values] : m_complex)
+            if (column < out.size())
+                attachComplex(out[column], column);
     }
     const TableStore &store() const { return m_store; }
     /// Row storage, for the loaders; sized for the current columns when first asked.
@@ -68,6 +79,16 @@ public:
     void sortIndices();
     /// Marks every column named by a key of a primary-key index; never clears a mark.
     void setColumnPrimaryKey();
+
+    /// Gives the column at a position the values of its complex cells (replacing any before).
+    void setComplexValues(std::size_t column, std::unique_ptr<ComplexColumnValues> values);
+    /// The complex values of the column at a position; nullptr for every other column.
+    const ComplexColumnValues *complexValues(std::size_t column) const;
+    /// Positions and values of every complex column that has them, by position.
+    const std::vector<std::pair<std::size_t, std::unique_ptr<ComplexColumnValues>>> &complexColumns() const
+    {
+        return m_complex;
+    }
 
     /// YES when the first column of that name has the type "OLE".
     bool isOLEColumn(std::string_view name) const;
@@ -81,12 +102,16 @@ protected:
     void informationRows(std::vector<std::string> &labels, std::vector<InfoValue> &values) const override;
 
 private:
+    /// Points a complex column's Text cell (its stored id) at the values of that id.
+    void attachComplex(CellValue &value, std::size_t column) const;
+
     TOrbMDBFile *m_file = nullptr;
     std::vector<std::unique_ptr<TOrbMDBColumn>> m_columns;
     std::unordered_map<std::string, std::size_t> m_columnIndex;
     TableStore m_store;
     bool m_storeSized = false;
     std::vector<std::unique_ptr<TOrbMDBIndex>> m_indices;
+    std::vector<std::pair<std::size_t, std::unique_ptr<ComplexColumnValues>>> m_complex; ///< by position
 };
 
 } // namespace vellum

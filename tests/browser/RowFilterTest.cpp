@@ -1,6 +1,7 @@
 #include "browser/RowFilter.h"
 
 #include "browserTestSupport.h"
+#include "support/complexTables.h"
 
 #include <gtest/gtest.h>
 
@@ -67,6 +68,31 @@ TEST(RowFilter, RowsPassOnTextCellsOutsideOleColumns)
     const RowFilter none;
     EXPECT_FALSE(none.active());
     EXPECT_TRUE(none.rowPasses(*table, 2, columns));
+}
+
+TEST(RowFilter, ComplexCellsMatchOnTheTextTheGridShows)
+{
+    const auto table = test::complexItemsTable();
+    const std::vector<std::size_t> columns = {1, 2, 3}; // the complex columns, not the ID
+    const struct {
+        const char *text;
+        SearchOption option;
+        std::vector<bool> rowsPassing;
+    } cases[] = {
+        {"GREEN", SearchOption::Contains, {true, false, false}},
+        {"red; green; blue", SearchOption::Equals, {true, false, false}},
+        {"setup.sh", SearchOption::EndsWith, {true, false, false}},
+        {"empty.bin", SearchOption::Equals, {false, false, true}},
+        {"only", SearchOption::Equals, {false, false, true}},
+        {"third", SearchOption::Equals, {true, false, false}},
+        {"first", SearchOption::Contains, {false, false, false}}, // an older version is not shown
+        {"1", SearchOption::Equals, {false, false, false}},       // nor is the stored id
+    };
+    for (const auto &c : cases) {
+        const RowFilter filter(c.text, c.option, true);
+        for (std::size_t row = 0; row < 3; ++row)
+            EXPECT_EQ(filter.rowPasses(*table, row, columns), c.rowsPassing[row]) << c.text << " row " << row;
+    }
 }
 
 TEST(RowFilter, NameFilterIgnoresCase)

@@ -1,6 +1,7 @@
 #include "browser/RowSet.h"
 
 #include "browserTestSupport.h"
+#include "support/complexTables.h"
 #include "util/finderCompare.h"
 
 #include <gtest/gtest.h>
@@ -38,6 +39,26 @@ TEST(RowSet, TextSortOrdersNumbersAndNulls)
     table->columns()[0]->setSortOrder(-1);
     set.reload(table, RowFilter());
     EXPECT_EQ(shownValues(*table, set), (std::vector<std::string>{"b", "A", "a", "10", "2", "1", "<null>", "<null>"}));
+}
+
+TEST(RowSet, ComplexColumnsSortByTheTextTheGridShows)
+{
+    // Stored ids 1, 2, 3; shown texts by column: Tags "red; green; blue", "", "été";
+    // Files "notes.txt; setup.sh", "", "empty.bin"; Notes "third", "", "only".
+    const auto table = test::complexItemsTable();
+    const struct {
+        std::size_t column;
+        std::vector<std::uint32_t> ascending;
+    } cases[] = {
+        {1, {1, 2, 0}}, // "été" before "red", as the collation has it
+        {2, {1, 2, 0}},
+        {3, {1, 2, 0}},
+    };
+    for (const auto &c : cases) {
+        EXPECT_EQ(sortedRows(*table, c.column, 1), c.ascending) << "column " << c.column;
+        std::vector<std::uint32_t> descending(c.ascending.rbegin(), c.ascending.rend());
+        EXPECT_EQ(sortedRows(*table, c.column, -1), descending) << "column " << c.column;
+    }
 }
 
 TEST(RowSet, FilterKeepsSortOrderAndFollowsChanges)

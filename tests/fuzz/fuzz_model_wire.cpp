@@ -4,6 +4,7 @@
 #include "loader/WireReader.h"
 #include "loader/modelWire.h"
 #include "model/TOrbBlobData.h"
+#include "model/TOrbComplexValue.h"
 #include "model/TOrbMDBFile.h"
 
 #include <cstdint>
@@ -71,6 +72,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
                 else if (cell.isBlob())
                     sink = sink + cell.blob->data().size();
             }
+        }
+        // The values of complex columns, through the table's cells and whole.
+        for (std::size_t row = 0; row < table->rowCount(); ++row) {
+            table->rowCells(row, cells);
+            for (const vellum::CellValue &cell : cells)
+                if (cell.complex)
+                    sink = sink + cell.complex->displayText().size() + cell.complex->detailText().size();
+        }
+        for (const auto &[position, values] : table->complexColumns()) {
+            if (position >= table->columns().size())
+                std::abort(); // a complex column is one of the table's columns
+            for (const auto &[id, value] : values->entries())
+                for (const auto &attachment : value.attachments())
+                    sink = sink + attachment.data->data().size() + static_cast<std::size_t>(id);
         }
     }
     (void)sink;

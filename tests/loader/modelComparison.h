@@ -3,6 +3,7 @@
 // Compares two loaded models field by field, for the tests of the loading paths.
 
 #include "model/TOrbBlobData.h"
+#include "model/TOrbComplexValue.h"
 #include "model/TOrbMDBFile.h"
 
 #include <gtest/gtest.h>
@@ -11,8 +12,24 @@
 
 namespace vellum::test {
 
+/// A complex cell's kind and every item, attachment data included.
+inline std::string describeComplex(const TOrbComplexValue &value)
+{
+    std::string out = "complex:" + std::to_string(static_cast<int>(value.kind()));
+    for (const std::string &text : value.values())
+        out += "|" + text;
+    for (const auto &attachment : value.attachments())
+        out += "|" + attachment.fileName + "/" + attachment.fileType + "/" +
+               std::string(attachment.data->data().begin(), attachment.data->data().end());
+    for (const auto &version : value.versions())
+        out += "|" + version.date + "/" + version.value;
+    return out;
+}
+
 inline std::string describeCell(const CellValue &cell)
 {
+    if (cell.complex)
+        return "text:" + std::string(cell.text) + ":" + describeComplex(*cell.complex);
     if (cell.isNull())
         return cell.blob ? "<null:" + cell.blob->cellDescription() + ">" : "<null>";
     if (cell.isText())

@@ -4,6 +4,7 @@
 
 #include "modelComparison.h"
 #include "support/Fixtures.h"
+#include "support/complexTables.h"
 
 #include "loader/ModelStreamWriter.h"
 #include "loader/modelWire.h"
@@ -12,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <random>
 #include <string_view>
@@ -450,6 +452,70 @@ TEST(ModelWire, ReadsFlippedBytesSafely)
     // the rest. Both kinds occur.
     EXPECT_GT(accepted, 0);
     EXPECT_LT(accepted, rounds);
+}
+
+/// The stream of a model holding the table of complex columns.
+std::string encodeComplexTable()
+{
+    std::string bytes;
+    TOrbMDBFile relationships;
+    ModelStreamWriter writer(appendingTo(bytes), relationships);
+    EXPECT_TRUE(writer.begin());
+    writer.catalogRead(1, 3);
+    writer.tableLoaded(0, test::complexItemsTable());
+    EXPECT_TRUE(writer.finish());
+    return bytes;
+}
+
+TEST(ModelWire, CarriesComplexValuesAndRefusesThemDamaged)
+{
+    const std::string bytes = encodeComplexTable();
+    TOrbMDBFile received;
+    ASSERT_TRUE(decodeInto(bytes, received));
+    ASSERT_EQ(received.tables().size(), 1u);
+    const TOrbMDBTable &table = *received.tables()[0];
+    test::expectSameTable(*test::complexItemsTable(), table);
+    ASSERT_NE(table.complexValues(1), nullptr);
+    EXPECT_EQ(table.complexValues(1)->entries().size(), 3u); // ids 1, 3 and the unused 9
+    EXPECT_EQ(table.complexValues(0), nullptr);
+    EXPECT_EQ(table.cell(1, 2).complex->itemCount(), 0u);
+    EXPECT_EQ(table.cell(0, 2).complex->attachments()[1].data->data().size(), 8u);
+
+    // The complex section closes the Table message: every cut inside it is refused …
+    const std::vector<std::size_t> offsets = messageOffsets(bytes);
+    std::size_t tableAt = 0;
+    for (const std::size_t offset : offsets)
+        if (static_cast<LoaderMessage>(bytes[offset]) == LoaderMessage::Table)
+            tableAt = offset;
+    ASSERT_GT(tableAt, 0u);
+    const std::size_t tableEnd = *std::upper_bound(offsets.begin(), offsets.end(), tableAt);
+    const auto u64 = [](std::uint64_t value) { return std::string(reinterpret_cast<const char *>(&value), 8); };
+    // Three columns, the first at position 1, a multi-value column.
+    const std::size_t sectionAt = bytes.rfind(u64(3) + u64(1) + u64(1), tableEnd);
+    ASSERT_NE(sectionAt, std::string::npos);
+    ASSERT_GT(sectionAt, tableAt);
+    for (std::size_t cut = sectionAt; cut < tableEnd; ++cut) {
+        std::string shortened = bytes;
+        shortened.erase(cut, tableEnd - cut);
+        const std::uint64_t length = cut - tableAt - 9;
+        std::memcpy(shortened.data() + tableAt + 1, &length, sizeof length);
+        TOrbMDBFile file;
+        EXPECT_FALSE(decodeInto(shortened, file)) << "cut at " << cut - sectionAt;
+    }
+    // … and so are a kind, a position and a repeated column that do not fit.
+    const auto patched = [&](std::size_t at, std::uint64_t value) {
+        std::string copy = bytes;
+        std::memcpy(copy.data() + at, &value, sizeof value);
+        return copy;
+    };
+    const std::size_t firstColumn = sectionAt + 8;
+    for (const std::string &broken : {patched(firstColumn + 8, 3), // no such kind
+                                      patched(firstColumn, 4),     // past the last column
+                                      patched(firstColumn, 2),     // the next column's position
+                                      patched(sectionAt, 5)}) {    // more columns than sent
+        TOrbMDBFile file;
+        EXPECT_FALSE(decodeInto(broken, file));
+    }
 }
 
 } // namespace

@@ -3,8 +3,10 @@
 #include "app/models/TableDataModel.h"
 #include "app/support/desktopServices.h"
 #include "app/support/qtStrings.h"
+#include "app/widgets/AttachmentMenu.h"
 #include "browser/gridTexts.h"
 #include "model/TOrbBlobData.h"
+#include "model/TOrbComplexValue.h"
 #include "util/format.h"
 #include "util/localized.h"
 
@@ -310,6 +312,18 @@ void CopyableTableView::mouseDoubleClickEvent(QMouseEvent *event)
             openBlobIfSafe(*blob);
             event->accept();
             return;
+        }
+        // An attachment cell offers its files.
+        const QModelIndex index = indexAt(event->position().toPoint());
+        if (index.isValid() && m_model) {
+            const CellValue value = m_model->cellValue(index.row(), index.column());
+            if (value.complex && value.complex->kind() == ComplexKind::Attachment &&
+                !value.complex->attachments().empty()) {
+                AttachmentMenu menu(*value.complex, this);
+                menu.exec(event->globalPosition().toPoint());
+                event->accept();
+                return;
+            }
         }
     }
     QTableView::mouseDoubleClickEvent(event);

@@ -8,6 +8,7 @@
 #include "app/widgets/MdbImageView.h"
 #include "browser/RowSet.h"
 #include "model/TOrbBlobData.h"
+#include "model/TOrbComplexValue.h"
 #include "model/TOrbMDBTable.h"
 
 #include <QHeaderView>
@@ -232,6 +233,9 @@ void DataView::displayTextViewContent(std::optional<CellValue> value)
     } else if (value->isNull()) {
         text = QStringLiteral("[NULL]");
         greyText = true;
+    } else if (value->complex) {
+        // Every item: the whole history of a version history, one value or file a line.
+        text = toQString(value->complex->detailText());
     } else if (value->isBlob()) {
         text = value->blob ? toQString(value->blob->description()) : QStringLiteral("[NULL]");
         greyText = text == QLatin1String("[NON-TEXTUAL DATA]") || text == QLatin1String("[NULL]");
