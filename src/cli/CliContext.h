@@ -16,9 +16,10 @@ class TOrbMDBQuery;
 namespace vellum::cli {
 
 /// Exit statuses of every command: kExitFailure when the input cannot be read (the file, or a
-/// table named on the command line) or the work was not completed; kExitUsage for a command
-/// line that is wrong in itself, found before anything is read or written; kExitLosses when the
-/// work was done but the file could not be read completely (each loss is told on standard error).
+/// table named on the command line); kExitUsage for a command line that is wrong in itself,
+/// found before anything is read or written; kExitLosses when the work was done but something
+/// was lost: the file could not be read completely (each loss is told on standard error), a
+/// table or file could not be written, the output was cut short, or an export was stopped.
 enum ExitStatus { kExitOk = 0, kExitFailure = 1, kExitUsage = 2, kExitLosses = 3 };
 
 /// What a command gets: its arguments (after the command name) and the real standard output.

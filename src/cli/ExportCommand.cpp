@@ -300,9 +300,10 @@ int runExport(CliContext &context)
     std::fprintf(context.out, "%s\n", report.title.c_str());
     if (!report.message.empty())
         std::fprintf(context.out, "%s\n", report.message.c_str());
+    // A table that was not written (a failure, a stop) is a loss: the file itself opened.
     const bool complete =
         !job.terminated() && job.successTableCount() == static_cast<std::int64_t>(job.entries().size());
-    return complete ? kExitOk : kExitFailure;
+    return complete ? kExitOk : kExitLosses;
 }
 
 const char *exportUsage()

@@ -138,7 +138,7 @@ int runExtract(CliContext &context)
                     continue;
                 const std::string rowFolder = folder + "/" + std::to_string(r + 1);
                 if (!ensureFolder(rowFolder)) {
-                    status = kExitFailure;
+                    status = kExitLosses;
                     continue;
                 }
                 for (std::size_t a = 0; a < attachments.size(); ++a) {
@@ -153,7 +153,7 @@ int runExtract(CliContext &context)
                     if (writeBlob(path, *attachments[a].data))
                         std::fprintf(context.out, "%s\n", path.c_str());
                     else
-                        status = kExitFailure;
+                        status = kExitLosses;
                 }
                 continue;
             }
@@ -166,7 +166,7 @@ int runExtract(CliContext &context)
             if (writeBlob(path, *cell.blob))
                 std::fprintf(context.out, "%s\n", path.c_str());
             else
-                status = kExitFailure;
+                status = kExitLosses;
         }
     }
     return status;

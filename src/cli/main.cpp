@@ -32,8 +32,9 @@ void printHelp(std::FILE *out)
                       "asked for when standard input is a terminal.\n\n"
                       "Exit status: 0 everything was read (and written); 1 the file cannot be opened (not\n"
                       "found, not readable, not an Access file, catalog unreadable, encrypted, ...; the line\n"
-                      "after \"File (NAME) cannot be opened\" says why) or the work was not completed; 2 bad\n"
-                      "usage; 3 done, but part of the file could not be read (one warning line per loss).\n");
+                      "after \"File (NAME) cannot be opened\" says why); 2 bad usage; 3 done, but something\n"
+                      "was lost: part of the file could not be read (one warning line per loss), a table\n"
+                      "or file could not be written, the output was cut short, or the export was stopped.\n");
 }
 
 /// The tool's own output descriptor, with the reason of the first write that failed (stdio keeps
@@ -144,7 +145,7 @@ int main(int argc, char **argv)
             std::string("the output could not be written completely") +
             (g_output.firstError ? std::string(" (") + std::strerror(g_output.firstError) + ")" : std::string()));
         if (status == kExitOk)
-            status = kExitFailure;
+            status = kExitLosses;
     }
     return status;
 }

@@ -36,6 +36,7 @@ struct ReadColumn {
 struct ReadTable {
     std::vector<ReadColumn> columns;
     TableStore rows;
+    std::uint64_t lostLongValues = 0; ///< memo and OLE values of its rows that could not be read
 };
 
 bool equalNoCase(std::string_view a, std::string_view b)
@@ -93,6 +94,7 @@ std::optional<ReadTable> readTable(MdbHandle *mdb, MdbCatalogEntry *entry, const
         reader.appendRow(table.rows);
         table.rows.endRow();
     }
+    table.lostLongValues = reader.lostLongValues();
     return table;
 }
 
@@ -312,11 +314,12 @@ MdbCatalogEntry *ComplexValueReader::entryAt(std::uint32_t page) const
     return it == m_entries.end() ? nullptr : it->second;
 }
 
-void ComplexValueReader::attach(TOrbMDBTable &table, GPtrArray *stored, const std::vector<ColumnDescriptorFlags> &flags,
-                                std::uint32_t tablePage)
+std::uint64_t ComplexValueReader::attach(TOrbMDBTable &table, GPtrArray *stored,
+                                         const std::vector<ColumnDescriptorFlags> &flags, std::uint32_t tablePage)
 {
+    std::uint64_t lost = 0;
     if (m_columns.empty())
-        return;
+        return lost;
     std::size_t position = 0;
     for (unsigned i = 0; i < stored->len; ++i) {
         auto *col = static_cast<MdbColumn *>(g_ptr_array_index(stored, i));
@@ -335,9 +338,13 @@ void ComplexValueReader::attach(TOrbMDBTable &table, GPtrArray *stored, const st
             continue; // a kind Vellum does not know: the cell shows its id
         MdbCatalogEntry *flatEntry = entryAt(info->second.flatTable);
         const auto flat = flatEntry ? readTable(m_mdb, flatEntry, m_codePage, false) : std::nullopt;
+        // A value table that cannot be read loses the column's values; one whose long values
+        // cannot be read loses those.
+        lost += flat ? flat->lostLongValues : 1;
         table.setComplexValues(here, flat ? buildValues(*kind, *flat, *typeTemplate)
                                           : std::make_unique<ComplexColumnValues>(*kind));
     }
+    return lost;
 }
 
 } // namespace vellum

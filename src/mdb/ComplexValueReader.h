@@ -32,8 +32,9 @@ public:
     /// list them, null entries skipped) the values of its hidden table. `tablePage` is the page
     /// of the table's definition. Reads other tables through the handle: call it while no
     /// table of the handle is being read row by row.
-    void attach(TOrbMDBTable &table, GPtrArray *stored, const std::vector<ColumnDescriptorFlags> &flags,
-                std::uint32_t tablePage);
+    /// Answers how many values could not be read (for the table's loss report).
+    [[nodiscard]] std::uint64_t attach(TOrbMDBTable &table, GPtrArray *stored,
+                                       const std::vector<ColumnDescriptorFlags> &flags, std::uint32_t tablePage);
 
 private:
     struct ColumnInfo {

@@ -487,8 +487,9 @@ void readLinkedTables(TOrbMDBFile &file, MdbHandle *mdb, MdbTableDef *tdef, cons
         (position[Database] < 0 && position[Connect] < 0))
         return;
     TableStore store(wanted->len);
-    if (!getRowsFromMdbTableDef(store, tdef, mdb, wanted.get(), wantedFlags, codePage,
-                                [](std::uint64_t) { return true; }))
+    std::uint64_t lostLongValues = 0; // the catalog's own long values are not among the columns read
+    if (!getRowsFromMdbTableDef(
+            store, tdef, mdb, wanted.get(), wantedFlags, codePage, [](std::uint64_t) { return true; }, lostLongValues))
         return;
     const auto text = [&store, &position](std::size_t row, Wanted column) {
         const int at = position[static_cast<std::size_t>(column)];
@@ -550,12 +551,15 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
                  const std::string &codePage)
 {
     std::vector<StoredQueryRow> queryRows;
-    // A user table whose definition cannot be read is missing from the file: say so.
-    const auto lostDefinition = [&file](MdbCatalogEntry *entry) {
-        if (mdb_is_user_table(entry))
+    const bool modernFormat = mdb->f->jet_version >= MDB_VER_ACCDB_2007;
+    // A table that would be listed (a user table, or a hidden data table of a complex column)
+    // whose definition cannot be read is missing from the file: say so.
+    const auto lostDefinition = [&file, modernFormat](MdbCatalogEntry *entry) {
+        const bool hiddenData =
+            mdb_is_system_table(entry) && modernFormat && static_cast<unsigned>(entry->flags) == kHiddenDataTableFlags;
+        if (mdb_is_user_table(entry) || hiddenData)
             file.addLoss(LossReport{LossReport::Kind::TableDefinition, entry->object_name, 0, 0});
     };
-    const bool modernFormat = mdb->f->jet_version >= MDB_VER_ACCDB_2007;
     ComplexValueReader complexValues(mdb, codePage);
     // The name given to the last kept table; a hidden data table without a primary-key
     // column takes it over (it is never reset between entries).
@@ -593,8 +597,10 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
         getColumnsFromMdbTableDef(*table, mdb, layout.stored(), layout.flags());
         getIndicesFromMdbTableDef(*table, mdb, tdef.get());
         table->setColumnPrimaryKey();
+        std::uint64_t lostComplexValues = 0;
         if (user && complexValues.any())
-            complexValues.attach(*table, layout.stored(), layout.flags(), static_cast<std::uint32_t>(entry->table_pg));
+            lostComplexValues = complexValues.attach(*table, layout.stored(), layout.flags(),
+                                                     static_cast<std::uint32_t>(entry->table_pg));
 
         if (user) {
             workingName = tdef->name;
@@ -618,6 +624,7 @@ bool walkCatalog(MdbHandle *mdb, TOrbMDBFile &file, LoadSink &sink, std::vector<
         const std::uint64_t cost = rows * std::max<std::uint64_t>(1, table->columns().size());
         plan.push_back(PlannedTable{i, entry->object_name, std::move(table), rows, cost, nullptr, {}});
         plan.back().name = workingName;
+        plan.back().lostLongValues = lostComplexValues;
     }
     addQueries(mdb, file, queryRows);
     return true;

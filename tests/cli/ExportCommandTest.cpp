@@ -123,13 +123,13 @@ TEST(VellumCliExport, WritesIntoANewFolderAndPrintsTheReport)
               std::string::npos);
 }
 
-TEST(VellumCliExport, AFileThatCannotBeCreatedIsReportedWithStatusOne)
+TEST(VellumCliExport, AFileThatCannotBeCreatedIsALossWithStatusThree)
 {
     TempDir dir;
     std::filesystem::create_directories(dir.file("out/table1.csv")); // a folder where the file would go
     const auto result = runTool("vellum-cli", {"export", fixturePath("features.mdb"), dir.file("out"), "--format",
                                                "csv", "--table", "table1", "--table", "Table2"});
-    EXPECT_EQ(result.exitStatus, 1) << result.err;
+    EXPECT_EQ(result.exitStatus, 3) << result.err;
     EXPECT_EQ(result.out,
               "Export finished.\n1 table exported successfully.\n<table1> Failed: Unable to create file for export.\n");
     EXPECT_TRUE(std::filesystem::exists(dir.file("out/Table2.csv")));
@@ -179,7 +179,7 @@ TEST(VellumCliExport, InterruptTerminateAndHangUpStopTheExportAndDeleteTheCurren
         int status = 0;
         ASSERT_EQ(waitpid(pid, &status, 0), pid);
         ASSERT_TRUE(WIFEXITED(status)) << "status " << status;
-        EXPECT_EQ(WEXITSTATUS(status), 1);
+        EXPECT_EQ(WEXITSTATUS(status), 3);
 
         const std::string text = test::fileContents(report);
         EXPECT_EQ(text.rfind("Export terminated.\n", 0), 0u) << text;

@@ -106,8 +106,8 @@ TEST(VellumCli, LinkedTablesFollowTheLocalTables)
          "\"connect\": null, \"relationships\": []},\n"
          "  {\"name\": \"table2\", \"kind\": \"ACCESS\", \"database\": \"C:\\\\db\\\\linkee2.mdb\", \"table\": "
          "\"table2\", "
-         "\"connect\": null, \"relationships\": []}\n]}\n"},
-        {{"schema", fixturePath("features.mdb"), "--json"}, "\n], \"linkedTables\": [\n]}\n"},
+         "\"connect\": null, \"relationships\": []}\n], \"queries\": []}\n"},
+        {{"schema", fixturePath("features.mdb"), "--json"}, "\n], \"linkedTables\": [\n], \"queries\": []}\n"},
     };
     for (const Case &c : cases) {
         const auto result = runTool("vellum-cli", c.args);
@@ -185,7 +185,7 @@ TEST(VellumCli, OutputThatCannotBeWrittenIsAFailure)
     for (const std::string &command : commands) {
         SCOPED_TRACE(command);
         const auto full = test::runProcess({"/bin/sh", "-c", "exec '" + cli + "' " + command + " >/dev/full"});
-        EXPECT_EQ(full.exitStatus, 1);
+        EXPECT_EQ(full.exitStatus, 3);
         EXPECT_NE(full.err.find("the output could not be written completely (No space left on device)"),
                   std::string::npos)
             << full.err;

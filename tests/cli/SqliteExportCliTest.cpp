@@ -132,7 +132,7 @@ TEST(SqliteExportCli, LibraryIsTakenFromBesideTheExecutable)
                                            "--table", "table1"};
 
     const auto missing = runProcess(args);
-    EXPECT_EQ(missing.exitStatus, 1);
+    EXPECT_EQ(missing.exitStatus, 3);
     EXPECT_EQ(missing.out, "Export finished.\nUnable to create file for export.\n");
     EXPECT_NE(missing.err.find("SQLite dynamic library not found!"), std::string::npos) << missing.err;
     EXPECT_FALSE(fs::exists(db));
@@ -141,7 +141,7 @@ TEST(SqliteExportCli, LibraryIsTakenFromBesideTheExecutable)
     if (fs::exists(plain)) {
         fs::create_symlink(plain, dir.file("lib/vellum/libsqlcipher.so"));
         const auto refused = runProcess(args);
-        EXPECT_EQ(refused.exitStatus, 1);
+        EXPECT_EQ(refused.exitStatus, 3);
         EXPECT_NE(refused.err.find("Load Library Error"), std::string::npos) << refused.err;
         EXPECT_NE(refused.err.find("Missing function: sqlite3_key\nMissing function: sqlite3_rekey"), std::string::npos)
             << refused.err;

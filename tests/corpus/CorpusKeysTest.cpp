@@ -241,7 +241,9 @@ TEST(CorpusKeys, EveryFileExportsToSqliteWithoutAFailedTable)
             std::filesystem::remove(dir.file(std::to_string(i) + ".sqlite"));
             ASSERT_FALSE(result.timedOut);
             ASSERT_EQ(result.signal, 0) << "crashed";
-            EXPECT_EQ(result.exitStatus, 0) << result.out << result.err;
+            // 0, or 3 where the file itself reports what it could not read (a damaged catalog).
+            const bool lossesTold = result.err.find("vellum-cli: warning: ") != std::string::npos;
+            EXPECT_EQ(result.exitStatus, lossesTold ? 3 : 0) << result.out << result.err;
             // Every line that reports a failure must be one that the file's rows force.
             const std::set<std::string> forced = indexFailuresTheRowsForce(f.truth);
             std::set<std::string> failures;

@@ -294,7 +294,9 @@ TEST_F(DamagedFiles, OpenCompletelyWithLossesToldOrRefusedWithAReason)
                 added.mustExit = 3;
                 added.mustSay = "could not be read: its definition is damaged";
             } else if (damage.label == "long-value-chains-loop" && fixture != "jet3_size97.mdb" &&
-                       fixture != "newtypes.accdb") {
+                       fixture != "newtypes.accdb" && fixture != "complexData2007.accdb") {
+                // (complexData2007.accdb's long values each fit in one page: there is no chain
+                // to loop, and the damage changes their first bytes, which nothing can detect.)
                 added.mustExit = 3;
                 added.mustSay = "memo or OLE value is missing";
             }
