@@ -372,7 +372,7 @@ TEST_F(ServerLoad, PostgreSQLFeatures)
                  "43: invalid byte sequence for encoding \"UTF8\": 0xff",
                  std::string("52: ") + bitNotBytea,
                  // A relationship without enforced integrity whose rows do not match.
-                 "217: insert or update on table \"Orders\" violates foreign key constraint \"CustomersOrdersShipTo\"",
+                 "229: insert or update on table \"Orders\" violates foreign key constraint \"CustomersOrdersShipTo\"",
              },
              {},
              {{"AllTypes", {"3", "7", "8", "11", "19"}}}});
