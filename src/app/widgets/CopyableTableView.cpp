@@ -37,9 +37,23 @@ QWidget *CellCursorDelegate::createEditor(QWidget *parent, const QStyleOptionVie
 void CellCursorDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
 {
     if (auto *line = qobject_cast<QLineEdit *>(editor)) {
-        line->setText(index.data(Qt::DisplayRole).toString());
+        line->setText(gridText(index.data(Qt::DisplayRole).toString()));
         line->selectAll();
     }
+}
+
+QString CellCursorDelegate::gridText(const QString &text)
+{
+    if (text.size() <= kGridTextLimit)
+        return text;
+    return text.left(kGridTextLimit) + QChar(0x2026);
+}
+
+void CellCursorDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (option->text.size() > kGridTextLimit)
+        option->text = gridText(option->text);
 }
 
 void CellCursorDelegate::setModelData(QWidget *, QAbstractItemModel *, const QModelIndex &) const
@@ -68,6 +82,11 @@ bool CellCursorDelegate::eventFilter(QObject *object, QEvent *event)
 {
     if (event->type() == QEvent::KeyPress) {
         auto *key = static_cast<QKeyEvent *>(event);
+        if (key->matches(QKeySequence::Copy)) {
+            // The editor shows the cell; Copy takes rows as everywhere in the grid.
+            emit copyRequested();
+            return true;
+        }
         switch (key->key()) {
         case Qt::Key_Up:
         case Qt::Key_Down:
@@ -120,6 +139,7 @@ CopyableTableView::CopyableTableView(QWidget *parent)
     horizontalHeader()->setSectionsClickable(true);
     connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &CopyableTableView::headerClicked);
     connect(m_delegate, &CellCursorDelegate::cursorKey, this, &CopyableTableView::onCursorKey);
+    connect(m_delegate, &CellCursorDelegate::copyRequested, this, &CopyableTableView::copy);
     setContextMenuPolicy(Qt::DefaultContextMenu);
 
     m_copyAction = m_menu->addAction(localizedQ("Copy"), this, &CopyableTableView::copy);

@@ -18,18 +18,25 @@ class TOrbBlobData;
 class CellCursorDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
-    using QStyledItemDelegate::initStyleOption;
     using QStyledItemDelegate::QStyledItemDelegate;
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
     void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    /// The longest text a cell shows (the grid is at most a few hundred pixels wide).
+    static constexpr int kGridTextLimit = 500;
+    /// A cell's text cut to kGridTextLimit characters, "…" after a cut: laying out a memo of
+    /// 200,000 characters to show its start would block the window.
+    static QString gridText(const QString &text);
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
     /// The grid column to tint (-1: none).
     void setFocusedColumn(int column) { m_focusedColumn = column; }
 
 signals:
     /// A key typed in the cursor's editor that moves or leaves the cursor.
     void cursorKey(int key, Qt::KeyboardModifiers modifiers);
+    /// Copy was typed in the cursor's editor: the grid copies its rows.
+    void copyRequested();
 
 protected:
     bool eventFilter(QObject *object, QEvent *event) override;

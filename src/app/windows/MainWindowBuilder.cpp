@@ -14,6 +14,7 @@
 #include "export/exportRegistry.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -229,8 +230,12 @@ void MainWindowBuilder::buildSearchMenu(Controls &controls)
     QAction *modes = searchMenu->addSection(localizedQ("Match"));
     modes->setData(kTagModesStart);
     const char *titles[] = {"Contains", "Begins With", "Equals", "Ends With"};
+    // One exclusive group: the styles draw its items as radio items, one of them checked.
+    auto *modeGroup = new QActionGroup(searchMenu);
+    modeGroup->setExclusionPolicy(QActionGroup::ExclusionPolicy::Exclusive);
     for (int tag = 0; tag < 4; ++tag) {
         QAction *mode = searchMenu->addAction(localizedQ(titles[tag]));
+        modeGroup->addAction(mode);
         mode->setData(tag);
         mode->setCheckable(true);
         mode->setChecked(static_cast<int>(m_controller.searchOption()) == tag);

@@ -914,6 +914,7 @@ void VellumAppDelegate::showAlert(const QString &title, const QString &text)
         return;
     }
     auto *box = new QMessageBox(QMessageBox::Warning, title, text, QMessageBox::Ok, this);
+    fitAlertToTitle(box);
     box->setWindowModality(Qt::WindowModal);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
