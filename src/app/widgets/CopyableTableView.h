@@ -5,6 +5,8 @@
 #include <QStyledItemDelegate>
 #include <QTableView>
 
+#include <functional>
+
 class QMenu;
 
 namespace vellum {
@@ -73,11 +75,30 @@ public:
     /// The right-clicked row while the context menu is up (-1 otherwise).
     int rightClickedRow() const { return m_rightClickedRow; }
 
+    /// Asks where to save a blob: `proposedName` is the proposed file name; an empty answer is
+    /// a cancel.
+    using SavePathChooser = std::function<QString(const QString &proposedName)>;
+    /// Replaces the save dialog (tests).
+    void setSavePathChooser(SavePathChooser chooser) { m_savePathChooser = std::move(chooser); }
+    /// Replaces the alert that reports a failed save (tests).
+    void setSaveErrorHandler(std::function<void(const QString &message)> handler)
+    {
+        m_saveErrorHandler = std::move(handler);
+    }
+    /// The cell Save As takes: the right-clicked cell while the context menu is up, else the
+    /// cell cursor. Invalid when none.
+    QModelIndex saveAsCell() const;
+    /// The file name proposed for the blob of a cell: "<table>-<row>-<column>.<ext>" with the
+    /// row counted from 1 in the table, "/" in names made "_", no extension when none is known.
+    QString proposedBlobFileName(const QModelIndex &cell) const;
+
     /// Whether a context-menu command applies now (the menu's validation).
     bool canSelectAll() const;
     bool canDeselectAll() const;
     bool canCopy() const;
     bool canJumpToRow() const;
+    /// True when `saveAsCell` holds a blob with a payload.
+    bool canSaveBlobAs() const;
 
     /// Selects grid row `row` alone, scrolls to it and takes the focus.
     void selectRowAlone(int row);
@@ -93,6 +114,9 @@ public slots:
     /// Asks for a row number in a window-modal dialog and selects that row; beeps when out of
     /// range.
     void jumpToRow();
+    /// Asks for a path (proposing `proposedBlobFileName`) and writes the payload of
+    /// `saveAsCell`'s blob there, completely or not at all; a failure is reported in an alert.
+    void saveBlobAs();
 
 signals:
     /// The cell cursor moved to a cell (grid row and column).
@@ -130,6 +154,10 @@ private:
     QAction *m_selectAllAction;
     QAction *m_deselectAllAction;
     QAction *m_jumpAction;
+    QAction *m_saveAsAction;
+    QPersistentModelIndex m_rightClickedCell;
+    SavePathChooser m_savePathChooser;
+    std::function<void(const QString &)> m_saveErrorHandler;
 };
 
 } // namespace vellum

@@ -264,6 +264,14 @@ void MainWindowBuilder::buildMenus(Controls &controls)
         item->setData(static_cast<int>(kind) + 1); // menu items carry their kind plus one
         controls.exportActions.emplace_back(kind, item);
     }
+    CopyableTableView *dataGrid = controls.dataView->grid();
+    QAction *saveAs = fileMenu->addAction(localizedQ("Save As…"), dataGrid, &CopyableTableView::saveBlobAs);
+    saveAs->setShortcut(QKeySequence::SaveAs);
+    saveAs->setEnabled(false); // until the cell cursor is on a blob
+    QObject::connect(dataGrid, &CopyableTableView::cellCursorChanged, saveAs,
+                     [=] { saveAs->setEnabled(dataGrid->canSaveBlobAs()); });
+    QObject::connect(dataGrid, &CopyableTableView::cellCursorLeft, saveAs, [=] { saveAs->setEnabled(false); });
+    QObject::connect(fileMenu, &QMenu::aboutToShow, window, [=] { saveAs->setEnabled(dataGrid->canSaveBlobAs()); });
     fileMenu->addSeparator();
     controls.showInFileManagerItem = fileMenu->addAction(localizedQ("Show in File Manager"));
     controls.removeFromListItem = fileMenu->addAction(localizedQ("Remove from List"));
