@@ -28,7 +28,7 @@ class TOrbMDBTable;
 /// The first bytes of every stream.
 inline constexpr char kLoaderStreamMagic[8] = {'V', 'L', 'M', 'L', 'O', 'A', 'D', 'R'};
 /// Raised whenever the layout of any message changes.
-constexpr std::uint32_t kLoaderStreamVersion = 6;
+constexpr std::uint32_t kLoaderStreamVersion = 7;
 
 enum class LoaderMessage : std::uint8_t {
     Catalog = 1,      ///< table count, expected rows, the relationships in the order read, linked tables, queries

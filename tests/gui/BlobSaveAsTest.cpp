@@ -47,14 +47,14 @@ private slots:
         TableDataModel *model = window.dataView()->dataModel();
         QTRY_VERIFY(model->rowCount() > 0);
 
-        // The first cell with a payload (with an extension), and a text cell.
+        // The first cell with a payload (with an extension, not a Package), and a text cell.
         QModelIndex blobCell;
         QModelIndex textCell;
         for (int row = 0; row < model->rowCount() && !blobCell.isValid(); ++row)
             for (int column = 0; column < model->columnCount(); ++column) {
                 const CellValue value = model->cellValue(row, column);
                 if (value.isBlob() && value.blob && !value.blob->isLinkOnly() && !value.blob->fileExtension().empty() &&
-                    !blobCell.isValid())
+                    value.blob->packageLabel().empty() && !blobCell.isValid())
                     blobCell = model->index(row, column);
                 if (value.isText() && !textCell.isValid())
                     textCell = model->index(row, column);
@@ -86,6 +86,18 @@ private slots:
                 .arg(QString::fromStdString(blobs->columns()[static_cast<std::size_t>(blobCell.column())]->name()))
                 .arg(QString::fromStdString(blob->fileExtension()));
         QCOMPARE(grid->proposedBlobFileName(blobCell), expectedName);
+
+        // A Package proposes the name its file had.
+        bool sawLabel = false;
+        for (int row = 0; row < model->rowCount(); ++row)
+            for (int column = 0; column < model->columnCount(); ++column) {
+                const CellValue value = model->cellValue(row, column);
+                if (value.isBlob() && value.blob && value.blob->packageLabel() == "report.final.pdf") {
+                    QCOMPARE(grid->proposedBlobFileName(model->index(row, column)), QString("report.final.pdf"));
+                    sawLabel = true;
+                }
+            }
+        QVERIFY(sawLabel);
 
         QStringList errors;
         grid->setSaveErrorHandler([&](const QString &message) { errors << message; });

@@ -473,6 +473,14 @@ QString CopyableTableView::proposedBlobFileName(const QModelIndex &cell) const
     if (!table || !cell.isValid() || cell.column() >= static_cast<int>(table->columns().size()))
         return {};
     const CellValue value = m_model->cellValue(cell.row(), cell.column());
+    if (value.isBlob() && value.blob && !value.blob->packageLabel().empty()) {
+        // The name the file had when it was put into the Package.
+        QString label = toQString(value.blob->packageLabel());
+        label.replace(QLatin1Char('/'), QLatin1Char('_'));
+        label.replace(QChar(0), QLatin1Char('_'));
+        if (label != QLatin1String(".") && label != QLatin1String(".."))
+            return label;
+    }
     QString name = QStringLiteral("%1-%2-%3")
                        .arg(toQString(table->name()))
                        .arg(static_cast<qulonglong>(m_model->tableRow(cell.row())) + 1)

@@ -88,8 +88,9 @@ public:
     /// The cell Save As takes: the right-clicked cell while the context menu is up, else the
     /// cell cursor. Invalid when none.
     QModelIndex saveAsCell() const;
-    /// The file name proposed for the blob of a cell: "<table>-<row>-<column>.<ext>" with the
-    /// row counted from 1 in the table, "/" in names made "_", no extension when none is known.
+    /// The file name proposed for the blob of a cell: a Package's label where it has one, else
+    /// "<table>-<row>-<column>.<ext>" with the row counted from 1 in the table; "/" in names
+    /// made "_", no extension when none is known.
     QString proposedBlobFileName(const QModelIndex &cell) const;
 
     /// Whether a context-menu command applies now (the menu's validation).
