@@ -11,6 +11,7 @@ packages=(
   libsqlcipher0 sqlcipher sqlite3
   libxlsxwriter-dev libssl-dev python3 python3-xlrd python3-openpyxl
   xvfb xauth
+  appstream
   clang clang-format libclang-rt-14-dev
 )
 

@@ -163,6 +163,16 @@ void encodeStoreRange(WireWriter &writer, const TableStore &store, const StorePa
         if (size)
             writer.putBorrowed(blob->data().data(), size);
     }
+    // Package labels: how many, then each as the blob's place in this part and the label.
+    std::vector<std::size_t> labelled;
+    for (std::size_t i = from.blobs; i < store.blobs().size(); ++i)
+        if (const TOrbBlobData *blob = store.blobs()[i].get(); blob && !blob->packageLabel().empty())
+            labelled.push_back(i - from.blobs);
+    writer.putU64(labelled.size());
+    for (const std::size_t place : labelled) {
+        writer.putU64(place);
+        writer.putString(store.blobs()[from.blobs + place]->packageLabel());
+    }
 }
 
 /// Appends the values of a table's complex columns: per column its position, kind and the
@@ -312,6 +322,21 @@ bool decodeStorePart(WireReader &reader, PartialStore &parts)
             parts.blobs.push_back(std::make_unique<TOrbBlobData>(std::move(data), extension.c_str()));
         else
             return reader.fail(); // a link carries no payload
+    }
+    if (!reader.ok())
+        return false;
+    const std::uint64_t labelCount = reader.getU64();
+    if (labelCount > blobCount)
+        return reader.fail();
+    for (std::uint64_t i = 0; i < labelCount && reader.ok(); ++i) {
+        const std::uint64_t place = reader.getU64();
+        std::string label = reader.getString();
+        if (place >= blobCount)
+            return reader.fail();
+        TOrbBlobData *blob = parts.blobs[parts.blobs.size() - blobCount + place].get();
+        if (!blob)
+            return reader.fail();
+        blob->setPackageLabel(std::move(label));
     }
     if (!reader.ok())
         return false;

@@ -31,6 +31,11 @@ public:
     const std::string &fileExtension() const { return m_fileExtension; }
     /// The file a link-only Package names; "" for every blob with a payload.
     const std::string &linkPath() const { return m_linkPath; }
+    /// The label a Package object gives its file (usually the file's name, "report.pdf"); ""
+    /// for every other blob.
+    const std::string &packageLabel() const { return m_packageLabel; }
+    /// Sets the Package label (while the value is decoded or received, before it is shared).
+    void setPackageLabel(std::string label) { m_packageLabel = std::move(label); }
     /// True for a Package that holds only a link: its cell is the null marker, described by
     /// "link to PATH".
     bool isLinkOnly() const { return !m_linkPath.empty(); }
@@ -65,6 +70,7 @@ private:
     std::vector<std::uint8_t> m_data;
     std::string m_fileExtension;
     std::string m_linkPath;
+    std::string m_packageLabel;
     mutable std::string m_tmpPath;
     mutable std::atomic<signed char> m_isImage{-1}; ///< -1 not asked yet, else 0 or 1
 };

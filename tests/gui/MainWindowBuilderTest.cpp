@@ -77,9 +77,9 @@ private slots:
 
         const std::pair<QString, QStringList> expected[] = {
             {"File",
-             {"Open…|" + keys(QKeySequence::Open) + "|on", "Close File|Ctrl+W|on", "Export>", "-",
-              "Show in File Manager||on", "Remove from List||on", "Clear List||on", "-",
-              "Quit Vellum|" + keys(QKeySequence::Quit) + "|on"}},
+             {"Open…|" + keys(QKeySequence::Open) + "|on", "Close File|Ctrl+W|on", "Export>",
+              "Save As…|" + keys(QKeySequence::SaveAs) + "|off", "-", "Show in File Manager||on",
+              "Remove from List||on", "Clear List||on", "-", "Quit Vellum|" + keys(QKeySequence::Quit) + "|on"}},
             {"Edit",
              {"Copy|" + keys(QKeySequence::Copy) + "|on", "Select All||on", "Deselect All|Ctrl+Shift+A|on", "-",
               "Jump to Row…|Ctrl+J|on", "Find|" + keys(QKeySequence::Find) + "|on"}},

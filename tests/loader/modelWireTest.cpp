@@ -118,6 +118,25 @@ TEST_P(ModelWireRoundTrip, KeepsEveryTableColumnIndexRowAndRelationship)
         for (const auto &table : expected->tables())
             blobs += table->store().blobs().size();
         EXPECT_GT(blobs, 0u);
+        // Package labels travel with their blobs.
+        TOrbMDBFile received;
+        ASSERT_TRUE(decodeInto(encodeFixture(path, LoadOptions{.workers = 2, .parallelFromCells = 0}), received));
+        std::size_t labelled = 0;
+        for (const auto &table : expected->tables()) {
+            const TOrbMDBTable *other = received.tableNamed(table->name());
+            ASSERT_TRUE(other);
+            ASSERT_EQ(other->store().blobs().size(), table->store().blobs().size());
+            for (std::size_t i = 0; i < table->store().blobs().size(); ++i) {
+                const TOrbBlobData *sentBlob = table->store().blobs()[i].get();
+                const TOrbBlobData *gotBlob = other->store().blobs()[i].get();
+                ASSERT_EQ(sentBlob == nullptr, gotBlob == nullptr);
+                if (!sentBlob)
+                    continue;
+                EXPECT_EQ(gotBlob->packageLabel(), sentBlob->packageLabel());
+                labelled += sentBlob->packageLabel() == "report.final.pdf";
+            }
+        }
+        EXPECT_GT(labelled, 0u);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/models/ExportEntriesModel.h"
 #include "app/support/SettingsStore.h"
+#include "app/support/applicationSetup.h"
 #include "app/support/qtStrings.h"
 #include "export/ExportEntry.h"
 #include "export/ExportReport.h"
@@ -506,6 +507,7 @@ void ExportWizard::finishExport()
         alert->setInformativeText(message);
         if (auto *informative = alert->findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel")))
             informative->setTextFormat(Qt::PlainText);
+        fitAlertToTitle(alert);
         alert->setWindowModality(Qt::WindowModal);
         alert->setAttribute(Qt::WA_DeleteOnClose);
         connect(alert, &QMessageBox::finished, this, &QObject::deleteLater);

@@ -7,8 +7,11 @@
 
 #include <QApplication>
 #include <QBuffer>
+#include <QFontMetrics>
+#include <QGridLayout>
 #include <QIcon>
 #include <QImageReader>
+#include <QMessageBox>
 #include <QPainter>
 #include <QWidget>
 
@@ -68,7 +71,8 @@ void setUpApplication()
     initVellumResources();
     QCoreApplication::setOrganizationName("Vellum");
     QCoreApplication::setApplicationName("Vellum");
-    QGuiApplication::setApplicationDisplayName("Vellum");
+    // No display name: Qt would append " — Vellum" to every window title shown by the window
+    // manager, and the application name already answers where a display name is asked for.
     QGuiApplication::setDesktopFileName("vellum");
     QApplication::setWindowIcon(namedIcon("vellum"));
     configureProcessLocale();
@@ -86,6 +90,19 @@ void paintBarBackground(QWidget *bar, const QColor &top, const QColor &bottom)
     painter.fillRect(bar->rect(), gradient);
     painter.setPen(QColor(0xb4, 0xb4, 0xb4));
     painter.drawLine(0, bar->height() - 1, bar->width(), bar->height() - 1);
+}
+
+void fitAlertToTitle(QMessageBox *alert)
+{
+    auto *grid = qobject_cast<QGridLayout *>(alert->layout());
+    if (!grid)
+        return;
+    // Room for the title text plus the title bar's icon and buttons.
+    constexpr int kTitleBarControls = 160;
+    const QFont titleFont = QApplication::font("QMdiSubWindowTitleBar");
+    const int wanted = QFontMetrics(titleFont).horizontalAdvance(alert->windowTitle()) + kTitleBarControls;
+    grid->addItem(new QSpacerItem(wanted, 0, QSizePolicy::Minimum, QSizePolicy::Fixed), grid->rowCount(), 0, 1,
+                  grid->columnCount());
 }
 
 QIcon namedIcon(const char *name)

@@ -2,6 +2,7 @@
 
 class QColor;
 class QIcon;
+class QMessageBox;
 class QWidget;
 class QString;
 
@@ -26,6 +27,10 @@ void setUpApplication();
 /// Paints the background of a bar (jump bar, button strip): a light vertical gradient from
 /// `top` to `bottom` and a grey line along the lower edge.
 void paintBarBackground(QWidget *bar, const QColor &top, const QColor &bottom);
+
+/// Widens an alert so that the window manager's title bar can show its whole title (a message
+/// box otherwise sizes itself by its text alone). Call after its texts are set.
+void fitAlertToTitle(QMessageBox *alert);
 
 /// One of the application's own icons by its image name ("back_32x32", "FileList_Table" …).
 QIcon namedIcon(const char *name);

@@ -5,20 +5,30 @@
 #include "app/support/qtStrings.h"
 #include "app/widgets/AttachmentMenu.h"
 #include "browser/gridTexts.h"
+#include "export/OutputFile.h"
 #include "model/TOrbBlobData.h"
 #include "model/TOrbComplexValue.h"
+#include "model/TOrbMDBColumn.h"
+#include "model/TOrbMDBTable.h"
 #include "util/format.h"
 #include "util/localized.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QDir>
+#include <QFileDialog>
 #include <QHeaderView>
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPainter>
+
+#include <cerrno>
+#include <cstring>
+#include <unistd.h>
 
 namespace vellum {
 
@@ -39,9 +49,23 @@ QWidget *CellCursorDelegate::createEditor(QWidget *parent, const QStyleOptionVie
 void CellCursorDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
 {
     if (auto *line = qobject_cast<QLineEdit *>(editor)) {
-        line->setText(index.data(Qt::DisplayRole).toString());
+        line->setText(gridText(index.data(Qt::DisplayRole).toString()));
         line->selectAll();
     }
+}
+
+QString CellCursorDelegate::gridText(const QString &text)
+{
+    if (text.size() <= kGridTextLimit)
+        return text;
+    return text.left(kGridTextLimit) + QChar(0x2026);
+}
+
+void CellCursorDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (option->text.size() > kGridTextLimit)
+        option->text = gridText(option->text);
 }
 
 void CellCursorDelegate::setModelData(QWidget *, QAbstractItemModel *, const QModelIndex &) const
@@ -70,6 +94,11 @@ bool CellCursorDelegate::eventFilter(QObject *object, QEvent *event)
 {
     if (event->type() == QEvent::KeyPress) {
         auto *key = static_cast<QKeyEvent *>(event);
+        if (key->matches(QKeySequence::Copy)) {
+            // The editor shows the cell; Copy takes rows as everywhere in the grid.
+            emit copyRequested();
+            return true;
+        }
         switch (key->key()) {
         case Qt::Key_Up:
         case Qt::Key_Down:
@@ -122,6 +151,7 @@ CopyableTableView::CopyableTableView(QWidget *parent)
     horizontalHeader()->setSectionsClickable(true);
     connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &CopyableTableView::headerClicked);
     connect(m_delegate, &CellCursorDelegate::cursorKey, this, &CopyableTableView::onCursorKey);
+    connect(m_delegate, &CellCursorDelegate::copyRequested, this, &CopyableTableView::copy);
     setContextMenuPolicy(Qt::DefaultContextMenu);
 
     m_copyAction = m_menu->addAction(localizedQ("Copy"), this, &CopyableTableView::copy);
@@ -131,6 +161,8 @@ CopyableTableView::CopyableTableView(QWidget *parent)
     m_deselectAllAction = m_menu->addAction(localizedQ("Deselect All"), this, &CopyableTableView::deselectAllRows);
     m_menu->addSeparator();
     m_jumpAction = m_menu->addAction(localizedQ("Jump to Row…"), this, &CopyableTableView::jumpToRow);
+    m_menu->addSeparator();
+    m_saveAsAction = m_menu->addAction(localizedQ("Save As…"), this, &CopyableTableView::saveBlobAs);
 }
 
 void CopyableTableView::setDataModel(TableDataModel *model)
@@ -433,21 +465,132 @@ void CopyableTableView::jumpToRow()
     selectRowAlone(static_cast<int>(*target));
 }
 
+QModelIndex CopyableTableView::saveAsCell() const
+{
+    if (m_rightClickedRow >= 0)
+        return m_rightClickedCell;
+    return m_cursor;
+}
+
+bool CopyableTableView::canSaveBlobAs() const
+{
+    const QModelIndex cell = saveAsCell();
+    if (!m_model || !cell.isValid())
+        return false;
+    const CellValue value = m_model->cellValue(cell.row(), cell.column());
+    return value.isBlob() && value.blob && !value.blob->isLinkOnly();
+}
+
+QString CopyableTableView::proposedBlobFileName(const QModelIndex &cell) const
+{
+    const TOrbMDBTable *table = m_model ? m_model->table() : nullptr;
+    if (!table || !cell.isValid() || cell.column() >= static_cast<int>(table->columns().size()))
+        return {};
+    const CellValue value = m_model->cellValue(cell.row(), cell.column());
+    if (value.isBlob() && value.blob && !value.blob->packageLabel().empty()) {
+        // The name the file had when it was put into the Package.
+        QString label = toQString(value.blob->packageLabel());
+        label.replace(QLatin1Char('/'), QLatin1Char('_'));
+        label.replace(QChar(0), QLatin1Char('_'));
+        if (label != QLatin1String(".") && label != QLatin1String(".."))
+            return label;
+    }
+    QString name = QStringLiteral("%1-%2-%3")
+                       .arg(toQString(table->name()))
+                       .arg(static_cast<qulonglong>(m_model->tableRow(cell.row())) + 1)
+                       .arg(toQString(table->columns()[static_cast<std::size_t>(cell.column())]->name()));
+    // A name is one path component: a slash (or a NUL) would make it a path.
+    name.replace(QLatin1Char('/'), QLatin1Char('_'));
+    name.replace(QChar(0), QLatin1Char('_'));
+    if (value.isBlob() && value.blob && !value.blob->fileExtension().empty())
+        name += QLatin1Char('.') + toQString(value.blob->fileExtension());
+    return name;
+}
+
+namespace {
+
+/// Writes all of `data` to `fd`; false with errno set when a write fails.
+bool writeAll(int fd, const std::vector<std::uint8_t> &data)
+{
+    std::size_t done = 0;
+    while (done < data.size()) {
+        const ssize_t written = ::write(fd, data.data() + done, data.size() - done);
+        if (written < 0) {
+            if (errno == EINTR)
+                continue;
+            return false;
+        }
+        done += static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+} // namespace
+
+void CopyableTableView::saveBlobAs()
+{
+    if (!canSaveBlobAs())
+        return;
+    const QModelIndex cell = saveAsCell();
+    const CellValue value = m_model->cellValue(cell.row(), cell.column());
+    const TOrbBlobData *blob = value.blob;
+    const QString proposed = proposedBlobFileName(cell);
+    QString path;
+    if (m_savePathChooser) {
+        path = m_savePathChooser(proposed);
+    } else {
+        path = QFileDialog::getSaveFileName(window(), localizedQ("Save As…"), QDir::home().filePath(proposed));
+    }
+    if (path.isEmpty())
+        return;
+    OutputFile output;
+    QString error;
+    if (!output.begin(QFile::encodeName(path).toStdString(), OutputFile::Target::Descriptor, false)) {
+        error = toQString(output.errorText());
+    } else {
+        const int fd = output.takeDescriptor();
+        const bool written = writeAll(fd, blob->data());
+        const int writeError = errno;
+        const bool closed = ::close(fd) == 0;
+        if (!written || !closed) {
+            output.abandon();
+            error = QString::fromLocal8Bit(std::strerror(written ? errno : writeError));
+        } else if (!output.commit()) {
+            error = toQString(output.errorText());
+        }
+    }
+    if (error.isEmpty())
+        return;
+    const QString message = QStringLiteral("%1: %2").arg(path, error);
+    if (m_saveErrorHandler) {
+        m_saveErrorHandler(message);
+        return;
+    }
+    auto *box = new QMessageBox(QMessageBox::Warning, localizedQ("Error"), message, QMessageBox::Ok, window());
+    box->setTextFormat(Qt::PlainText);
+    box->setWindowModality(Qt::WindowModal);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
 void CopyableTableView::validateMenu()
 {
     m_selectAllAction->setEnabled(canSelectAll());
     m_deselectAllAction->setEnabled(canDeselectAll());
     m_copyAction->setEnabled(canCopy());
     m_jumpAction->setEnabled(canJumpToRow());
+    m_saveAsAction->setEnabled(canSaveBlobAs());
 }
 
 void CopyableTableView::contextMenuEvent(QContextMenuEvent *event)
 {
     const QModelIndex index = indexAt(event->pos());
     m_rightClickedRow = index.isValid() ? index.row() : -1;
+    m_rightClickedCell = index;
     validateMenu();
     m_menu->exec(event->globalPos());
     m_rightClickedRow = -1;
+    m_rightClickedCell = QModelIndex();
 }
 
 } // namespace vellum

@@ -5,6 +5,8 @@
 #include <QStyledItemDelegate>
 #include <QTableView>
 
+#include <functional>
+
 class QMenu;
 
 namespace vellum {
@@ -18,18 +20,25 @@ class TOrbBlobData;
 class CellCursorDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
-    using QStyledItemDelegate::initStyleOption;
     using QStyledItemDelegate::QStyledItemDelegate;
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
     void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    /// The longest text a cell shows (the grid is at most a few hundred pixels wide).
+    static constexpr int kGridTextLimit = 500;
+    /// A cell's text cut to kGridTextLimit characters, "…" after a cut: laying out a memo of
+    /// 200,000 characters to show its start would block the window.
+    static QString gridText(const QString &text);
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
     /// The grid column to tint (-1: none).
     void setFocusedColumn(int column) { m_focusedColumn = column; }
 
 signals:
     /// A key typed in the cursor's editor that moves or leaves the cursor.
     void cursorKey(int key, Qt::KeyboardModifiers modifiers);
+    /// Copy was typed in the cursor's editor: the grid copies its rows.
+    void copyRequested();
 
 protected:
     bool eventFilter(QObject *object, QEvent *event) override;
@@ -66,11 +75,31 @@ public:
     /// The right-clicked row while the context menu is up (-1 otherwise).
     int rightClickedRow() const { return m_rightClickedRow; }
 
+    /// Asks where to save a blob: `proposedName` is the proposed file name; an empty answer is
+    /// a cancel.
+    using SavePathChooser = std::function<QString(const QString &proposedName)>;
+    /// Replaces the save dialog (tests).
+    void setSavePathChooser(SavePathChooser chooser) { m_savePathChooser = std::move(chooser); }
+    /// Replaces the alert that reports a failed save (tests).
+    void setSaveErrorHandler(std::function<void(const QString &message)> handler)
+    {
+        m_saveErrorHandler = std::move(handler);
+    }
+    /// The cell Save As takes: the right-clicked cell while the context menu is up, else the
+    /// cell cursor. Invalid when none.
+    QModelIndex saveAsCell() const;
+    /// The file name proposed for the blob of a cell: a Package's label where it has one, else
+    /// "<table>-<row>-<column>.<ext>" with the row counted from 1 in the table; "/" in names
+    /// made "_", no extension when none is known.
+    QString proposedBlobFileName(const QModelIndex &cell) const;
+
     /// Whether a context-menu command applies now (the menu's validation).
     bool canSelectAll() const;
     bool canDeselectAll() const;
     bool canCopy() const;
     bool canJumpToRow() const;
+    /// True when `saveAsCell` holds a blob with a payload.
+    bool canSaveBlobAs() const;
 
     /// Selects grid row `row` alone, scrolls to it and takes the focus.
     void selectRowAlone(int row);
@@ -86,6 +115,9 @@ public slots:
     /// Asks for a row number in a window-modal dialog and selects that row; beeps when out of
     /// range.
     void jumpToRow();
+    /// Asks for a path (proposing `proposedBlobFileName`) and writes the payload of
+    /// `saveAsCell`'s blob there, completely or not at all; a failure is reported in an alert.
+    void saveBlobAs();
 
 signals:
     /// The cell cursor moved to a cell (grid row and column).
@@ -123,6 +155,10 @@ private:
     QAction *m_selectAllAction;
     QAction *m_deselectAllAction;
     QAction *m_jumpAction;
+    QAction *m_saveAsAction;
+    QPersistentModelIndex m_rightClickedCell;
+    SavePathChooser m_savePathChooser;
+    std::function<void(const QString &)> m_saveErrorHandler;
 };
 
 } // namespace vellum

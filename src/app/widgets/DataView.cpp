@@ -5,6 +5,7 @@
 #include "app/support/qtStrings.h"
 #include "app/widgets/CopyableTableView.h"
 #include "app/widgets/GCJumpBar.h"
+#include "app/widgets/LongTextView.h"
 #include "app/widgets/MdbImageView.h"
 #include "browser/RowSet.h"
 #include "model/TOrbBlobData.h"
@@ -26,7 +27,7 @@ namespace vellum {
 DataView::DataView(bool textViewShown, QWidget *parent)
     : QWidget(parent), m_model(new TableDataModel(this)), m_grid(new CopyableTableView(this)),
       m_jumpBar(new GCJumpBar(this)), m_splitter(new QSplitter(Qt::Vertical, this)), m_bottom(new QStackedWidget(this)),
-      m_textView(new QTextEdit(this)), m_imageView(new MdbImageView(this)), m_busyDelay(new QTimer(this)),
+      m_textView(new LongTextView(this)), m_imageView(new MdbImageView(this)), m_busyDelay(new QTimer(this)),
       m_textViewShown(textViewShown)
 {
     auto *layout = new QVBoxLayout(this);
@@ -209,8 +210,9 @@ void DataView::sizeColumns()
         int width = headerMetrics.horizontalAdvance(m_model->headerData(column, Qt::Horizontal).toString()) + 36;
         const int iconRoom = m_model->isOLEColumn(column) ? 22 : 0;
         for (int row = 0; row < sampleRows; ++row)
-            width = std::max(width, cellMetrics.horizontalAdvance(m_model->index(row, column).data().toString()) + 16 +
-                                        iconRoom);
+            width = std::max(width, cellMetrics.horizontalAdvance(
+                                        CellCursorDelegate::gridText(m_model->index(row, column).data().toString())) +
+                                        16 + iconRoom);
         m_grid->setColumnWidth(column, std::clamp(width, 60, 320));
     }
 }
@@ -245,7 +247,7 @@ void DataView::displayTextViewContent(std::optional<CellValue> value)
     QPalette textPalette = m_textView->palette();
     textPalette.setColor(QPalette::Text, greyText ? grey : palette().color(QPalette::Text));
     m_textView->setPalette(textPalette);
-    m_textView->setPlainText(text);
+    m_textView->setShownText(text);
 }
 
 void DataView::showHideBottomTextView(bool shown)

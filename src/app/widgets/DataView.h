@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/widgets/LongTextView.h"
 #include "browser/RowFilter.h"
 #include "model/CellValue.h"
 
@@ -11,7 +12,6 @@
 
 class QSplitter;
 class QStackedWidget;
-class QTextEdit;
 class QTimer;
 
 namespace vellum {
@@ -33,7 +33,7 @@ public:
     CopyableTableView *grid() const { return m_grid; }
     TableDataModel *dataModel() const { return m_model; }
     GCJumpBar *jumpBar() const { return m_jumpBar; }
-    QTextEdit *bottomTextView() const { return m_textView; }
+    LongTextView *bottomTextView() const { return m_textView; }
     MdbImageView *imageView() const { return m_imageView; }
 
     /// The data filter applied at every reload (the main window's search; none for children).
@@ -87,7 +87,7 @@ private:
     GCJumpBar *m_jumpBar;
     QSplitter *m_splitter;
     QStackedWidget *m_bottom;
-    QTextEdit *m_textView;
+    LongTextView *m_textView;
     MdbImageView *m_imageView;
     QTimer *m_busyDelay;
     std::function<RowFilter()> m_filterProvider;

@@ -96,10 +96,18 @@ void GCJumpBar::clearSelection()
 
 void GCJumpBar::layoutLabels()
 {
-    for (GCJumpBarLabel *label : m_labels)
+    // The old labels leave the bar at once; they are deleted later only because one of them
+    // may be running its click handler (and a nested menu loop defers the deletion).
+    for (GCJumpBarLabel *label : m_labels) {
+        m_layout->removeWidget(label);
+        label->hide();
         label->deleteLater();
-    for (QWidget *separator : m_separators)
+    }
+    for (QWidget *separator : m_separators) {
+        m_layout->removeWidget(separator);
+        separator->hide();
         separator->deleteLater();
+    }
     m_labels.clear();
     m_separators.clear();
     if (!m_menu || m_selected.empty()) {

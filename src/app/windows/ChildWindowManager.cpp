@@ -4,6 +4,10 @@
 #include "app/windows/ChildWindow.h"
 #include "model/TOrbMDBTable.h"
 
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWidget>
+
 #include <algorithm>
 
 namespace vellum {
@@ -11,6 +15,17 @@ namespace vellum {
 ChildWindowManager::ChildWindowManager(ChildWindowDelegate &delegate, QObject *parent)
     : QObject(parent), m_delegate(delegate)
 {
+}
+
+QPoint ChildWindowManager::cascadePosition(const QPoint &previous, const QSize &size, const QRect &area)
+{
+    QPoint next = previous + QPoint(kCascadeStep, kCascadeStep);
+    // A window that would leave the area starts again at its top (or left) edge.
+    if (next.y() + size.height() > area.bottom() + 1 || next.y() < area.top())
+        next.setY(area.top());
+    if (next.x() + size.width() > area.right() + 1 || next.x() < area.left())
+        next.setX(area.left());
+    return next;
 }
 
 ChildWindowManager::~ChildWindowManager()
@@ -22,10 +37,19 @@ ChildWindow *ChildWindowManager::createChildWindow(TOrbMDBTable *table)
 {
     auto *child = new ChildWindow(*this, table);
     m_childWins.push_back(child);
-    // Cascade new windows a little from the last one.
-    if (m_childWins.size() > 1) {
-        const ChildWindow *previous = m_childWins[m_childWins.size() - 2];
-        child->move(previous->pos() + QPoint(24, 24));
+    // Cascade new windows a little from the last one, on the screen of the main window.
+    const auto *mainWindow = qobject_cast<const QWidget *>(parent());
+    const QScreen *screen = mainWindow ? mainWindow->screen() : QGuiApplication::primaryScreen();
+    if (screen) {
+        const QRect area = screen->availableGeometry();
+        const QSize size = child->frameGeometry().size().expandedTo(child->sizeHint());
+        if (m_childWins.size() > 1) {
+            const ChildWindow *previous = m_childWins[m_childWins.size() - 2];
+            child->move(cascadePosition(previous->pos(), size, area));
+        } else {
+            const QPoint origin = mainWindow ? mainWindow->pos() : area.topLeft();
+            child->move(cascadePosition(origin, size, area));
+        }
     }
     child->refreshJumpBarMenu(m_delegate.jumpBarMenu());
     child->show();

@@ -3,6 +3,8 @@
 #include "browser/IndexPath.h"
 
 #include <QObject>
+#include <QPoint>
+#include <QRect>
 
 #include <functional>
 #include <vector>
@@ -48,6 +50,12 @@ public:
     void AllAlwaysOnTop(bool onTop);
     /// Closes all children.
     void closeAll();
+
+    /// How far each new child is placed from the one opened before it.
+    static constexpr int kCascadeStep = 24;
+    /// Where a window of `size` opens after one at `previous`: a step down and right, back to
+    /// the top (left) edge of `area` where it would leave it.
+    static QPoint cascadePosition(const QPoint &previous, const QSize &size, const QRect &area);
 
     const std::vector<ChildWindow *> &childWins() const { return m_childWins; }
     ChildWindowDelegate &delegate() const { return m_delegate; }

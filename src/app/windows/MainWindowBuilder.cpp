@@ -14,6 +14,7 @@
 #include "export/exportRegistry.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -229,8 +230,12 @@ void MainWindowBuilder::buildSearchMenu(Controls &controls)
     QAction *modes = searchMenu->addSection(localizedQ("Match"));
     modes->setData(kTagModesStart);
     const char *titles[] = {"Contains", "Begins With", "Equals", "Ends With"};
+    // One exclusive group: the styles draw its items as radio items, one of them checked.
+    auto *modeGroup = new QActionGroup(searchMenu);
+    modeGroup->setExclusionPolicy(QActionGroup::ExclusionPolicy::Exclusive);
     for (int tag = 0; tag < 4; ++tag) {
         QAction *mode = searchMenu->addAction(localizedQ(titles[tag]));
+        modeGroup->addAction(mode);
         mode->setData(tag);
         mode->setCheckable(true);
         mode->setChecked(static_cast<int>(m_controller.searchOption()) == tag);
@@ -259,6 +264,14 @@ void MainWindowBuilder::buildMenus(Controls &controls)
         item->setData(static_cast<int>(kind) + 1); // menu items carry their kind plus one
         controls.exportActions.emplace_back(kind, item);
     }
+    CopyableTableView *dataGrid = controls.dataView->grid();
+    QAction *saveAs = fileMenu->addAction(localizedQ("Save As…"), dataGrid, &CopyableTableView::saveBlobAs);
+    saveAs->setShortcut(QKeySequence::SaveAs);
+    saveAs->setEnabled(false); // until the cell cursor is on a blob
+    QObject::connect(dataGrid, &CopyableTableView::cellCursorChanged, saveAs,
+                     [=] { saveAs->setEnabled(dataGrid->canSaveBlobAs()); });
+    QObject::connect(dataGrid, &CopyableTableView::cellCursorLeft, saveAs, [=] { saveAs->setEnabled(false); });
+    QObject::connect(fileMenu, &QMenu::aboutToShow, window, [=] { saveAs->setEnabled(dataGrid->canSaveBlobAs()); });
     fileMenu->addSeparator();
     controls.showInFileManagerItem = fileMenu->addAction(localizedQ("Show in File Manager"));
     controls.removeFromListItem = fileMenu->addAction(localizedQ("Remove from List"));

@@ -1056,6 +1056,7 @@ void VellumAppDelegate::showAlert(const QString &title, const QString &text, con
     auto *box = new QMessageBox(QMessageBox::Warning, title, text, QMessageBox::Ok, this);
     if (!informative.isEmpty())
         box->setInformativeText(informative); // why the file could not be opened
+    fitAlertToTitle(box);
     box->setWindowModality(Qt::WindowModal);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();

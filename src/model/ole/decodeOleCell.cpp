@@ -29,6 +29,8 @@ std::unique_ptr<TOrbBlobData> decodeOleCell(const void *field, std::size_t lengt
     }
     const auto *decoded = static_cast<const std::uint8_t *>(payload);
     auto blob = std::make_unique<TOrbBlobData>(std::vector<std::uint8_t>(decoded, decoded + size), extension);
+    if (length >= 2 && bytes[0] == 0x15 && bytes[1] == 0x1C)
+        blob->setPackageLabel(oleFieldPackageLabel(field, length));
     std::free(payload);
     std::free(extension);
     return blob;

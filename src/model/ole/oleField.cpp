@@ -114,7 +114,9 @@ struct Decoded {
     const unsigned char *data = nullptr;
     std::size_t size = 0;
     std::string extension;
-    std::string linkPath; ///< a Package that holds only a link: the path it names
+    std::string linkPath;   ///< a Package that holds only a link: the path it names
+    std::string label;      ///< a Package's label
+    bool labelOnly = false; ///< only a Package's label is wanted: other kinds stop early
     std::vector<unsigned char> owned;
 
     void own(std::vector<unsigned char> bytes, std::size_t from)
@@ -138,6 +140,8 @@ bool decodeOle1(const unsigned char *field, std::size_t length, std::size_t reco
     if (field[typeStart + typeLength - 1] != 0)
         return false;
     const std::string typeName(reinterpret_cast<const char *>(field + typeStart));
+    if (out.labelOnly && typeName != "Package")
+        return false;
 
     // Topic and item name lengths (8 bytes, taken as empty), then the native data's size.
     const std::size_t nativeStart = typeStart + static_cast<std::size_t>(typeLength) + 12;
@@ -174,6 +178,7 @@ bool decodeOle1(const unsigned char *field, std::size_t length, std::size_t reco
         if (payloadSize < 0 || payloadSize > static_cast<std::int64_t>(length - payloadStart))
             return false;
         const std::string_view label(reinterpret_cast<const char *>(field + labelStart), *labelEnd - labelStart);
+        out.label.assign(label);
         const std::size_t dot = label.rfind('.');
         if (dot != std::string_view::npos)
             out.extension = label.substr(dot + 1);
@@ -316,6 +321,8 @@ bool decodeField(const unsigned char *field, std::size_t length, Decoded &out)
         record = static_cast<std::size_t>(headerLength);
     }
 
+    if (out.labelOnly && signature != kOleSignature)
+        return false;
     return signature == kOleSignature ? decodeOle1(field, length, record, out)
                                       : decodeAttachment(field, length, record, out);
 }
@@ -328,6 +335,15 @@ std::string oleFieldLinkPath(const void *field, std::size_t length)
     if (!field || decodeField(static_cast<const unsigned char *>(field), length, decoded))
         return {};
     return decoded.linkPath;
+}
+
+std::string oleFieldPackageLabel(const void *field, std::size_t length)
+{
+    Decoded decoded;
+    decoded.labelOnly = true;
+    if (!field || !decodeField(static_cast<const unsigned char *>(field), length, decoded))
+        return {};
+    return decoded.label;
 }
 
 int mdb_read_ole_field(const void *fieldBytes, void **payload, std::size_t *size, char **extension)

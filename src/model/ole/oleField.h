@@ -19,6 +19,10 @@ int mdb_read_ole_field(const void *field, void **payload, std::size_t *size, cha
 /// The path a Package object that holds only a link to a file names; "" for any other field.
 std::string oleFieldLinkPath(const void *field, std::size_t length);
 
+/// The label of a Package object that holds a file (its file name, as the user inserted it);
+/// "" for any other field. Other kinds of objects are not decoded to answer.
+std::string oleFieldPackageLabel(const void *field, std::size_t length);
+
 /// True when the bytes begin with the compound document signature D0 CF 11 E0 A1 B1 1A E1.
 bool isOleStream(const void *bytes, std::size_t length);
 

@@ -326,6 +326,36 @@ TEST(MdbReadOleField, DecodeOleCellWrapsThePayload)
     EXPECT_FALSE(isOleStream(bitmap.data(), bitmap.size()));
 }
 
+TEST(MdbReadOleField, PackagesKeepTheirLabel)
+{
+    const Bytes pdf = bytesOf("%PDF-1.4 tiny document");
+    const Bytes bitmap = bytesOf("BM bitmap");
+    const Bytes photo = bytesOf("\xFF\xD8\xFF\xE0 jpeg");
+    struct Case {
+        const char *name;
+        Bytes field;
+        std::string label; // of the decoded cell and of oleFieldPackageLabel
+    };
+    const Case cases[] = {
+        {"dotted label", oleObject("Package", package("report.final.pdf", pdf)), "report.final.pdf"},
+        {"label without a dot", oleObject("Package", package("README", pdf)), "README"},
+        {"empty payload", oleObject("Package", package("empty.txt", {})), "empty.txt"},
+        {"another class", oleObject("PBrush", bitmap), ""},
+        {"an attachment", storedAttachment("jpg", photo), ""},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(oleFieldPackageLabel(c.field.data(), c.field.size()), c.label);
+        auto blob = decodeOleCell(c.field.data(), c.field.size());
+        ASSERT_TRUE(blob);
+        EXPECT_EQ(blob->packageLabel(), c.label);
+    }
+    // A field cut inside the label has none.
+    const Bytes whole = oleObject("Package", package("report.final.pdf", pdf));
+    EXPECT_EQ(oleFieldPackageLabel(whole.data(), 40), "");
+    EXPECT_EQ(oleFieldPackageLabel(nullptr, 10), "");
+}
+
 TEST(InflateRaw, ReportsZlibResults)
 {
     const std::string text(1000, 'a');
