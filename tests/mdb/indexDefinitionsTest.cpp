@@ -122,12 +122,12 @@ private:
     void put(std::uint64_t value, std::size_t size)
     {
         for (std::size_t i = 0; i < size; ++i)
-            m_bytes.push_back(static_cast<unsigned char>(value >> (8 * i)));
+            m_bytes.push_back(i < 8 ? static_cast<unsigned char>(value >> (8 * i)) : 0);
     }
     void putAt(std::size_t offset, std::uint64_t value, std::size_t size)
     {
         for (std::size_t i = 0; i < size; ++i)
-            m_bytes[offset + i] = static_cast<unsigned char>(value >> (8 * i));
+            m_bytes[offset + i] = i < 8 ? static_cast<unsigned char>(value >> (8 * i)) : 0;
     }
     void putName(const std::string &name)
     {

@@ -38,6 +38,19 @@
 
 using namespace vellum;
 
+#if defined(__SANITIZE_ADDRESS__)
+#define VELLUM_ADDRESS_SANITIZER 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define VELLUM_ADDRESS_SANITIZER 1
+#endif
+#endif
+#ifdef VELLUM_ADDRESS_SANITIZER
+constexpr bool kAddressSanitizerBuild = true;
+#else
+constexpr bool kAddressSanitizerBuild = false;
+#endif
+
 namespace {
 
 constexpr int kExitOk = 0;
@@ -170,9 +183,13 @@ void limitMemory(unsigned long long limit, const std::string &path)
             pages > 0 && pageSize > 0 ? static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(pageSize) : 0;
         limit = helperMemoryLimit(size, machine);
     }
-    const rlimit wanted{static_cast<rlim_t>(limit), static_cast<rlim_t>(limit)};
-    if (setrlimit(RLIMIT_AS, &wanted) == 0) // a lower limit already in place stays
-        g_memoryLimit = limit;
+    // An AddressSanitizer build has reserved terabytes of shadow address space before main: a
+    // limit on the address space would fail its every allocation, so such a build runs without.
+    if (!kAddressSanitizerBuild) {
+        const rlimit wanted{static_cast<rlim_t>(limit), static_cast<rlim_t>(limit)};
+        if (setrlimit(RLIMIT_AS, &wanted) == 0) // a lower limit already in place stays
+            g_memoryLimit = limit;
+    }
     catchFaults();
 }
 
