@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 
 namespace vellum {
@@ -28,6 +29,10 @@ public:
     /// Reads page 0 of the file at `path`; nullopt when it cannot be read or is not an Access
     /// database's header.
     static std::optional<DatabaseHeader> readFile(const std::string &path);
+    /// The fixed mask over bytes 0x18 to 0x97 of every Jet header (the RC4 key stream of
+    /// `headerMaskKey`), and that key.
+    static std::span<const unsigned char> headerMask();
+    static std::span<const unsigned char> headerMaskKey();
 
     /// The version byte: 0 Jet 3 (Access 97), 1 Jet 4 (Access 2000-2003), 2 and more Access 2007+.
     int jetVersion() const { return m_jetVersion; }

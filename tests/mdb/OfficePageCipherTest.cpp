@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 
@@ -51,6 +52,16 @@ const SchemeCase kSchemes[] = {
 };
 
 } // namespace
+
+TEST(DatabaseHeader, TheKeptHeaderMaskIsOpenSslsRc4KeyStreamOfTheMaskKey)
+{
+    const auto key = DatabaseHeader::headerMaskKey();
+    Rc4Stream stream(Bytes(key.begin(), key.end()));
+    Bytes stream128(DatabaseHeader::headerMask().size(), 0);
+    ASSERT_TRUE(stream.apply(stream128.data(), stream128.size()));
+    const auto kept = DatabaseHeader::headerMask();
+    EXPECT_TRUE(std::equal(stream128.begin(), stream128.end(), kept.begin(), kept.end()));
+}
 
 TEST(OfficePageCipher, EverySchemeChecksThePasswordAndDecryptsEachPageWithItsOwnKey)
 {
