@@ -1,6 +1,7 @@
 #include "mdb/CatalogReader.h"
 
 #include "mdb/longValues.h"
+#include "util/littleEndian.h"
 
 #include <sys/stat.h>
 
@@ -27,14 +28,6 @@ constexpr unsigned kMaxCatalogColumns = 256; // Access allows 255
 struct TableDefFree {
     void operator()(MdbTableDef *t) const { mdb_free_tabledef(t); }
 };
-
-std::uint64_t fileSize(MdbHandle *mdb)
-{
-    struct stat st {};
-    if (mdb->f && mdb->f->stream && ::fstat(fileno(mdb->f->stream), &st) == 0 && st.st_size > 0)
-        return static_cast<std::uint64_t>(st.st_size);
-    return std::numeric_limits<std::uint32_t>::max();
-}
 
 /// The position (from 1) of the column named `name`, 0 when there is none.
 int columnNamed(MdbTableDef *table, const char *name)
@@ -68,16 +61,6 @@ bool isPlausibleEntry(long type, long flags, const char *name)
     return true;
 }
 
-std::uint32_t u16At(const unsigned char *p)
-{
-    return static_cast<std::uint32_t>(p[0] | p[1] << 8);
-}
-
-std::uint32_t u32At(const unsigned char *p)
-{
-    return u16At(p) | u16At(p + 2) << 16;
-}
-
 /// The least number of bytes libmdb reads for a property value of a fixed-size type.
 std::uint32_t fixedValueSize(int type)
 {
@@ -109,7 +92,7 @@ bool namesFit(const unsigned char *block, std::uint32_t length)
     for (std::uint32_t pos = 0; pos < length;) {
         if (length - pos < 2)
             return false;
-        const std::uint32_t n = u16At(block + pos);
+        const std::uint32_t n = readLe16(block + pos);
         pos += 2;
         if (n > length - pos)
             return false;
@@ -124,15 +107,15 @@ bool valuesFit(const unsigned char *block, std::uint32_t length)
 {
     if (length < 6)
         return false;
-    const std::uint32_t nameLength = u16At(block + 4);
+    const std::uint32_t nameLength = readLe16(block + 4);
     if (nameLength > length - 6)
         return false;
     for (std::uint32_t pos = 6 + nameLength; pos < length;) {
         if (length - pos < 8)
             return false;
-        const std::uint32_t recordLength = u16At(block + pos);
+        const std::uint32_t recordLength = readLe16(block + pos);
         const int type = block[pos + 3];
-        const std::uint32_t valueSize = u16At(block + pos + 6);
+        const std::uint32_t valueSize = readLe16(block + pos + 6);
         if (recordLength < 8 || recordLength > length - pos || valueSize > length - pos - 8 ||
             valueSize < fixedValueSize(type))
             return false;
@@ -153,8 +136,8 @@ bool isWellFormedPropertyBlock(const std::string &block)
     for (std::size_t pos = 4; pos < length;) {
         if (length - pos < 6)
             return false;
-        const std::uint32_t chunkLength = u32At(bytes + pos);
-        const std::uint32_t type = u16At(bytes + pos + 4);
+        const std::uint32_t chunkLength = readLe32(bytes + pos);
+        const std::uint32_t type = readLe16(bytes + pos + 4);
         if (chunkLength < 6 || chunkLength > length - pos)
             return false;
         if (type == 0x80 && !namesFit(bytes + pos + 6, chunkLength - 6))
@@ -209,7 +192,7 @@ bool CatalogReader::read()
     mdb_bind_column(table.get(), typeColumn, type.data(), nullptr);
     mdb_bind_column(table.get(), flagsColumn, flags.data(), nullptr);
 
-    const std::uint64_t limit = fileSize(m_mdb);
+    const std::uint64_t limit = longValueLimit(m_mdb);
     mdb_rewind_table(table.get());
     while (mdb_fetch_row(table.get())) {
         ++m_entriesRead;

@@ -1,4 +1,5 @@
 #include "mdb/DatabaseHeader.h"
+#include "util/littleEndian.h"
 
 #include <cmath>
 #include <cstring>
@@ -38,12 +39,6 @@ Bytes unmaskedHeader(const unsigned char *page)
     for (std::size_t i = 0; i < kMaskedLength; ++i)
         header[i] ^= kHeaderMask[i];
     return header;
-}
-
-std::uint32_t readUint32(const unsigned char *bytes)
-{
-    return static_cast<std::uint32_t>(bytes[0]) | static_cast<std::uint32_t>(bytes[1]) << 8 |
-           static_cast<std::uint32_t>(bytes[2]) << 16 | static_cast<std::uint32_t>(bytes[3]) << 24;
 }
 
 /// The creation date's whole days as Access derives the Jet 4 password mask from it: the
@@ -87,7 +82,7 @@ std::optional<DatabaseHeader> DatabaseHeader::parse(const unsigned char *page, s
     if (masked.empty())
         return std::nullopt;
     const auto at = [&](std::size_t offset) { return masked.data() + (offset - kMaskedOffset); };
-    header.m_encodingKey = readUint32(at(kEncodingKeyOffset));
+    header.m_encodingKey = readLe32(at(kEncodingKeyOffset));
     if (header.m_jetVersion == 0 || header.m_jetVersion == 1) {
         const std::size_t passwordLength = header.m_jetVersion == 0 ? kJet3PasswordLength : kJet4PasswordLength;
         const Bytes mask = header.m_jetVersion == 0 ? Bytes(4, 0) : littleEndian32(dateMask(at(kCreationDateOffset)));

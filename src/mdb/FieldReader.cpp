@@ -18,16 +18,6 @@ constexpr unsigned char kCalculatedFlags = 0xC0;
 constexpr int kTypeLargeNumber = 0x13;
 constexpr int kTypeExtendedDateTime = 0x14;
 
-/// The largest a long value can be: the file's size (a chain cannot hold more bytes than the
-/// file has).
-std::uint64_t fileSizeOf(MdbHandle *mdb)
-{
-    struct stat st {};
-    if (mdb->f && mdb->f->stream && ::fstat(fileno(mdb->f->stream), &st) == 0 && st.st_size > 0)
-        return static_cast<std::uint64_t>(st.st_size);
-    return std::numeric_limits<std::uint32_t>::max();
-}
-
 } // namespace
 
 bool isCalculatedColumn(const ColumnDescriptorFlags &flags)
@@ -50,7 +40,7 @@ int storedValueType(const MdbColumn &column, bool calculated)
 
 FieldReader::FieldReader(MdbHandle *mdb, std::vector<MdbColumn *> columns,
                          const std::vector<ColumnDescriptorFlags> &flags, const std::string &jet3Charset)
-    : m_mdb(mdb), m_jet3(mdb->f->jet_version == MDB_VER_JET3), m_longValueLimit(fileSizeOf(mdb))
+    : m_mdb(mdb), m_jet3(mdb->f->jet_version == MDB_VER_JET3), m_longValueLimit(longValueLimit(mdb))
 {
     m_fields.reserve(columns.size());
     for (std::size_t i = 0; i < columns.size(); ++i) {

@@ -1,6 +1,10 @@
 #include "mdb/longValues.h"
+#include "util/littleEndian.h"
+
+#include <sys/stat.h>
 
 #include <cstring>
+#include <limits>
 #include <unordered_set>
 
 namespace vellum {
@@ -10,13 +14,6 @@ constexpr std::size_t kHeaderSize = 12;
 constexpr std::uint32_t kInline = 0x80000000u;
 constexpr std::uint32_t kSinglePage = 0x40000000u;
 constexpr std::uint32_t kLengthMask = 0x3FFFFFFFu;
-
-std::uint32_t le32(const unsigned char *p)
-{
-    std::uint32_t v;
-    std::memcpy(&v, p, sizeof v);
-    return v;
-}
 
 /// The bytes of row `pgRow` (page << 8 | row) in libmdb's second page buffer.
 std::optional<std::span<const unsigned char>> rowAt(MdbHandle *mdb, std::uint32_t pgRow)
@@ -37,13 +34,13 @@ std::optional<std::string> readLongValue(MdbHandle *mdb, std::span<const unsigne
 {
     if (field.size() < kHeaderSize)
         return std::nullopt;
-    const std::uint32_t header = le32(field.data());
+    const std::uint32_t header = readLe32(field.data());
     if (header & kInline)
         return std::string(reinterpret_cast<const char *>(field.data()) + kHeaderSize, field.size() - kHeaderSize);
     const std::uint32_t length = header & kLengthMask;
     if (length > limit)
         return std::nullopt;
-    std::uint32_t pgRow = le32(field.data() + 4);
+    std::uint32_t pgRow = readLe32(field.data() + 4);
     std::string out;
     if (header & kSinglePage) {
         const auto row = rowAt(mdb, pgRow);
@@ -66,11 +63,19 @@ std::optional<std::string> readLongValue(MdbHandle *mdb, std::span<const unsigne
         const auto row = rowAt(mdb, pgRow);
         if (!row || row->size() < 4)
             return std::nullopt;
-        pgRow = le32(row->data());
+        pgRow = readLe32(row->data());
         const std::size_t take = std::min<std::size_t>(row->size() - 4, length - out.size());
         out.append(reinterpret_cast<const char *>(row->data()) + 4, take);
     }
     return out;
+}
+
+std::uint64_t longValueLimit(MdbHandle *mdb)
+{
+    struct stat st {};
+    if (mdb->f && mdb->f->stream && ::fstat(fileno(mdb->f->stream), &st) == 0 && st.st_size > 0)
+        return static_cast<std::uint64_t>(st.st_size);
+    return std::numeric_limits<std::uint32_t>::max();
 }
 
 } // namespace vellum

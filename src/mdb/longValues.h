@@ -18,4 +18,8 @@ namespace vellum {
 /// longer). The value never grows past the length its header states.
 std::optional<std::string> readLongValue(MdbHandle *mdb, std::span<const unsigned char> field, std::uint64_t limit);
 
+/// The largest a long value can be: the file's size (a chain cannot hold more bytes than the
+/// file has); 4 GiB when the size cannot be known (a file opened from memory).
+std::uint64_t longValueLimit(MdbHandle *mdb);
+
 } // namespace vellum

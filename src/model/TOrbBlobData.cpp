@@ -1,4 +1,5 @@
 #include "model/TOrbBlobData.h"
+#include "util/littleEndian.h"
 
 #include "model/fileExtensions.h"
 #include "model/ole/cStrings.h"
@@ -23,11 +24,6 @@ std::atomic<TOrbBlobData::ImageProbe> g_imageProbe{&TOrbBlobData::hasImageSignat
 bool startsWith(const std::uint8_t *data, std::size_t length, std::initializer_list<std::uint8_t> prefix)
 {
     return length >= prefix.size() && std::equal(prefix.begin(), prefix.end(), data);
-}
-
-std::uint32_t le32(const std::uint8_t *p)
-{
-    return p[0] | (p[1] << 8) | (p[2] << 16) | (static_cast<std::uint32_t>(p[3]) << 24);
 }
 
 bool isWhiteSpace(std::uint8_t c)
@@ -78,7 +74,7 @@ bool TOrbBlobData::hasImageSignature(const std::uint8_t *data, std::size_t lengt
         return true;
     // BMP: "BM", then a known size of the info header at offset 14.
     if (startsWith(data, length, {'B', 'M'}) && length >= 18) {
-        const std::uint32_t infoSize = le32(data + 14);
+        const std::uint32_t infoSize = readLe32(data + 14);
         return infoSize == 12 || infoSize == 40 || infoSize == 52 || infoSize == 56 || infoSize == 64 ||
                infoSize == 108 || infoSize == 124;
     }

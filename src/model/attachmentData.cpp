@@ -1,4 +1,5 @@
 #include "model/attachmentData.h"
+#include "util/littleEndian.h"
 
 #include <zlib.h>
 
@@ -13,12 +14,6 @@ constexpr std::uint32_t kPlain = 0;
 constexpr std::uint32_t kCompressed = 1;
 /// zlib cannot expand data more than about 1032 times: a declared length beyond that is false.
 constexpr std::uint64_t kMaxInflateRatio = 1032;
-
-std::uint32_t readU32(const std::uint8_t *p)
-{
-    return static_cast<std::uint32_t>(p[0]) | static_cast<std::uint32_t>(p[1]) << 8 |
-           static_cast<std::uint32_t>(p[2]) << 16 | static_cast<std::uint32_t>(p[3]) << 24;
-}
 
 /// Inflates a zlib stream into exactly `length` bytes; false when it ends early or is damaged.
 bool inflateExactly(std::span<const std::uint8_t> source, std::vector<std::uint8_t> &out, std::size_t length)
@@ -57,8 +52,8 @@ std::optional<std::vector<std::uint8_t>> decodeAttachmentData(std::span<const st
 {
     if (stored.size() < kWrapperSize)
         return std::nullopt;
-    const std::uint32_t kind = readU32(stored.data());
-    const std::uint32_t contentLength = readU32(stored.data() + 4);
+    const std::uint32_t kind = readLe32(stored.data());
+    const std::uint32_t contentLength = readLe32(stored.data() + 4);
     const std::span<const std::uint8_t> body = stored.subspan(kWrapperSize);
     std::vector<std::uint8_t> content;
     if (kind == kPlain) {
@@ -77,7 +72,7 @@ std::optional<std::vector<std::uint8_t>> decodeAttachmentData(std::span<const st
     // The content's header: its own length (counting these 4 bytes), then what describes the file.
     if (content.size() < 4)
         return std::nullopt;
-    const std::uint32_t headerLength = readU32(content.data());
+    const std::uint32_t headerLength = readLe32(content.data());
     if (headerLength < 4 || headerLength > content.size())
         return std::nullopt;
     content.erase(content.begin(), content.begin() + headerLength);
