@@ -4,6 +4,7 @@
 // version histories by text and date, newest first.
 
 #include "support/Fixtures.h"
+#include "truthFiles.h"
 
 #include "model/TOrbComplexValue.h"
 #include "model/TOrbMDBFile.h"
@@ -106,11 +107,7 @@ TEST(CorpusComplex, EveryComplexCellHoldsWhatTheFileStores)
     const std::string dir = test::sharedPath("corpus-truth");
     if (dir.empty())
         GTEST_SKIP() << "../shared/corpus-truth is absent";
-    std::vector<std::filesystem::path> files;
-    for (const auto &entry : std::filesystem::directory_iterator(dir))
-        if (entry.path().extension() == ".json")
-            files.push_back(entry.path());
-    std::sort(files.begin(), files.end());
+    const std::vector<std::filesystem::path> files = test::truthFilePaths();
 
     std::size_t compared = 0;
     std::size_t differences = 0;

@@ -6,6 +6,7 @@
 #include "support/Fixtures.h"
 #include "support/RunProcess.h"
 #include "support/TempDir.h"
+#include "truthFiles.h"
 
 #include "model/TOrbMDBFile.h"
 #include "util/json.h"
@@ -36,11 +37,7 @@ std::vector<TruthFile> readableTruths()
     const std::string dir = test::sharedPath("corpus-truth");
     if (dir.empty())
         return files;
-    std::vector<std::filesystem::path> paths;
-    for (const auto &entry : std::filesystem::directory_iterator(dir))
-        if (entry.path().extension() == ".json")
-            paths.push_back(entry.path());
-    std::sort(paths.begin(), paths.end());
+    const std::vector<std::filesystem::path> paths = test::truthFilePaths();
     for (const auto &jsonPath : paths) {
         std::ifstream in(jsonPath);
         nlohmann::json truth = nlohmann::json::parse(in, nullptr, false);

@@ -4,6 +4,7 @@
 
 #include "support/Fixtures.h"
 #include "support/RunProcess.h"
+#include "truthFiles.h"
 
 #include "loader/IsolatedReader.h"
 #include "model/TOrbMDBFile.h"
@@ -64,11 +65,7 @@ std::vector<TruthFile> corpusFiles()
     const std::string dir = test::sharedPath("corpus-truth");
     if (dir.empty())
         return out;
-    std::vector<std::filesystem::path> truthPaths;
-    for (const auto &entry : std::filesystem::directory_iterator(dir))
-        if (entry.path().extension() == ".json")
-            truthPaths.push_back(entry.path());
-    std::sort(truthPaths.begin(), truthPaths.end());
+    const std::vector<std::filesystem::path> truthPaths = test::truthFilePaths();
     for (const auto &truthPath : truthPaths) {
         std::ifstream in(truthPath);
         nlohmann::json truth = nlohmann::json::parse(in, nullptr, false);

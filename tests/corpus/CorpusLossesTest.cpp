@@ -2,6 +2,7 @@
 // with all its rows or named in a loss report, and every loss report is true.
 
 #include "support/Fixtures.h"
+#include "truthFiles.h"
 
 #include "mdb/MdbLoader.h"
 #include "model/TOrbMDBFile.h"
@@ -23,11 +24,7 @@ TEST(CorpusLosses, NoTableOrRowIsLostSilentlyAndNoLossIsFalse)
     const std::string folder = test::sharedPath("corpus-truth");
     if (folder.empty())
         GTEST_SKIP() << "../shared/corpus-truth is absent";
-    std::vector<fs::path> files;
-    for (const auto &entry : fs::directory_iterator(folder))
-        if (entry.path().extension() == ".json")
-            files.push_back(entry.path());
-    std::sort(files.begin(), files.end());
+    const std::vector<std::filesystem::path> files = test::truthFilePaths();
     std::size_t checked = 0, withLosses = 0;
     for (const auto &truthPath : files) {
         std::ifstream in(truthPath);

@@ -11,6 +11,7 @@
 //    name bare. Those PARAMETERS clauses are compared without brackets.
 
 #include "support/Fixtures.h"
+#include "truthFiles.h"
 
 #include "model/TOrbMDBFile.h"
 
@@ -71,11 +72,7 @@ TEST(CorpusQueries, EverySavedQueryIsListedWithItsTypeAndSql)
     const std::string dir = test::sharedPath("corpus-truth");
     if (dir.empty())
         GTEST_SKIP() << "../shared/corpus-truth is absent";
-    std::vector<std::filesystem::path> files;
-    for (const auto &entry : std::filesystem::directory_iterator(dir))
-        if (entry.path().extension() == ".json")
-            files.push_back(entry.path());
-    std::sort(files.begin(), files.end());
+    const std::vector<std::filesystem::path> files = test::truthFilePaths();
 
     std::size_t total = 0;
     std::size_t listed = 0;

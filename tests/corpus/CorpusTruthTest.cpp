@@ -4,6 +4,7 @@
 // skipped here by column type.
 
 #include "support/Fixtures.h"
+#include "truthFiles.h"
 
 #include "model/TOrbBlobData.h"
 #include "model/TOrbMDBFile.h"
@@ -170,22 +171,9 @@ bool cellMatches(const CellValue &cell, const nlohmann::json &truth, const std::
     return ours == expected || (why = ours.substr(0, 200), false);
 }
 
-std::vector<std::filesystem::path> truthFiles()
-{
-    std::vector<std::filesystem::path> files;
-    const std::string dir = test::sharedPath("corpus-truth");
-    if (dir.empty())
-        return files;
-    for (const auto &entry : std::filesystem::directory_iterator(dir))
-        if (entry.path().extension() == ".json")
-            files.push_back(entry.path());
-    std::sort(files.begin(), files.end());
-    return files;
-}
-
 TEST(CorpusTruth, EveryCellShowsWhatTheFileStores)
 {
-    const auto files = truthFiles();
+    const auto files = test::truthFilePaths();
     if (files.empty())
         GTEST_SKIP() << "../shared/corpus-truth is absent";
     std::size_t compared = 0;

@@ -59,6 +59,18 @@ std::string encodeFixture(const std::string &path, const LoadOptions &options = 
     return bytes;
 }
 
+/// The stream of a file without tables: what its Catalog message and the file-level messages
+/// carry (relationships, linked tables, queries, losses, the password flag).
+std::string catalogOnlyStream(const TOrbMDBFile &file)
+{
+    std::string bytes;
+    ModelStreamWriter writer(appendingTo(bytes), file);
+    EXPECT_TRUE(writer.begin());
+    writer.catalogRead(0, 0);
+    EXPECT_TRUE(writer.finish());
+    return bytes;
+}
+
 /// Reads a stream into a file the way the isolated open does.
 bool decodeInto(std::string_view bytes, TOrbMDBFile &file)
 {
@@ -164,13 +176,7 @@ TEST(ModelWire, CarriesLinkedTablesAndQueries)
     query->setSql("TRANSFORM Sum(x) AS s\r\nSELECT a\r\nFROM t\r\nGROUP BY a\r\nPIVOT b;");
     sent.addQuery(std::move(query));
 
-    std::string bytes;
-    {
-        ModelStreamWriter writer(appendingTo(bytes), sent);
-        ASSERT_TRUE(writer.begin());
-        writer.catalogRead(0, 0);
-        ASSERT_TRUE(writer.finish());
-    }
+    const std::string bytes = catalogOnlyStream(sent);
     TOrbMDBFile received;
     ASSERT_TRUE(decodeInto(bytes, received));
     test::expectSameModel(sent, received);
@@ -190,13 +196,7 @@ TEST(ModelWire, CarriesLossesAndRefusesUnknownOrRepeatedOnes)
     };
     for (const LossReport &loss : losses)
         sent.addLoss(loss);
-    std::string bytes;
-    {
-        ModelStreamWriter writer(appendingTo(bytes), sent);
-        ASSERT_TRUE(writer.begin());
-        writer.catalogRead(0, 0);
-        ASSERT_TRUE(writer.finish());
-    }
+    const std::string bytes = catalogOnlyStream(sent);
     TOrbMDBFile received;
     ASSERT_TRUE(decodeInto(bytes, received));
     EXPECT_EQ(received.losses(), losses);
@@ -224,13 +224,7 @@ TEST(ModelWire, CarriesTheDatabasePasswordFlag)
     for (const bool set : {false, true}) {
         TOrbMDBFile sent;
         sent.setDatabasePasswordSet(set);
-        std::string bytes;
-        {
-            ModelStreamWriter writer(appendingTo(bytes), sent);
-            ASSERT_TRUE(writer.begin());
-            writer.catalogRead(0, 0);
-            ASSERT_TRUE(writer.finish());
-        }
+        const std::string bytes = catalogOnlyStream(sent);
         TOrbMDBFile received;
         received.setDatabasePasswordSet(!set);
         ASSERT_TRUE(decodeInto(bytes, received));
