@@ -45,13 +45,9 @@ private:
     void makeWindow()
     {
         m_window.reset();
-        RecentDocuments().clear();
-        QSettings().clear();
-        m_window =
-            std::make_unique<VellumAppDelegate>(VellumAppDelegate::Options{false, nullptr, test::inProcessReader()});
         m_alerts.clear();
-        m_window->setAlertHandler(
-            [this](const QString &title, const QString &text) { m_alerts << title + "|" + text; });
+        m_window =
+            test::freshWindow([this](const QString &title, const QString &text) { m_alerts << title + "|" + text; });
         m_window->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
     }

@@ -46,11 +46,7 @@ private:
 
     static std::unique_ptr<VellumAppDelegate> openWindow(const QStringList &paths)
     {
-        RecentDocuments().clear();
-        QSettings().clear();
-        auto window =
-            std::make_unique<VellumAppDelegate>(VellumAppDelegate::Options{false, nullptr, test::inProcessReader()});
-        window->setAlertHandler([](const QString &, const QString &) {});
+        auto window = test::freshWindow();
         window->resize(1000, 700);
         window->show();
         if (paths.isEmpty())

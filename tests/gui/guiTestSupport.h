@@ -5,16 +5,20 @@
 // fixture files in a temporary folder.
 
 #include "app/support/applicationSetup.h"
+#include "app/windows/VellumAppDelegate.h"
+#include "browser/RecentDocuments.h"
 #include "mdb/InProcessReader.h"
 #include "model/TOrbMDBFile.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <cstdlib>
+#include <functional>
 #include <memory>
 
 namespace vellum::test {
@@ -24,6 +28,19 @@ inline std::shared_ptr<FileReader> inProcessReader()
 {
     static const auto reader = std::make_shared<InProcessReader>();
     return reader;
+}
+
+/// A main window over a cleared recent-documents list and settings, reading with `reader`;
+/// alerts go to `onAlert`. Not yet shown.
+inline std::unique_ptr<VellumAppDelegate> freshWindow(
+    std::function<void(const QString &, const QString &)> onAlert = [](const QString &, const QString &) {},
+    std::shared_ptr<FileReader> reader = inProcessReader())
+{
+    RecentDocuments().clear();
+    QSettings().clear();
+    auto window = std::make_unique<VellumAppDelegate>(VellumAppDelegate::Options{false, nullptr, std::move(reader)});
+    window->setAlertHandler(std::move(onAlert));
+    return window;
 }
 
 /// Copies a fixture from tests/data into `folder` under `name` (the fixture's own name when
