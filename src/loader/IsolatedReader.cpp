@@ -54,6 +54,13 @@ bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedL
         file.setOpenFailure(failure); // never handed to the helper: a FIFO or device could block it
         return false;
     }
+    // A missing or wrong password is found here, from the header and its verifier, so that the
+    // reason reaches the file without a helper run that could only fail.
+    const OpenFailure passwordFailure = checkDatabasePassword(path, options.load.password);
+    if (passwordFailure == OpenFailure::PasswordNeeded || passwordFailure == OpenFailure::WrongPassword) {
+        file.setOpenFailure(passwordFailure);
+        return false;
+    }
     try {
         HelperProcess process(options.stallTimeout, [observer] { return observer && observer->shouldCancel(); });
         std::vector<std::string> argv = {helper,
@@ -104,18 +111,6 @@ bool loadFileIsolated(TOrbMDBFile &file, LoadObserver *observer, const IsolatedL
 
 bool IsolatedReader::read(TOrbMDBFile &file, LoadObserver *observer)
 {
-    // A path that is no database file is refused before anything reads it (a FIFO could block).
-    if (const OpenFailure failure = checkDatabaseFile(file.openPath()); failure != OpenFailure::None) {
-        file.setOpenFailure(failure);
-        return false;
-    }
-    // A missing or wrong password is found here, from the header and its verifier, so that the
-    // reason reaches the file without a helper run that could only fail.
-    const OpenFailure passwordFailure = checkDatabasePassword(file.openPath(), password());
-    if (passwordFailure == OpenFailure::PasswordNeeded || passwordFailure == OpenFailure::WrongPassword) {
-        file.setOpenFailure(passwordFailure);
-        return false;
-    }
     IsolatedLoadOptions options = m_options;
     options.load.password = password();
     return loadFileIsolated(file, observer, options);
