@@ -235,6 +235,9 @@ int runExport(CliContext &context)
     request.tables = parser.values("--table");
     request.output = parser.positionals()[1];
     request.options = ExportOptions::defaultsFor(request.kind, request.wholeFile());
+    // Scripts and servers want output that loads and keeps every value: the command line
+    // writes the lossless output unless --classic asks for the window's default.
+    request.options.lossless = true;
     std::string error;
     if (!applyOptions(parser, request, error) || (format->validate && !format->validate(request.options, error)))
         return usageError(kExportCommand, error);
@@ -301,8 +304,10 @@ int runExport(CliContext &context)
     if (!report.message.empty())
         std::fprintf(context.out, "%s\n", report.message.c_str());
     // A table that was not written (a failure, a stop) is a loss: the file itself opened.
-    const bool complete =
-        !job.terminated() && job.successTableCount() == static_cast<std::int64_t>(job.entries().size());
+    // So is a value the lossless output could only approximate (the report counts them).
+    const bool complete = !job.terminated() &&
+                          job.successTableCount() == static_cast<std::int64_t>(job.entries().size()) &&
+                          job.approximations().empty();
     return complete ? kExitOk : kExitLosses;
 }
 

@@ -5,6 +5,7 @@
 #include "export/exportPaths.h"
 #include "model/TOrbMDBFile.h"
 #include "util/format.h"
+#include "util/localized.h"
 #include "util/logging.h"
 
 #include <algorithm>
@@ -104,7 +105,15 @@ void ExportJob::assignDistinctFileNames()
 void ExportJob::runRoutine(Routine routine)
 {
     m_successTableCount = 0;
+    m_approximations.clear();
     routine(*this);
+    for (const ExportApproximation &approximation : m_approximations)
+        m_msgLog.push_back(exportWarningLine(
+            approximation.tableName,
+            formatString(
+                localized(approximation.count == 1 ? "%d value approximated: %s" : "%d values approximated: %s")
+                    .c_str(),
+                static_cast<int>(approximation.count), localized(approximation.what.c_str()).c_str())));
     if (m_observer)
         m_observer->exportThreadFinished(*this);
 }
@@ -140,6 +149,25 @@ std::string ExportJob::outputPathForEntry(const ExportEntry &entry) const
 void ExportJob::logFailure(std::string_view tableName, const char *reason)
 {
     m_msgLog.push_back(exportFailureLine(tableName, reason));
+}
+
+void ExportJob::logFailure(std::string_view tableName, const char *reason, std::string_view detail)
+{
+    std::string line = exportFailureLine(tableName, reason);
+    if (!detail.empty())
+        line += "\n    " + std::string(detail);
+    m_msgLog.push_back(std::move(line));
+}
+
+void ExportJob::countApproximation(std::string_view tableName, std::string_view what, std::size_t count)
+{
+    for (ExportApproximation &approximation : m_approximations) {
+        if (approximation.tableName == tableName && approximation.what == what) {
+            approximation.count += count;
+            return;
+        }
+    }
+    m_approximations.push_back({std::string(tableName), std::string(what), count});
 }
 
 } // namespace vellum

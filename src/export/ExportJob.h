@@ -52,6 +52,13 @@ class ExportJob;
 class TOrbMDBFile;
 class TOrbMDBTable;
 
+/// Values of one table that an output could not keep exactly, and how they were approximated.
+struct ExportApproximation {
+    std::string tableName;
+    std::string what; ///< English text, e.g. "times rounded to microseconds"
+    std::size_t count = 0;
+};
+
 /// Receives the job's reports. Every call comes on the worker thread, which waits until the
 /// call returns; a window posts it to its own thread and blocks (Qt::BlockingQueuedConnection).
 class ExportObserver {
@@ -139,6 +146,15 @@ public:
     std::string outputPathForEntry(const ExportEntry &entry) const;
     /// Adds "<%@> %@: %@" (table name, localized "Failed", localized `reason`) to the log.
     void logFailure(std::string_view tableName, const char *reason);
+    /// Like `logFailure`, followed by the target's own error text (a database's message) as a
+    /// second, indented line, so that a failed table can be understood.
+    void logFailure(std::string_view tableName, const char *reason, std::string_view detail);
+    /// Counts `count` values of `tableName` that the output could only approximate, `what`
+    /// saying how (English; the same text adds to the same count). The report lists a warning
+    /// line per table and text after the routine ends.
+    void countApproximation(std::string_view tableName, std::string_view what, std::size_t count = 1);
+    /// The approximations counted so far, in the order first counted.
+    const std::vector<ExportApproximation> &approximations() const { return m_approximations; }
     /// Adds a line made by the writer itself.
     void logLine(std::string line) { m_msgLog.push_back(std::move(line)); }
     /// Counts a table written completely.
@@ -170,6 +186,7 @@ private:
     std::string m_exportPath;
     std::int64_t m_successTableCount = 0;
     std::vector<std::string> m_msgLog;
+    std::vector<ExportApproximation> m_approximations;
     ExportObserver *m_observer = nullptr;
     bool m_started = false;
     // Runs the routine; its stop flag is the job's. Last, so that it ends before the rest goes.

@@ -17,6 +17,8 @@ enum FieldDelimiterTag : int {
 };
 /// Record delimiter tags: 0 "\n", 1 "\r", 2 "\r\n".
 enum RecordDelimiterTag : int { kRecordDelimiterLF = 0, kRecordDelimiterCR = 1, kRecordDelimiterCRLF = 2 };
+/// How lossless delimited text writes binary and OLE values.
+enum BinaryEncodingTag : int { kBinaryEncodingBase64 = 0, kBinaryEncodingHex = 1 };
 
 /// Every option value of the export wizard, read by the worker as plain values. A writer reads
 /// the fields of its kind and ignores the rest. A further option adds a field here with its
@@ -43,6 +45,19 @@ struct ExportOptions {
     bool exportData = true;
     /// Key of an encrypted SQLite export; empty = a plain database.
     std::string password;
+    /// Lossless output: types and literals that keep every value exactly and load into the
+    /// target without errors (ISO dates, binary as base64 or the target's binary type, NULL kept
+    /// as NULL, well-formed XML). Off = the classic output, byte for byte as it always was. The
+    /// window's default is off; the command line turns it on unless --classic is given.
+    bool lossless = false;
+    /// Text written for a NULL field of delimited text; empty = an empty field.
+    std::string nullMarker;
+    /// How lossless delimited text writes binary and OLE values (a BinaryEncodingTag).
+    int binaryEncodingTag = kBinaryEncodingBase64;
+    /// A UTF-8 byte-order mark at the start of delimited text, for spreadsheet programs.
+    bool byteOrderMark = false;
+    /// Every field of delimited text in quotes, not only those that need them.
+    bool quoteAllFields = false;
 
     /// The defaults of a kind as the registry gives them: header on (off for XML), tab for txt
     /// and "," for csv, line feed, ".", UTF-8; single file on for xls, xlsx and sql opened for

@@ -146,6 +146,11 @@ bool structureIsOn(ExportFileType, const ExportOptions &options)
 }
 
 /// Keys and indexes belong to the structure of a script; a SQLite database always has one.
+bool losslessIsOn(ExportFileType, const ExportOptions &options)
+{
+    return options.lossless;
+}
+
 bool structureIsOnOrSqlite(ExportFileType kind, const ExportOptions &options)
 {
     return options.exportStructure || kind == kSqlite;
@@ -336,6 +341,44 @@ const std::vector<ExportOptionInfo> &optionTable()
          .kindDefaults = {{kXls, true, true}, {kXlsx, true, true}, {kSql, true, true}, {kSqlite, true}},
          .read = readFlag<&ExportOptions::exportSingleFile>,
          .store = storeFlag<&ExportOptions::exportSingleFile>},
+        {.id = ExportOptionId::Lossless,
+         .kinds = {kCsv, kTxt, kXml, kXls, kXlsx, kSql, kSqlite},
+         .wizardKinds = {kCsv, kTxt, kXml, kXls, kXlsx, kSql, kSqlite},
+         .control = ExportControl::CheckBox,
+         .label = "Lossless output: standard types, exact values",
+         .read = readFlag<&ExportOptions::lossless>,
+         .store = storeFlag<&ExportOptions::lossless>},
+        {.id = ExportOptionId::NullMarker,
+         .kinds = {kCsv, kTxt},
+         .wizardKinds = {kCsv, kTxt},
+         .control = ExportControl::TextField,
+         .label = "NULL as:",
+         .read = readText<&ExportOptions::nullMarker>,
+         .store = storeText<&ExportOptions::nullMarker>},
+        {.id = ExportOptionId::BinaryEncoding,
+         .kinds = {kCsv, kTxt},
+         .wizardKinds = {kCsv, kTxt},
+         .control = ExportControl::Menu,
+         .label = "Binary data:",
+         .localizedChoices = true,
+         .choices = {{"base64", "Base64", kBinaryEncodingBase64, {}}, {"hex", "Hexadecimal", kBinaryEncodingHex, {}}},
+         .enabledWhen = losslessIsOn,
+         .read = readTag<&ExportOptions::binaryEncodingTag>,
+         .store = storeTag<&ExportOptions::binaryEncodingTag>},
+        {.id = ExportOptionId::ByteOrderMark,
+         .kinds = {kCsv, kTxt},
+         .wizardKinds = {kCsv, kTxt},
+         .control = ExportControl::CheckBox,
+         .label = "Begin with a byte-order mark (UTF-8)",
+         .read = readFlag<&ExportOptions::byteOrderMark>,
+         .store = storeFlag<&ExportOptions::byteOrderMark>},
+        {.id = ExportOptionId::QuoteAllFields,
+         .kinds = {kCsv, kTxt},
+         .wizardKinds = {kCsv, kTxt},
+         .control = ExportControl::CheckBox,
+         .label = "Quote every field",
+         .read = readFlag<&ExportOptions::quoteAllFields>,
+         .store = storeFlag<&ExportOptions::quoteAllFields>},
     };
     return table;
 }
@@ -430,6 +473,31 @@ const std::vector<ExportCommandLineForm> &formTable()
          .flag = "--no-header",
          .help = "leave out the row of column names",
          .kinds = {kXls, kXlsx}},
+        {.option = ExportOptionId::NullMarker,
+         .flag = "--null",
+         .valueName = "TEXT",
+         .help = "text written for a NULL field (default: an empty field)",
+         .kinds = {kCsv, kTxt}},
+        {.option = ExportOptionId::BinaryEncoding,
+         .flag = "--binary",
+         .valueName = "base64|hex",
+         .help = "how binary and OLE values are written (default base64)",
+         .kinds = {kCsv, kTxt}},
+        {.option = ExportOptionId::ByteOrderMark,
+         .flag = "--bom",
+         .help = "begin the file with a UTF-8 byte-order mark (for spreadsheet programs)",
+         .kinds = {kCsv, kTxt},
+         .switchValue = true},
+        {.option = ExportOptionId::QuoteAllFields,
+         .flag = "--quote-all",
+         .help = "put every field in quotes, not only those that need them",
+         .kinds = {kCsv, kTxt},
+         .switchValue = true},
+        {.option = ExportOptionId::Lossless,
+         .flag = "--classic",
+         .help = "the classic output the window writes by default, instead of the lossless output (standard "
+                 "types, exact values)",
+         .kinds = {kCsv, kTxt, kXml, kXls, kXlsx, kSql, kSqlite}},
     };
     return table;
 }

@@ -54,6 +54,11 @@ enum class ExportOptionId {
     Data,
     Password,
     SingleFile,
+    Lossless,
+    NullMarker,
+    BinaryEncoding,
+    ByteOrderMark,
+    QuoteAllFields,
 };
 
 /// The value of one option: a switch, a number (a choice's tag, an encoding code, a server

@@ -87,6 +87,8 @@ void ExportWizard::runOnMainThreadAndWait(std::function<void()> work)
 
 void ExportWizard::buildInterface()
 {
+    // The lossless check box keeps the choice made in the last export.
+    m_job->mutableOptions().lossless = SettingsStore::exportLossless();
     const ExportOptions &options = m_job->options();
     auto *layout = new QVBoxLayout(this);
 
@@ -421,10 +423,10 @@ void ExportWizard::updateExportSingleFileLabels()
 void ExportWizard::ok()
 {
     readOptions();
-    if (!m_singleFile->isChecked()) {
+    SettingsStore::setExportLossless(m_job->options().lossless);
+    if (!m_singleFile->isChecked())
         SettingsStore::setExportFilePath(m_pathField->text());
-        SettingsStore::flush();
-    }
+    SettingsStore::flush();
     accept();
     startExport();
 }

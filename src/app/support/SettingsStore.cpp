@@ -6,6 +6,7 @@ namespace vellum {
 
 namespace {
 constexpr const char *kExportFilePath = "exportFilePath";
+constexpr const char *kExportLossless = "exportLossless";
 constexpr const char *kToolbarState = "VellumToolbar";
 constexpr const char *kWindowGeometry = "mainWindowGeometry";
 constexpr const char *kHiddenToolbarItems = "VellumToolbarHiddenItems";
@@ -51,6 +52,16 @@ QString SettingsStore::exportFilePath()
 void SettingsStore::setExportFilePath(const QString &path)
 {
     QSettings().setValue(kExportFilePath, path);
+}
+
+bool SettingsStore::exportLossless()
+{
+    return QSettings().value(kExportLossless, false).toBool();
+}
+
+void SettingsStore::setExportLossless(bool lossless)
+{
+    QSettings().setValue(kExportLossless, lossless);
 }
 
 QByteArray SettingsStore::toolbarState()

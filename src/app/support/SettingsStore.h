@@ -26,6 +26,9 @@ public:
     /// "exportFilePath": the last export folder; "" when none was stored.
     static QString exportFilePath();
     static void setExportFilePath(const QString &path);
+    /// "exportLossless": the wizard's lossless check box as last used; off when never stored.
+    static bool exportLossless();
+    static void setExportLossless(bool lossless);
 
     /// The toolbar's layout, saved under its identifier "VellumToolbar".
     static QByteArray toolbarState();
