@@ -358,6 +358,8 @@ void encodeForeignKey(WireWriter &writer, const TOrbMDBForeignKey &key)
     encodeStrings(writer, key.referencedColumns());
     writer.putBool(key.onUpdateCascade());
     writer.putBool(key.onDeleteCascade());
+    writer.putBool(key.enforced());
+    writer.putBool(key.onDeleteSetNull());
 }
 
 std::unique_ptr<TOrbMDBForeignKey> decodeForeignKey(WireReader &reader)
@@ -370,6 +372,8 @@ std::unique_ptr<TOrbMDBForeignKey> decodeForeignKey(WireReader &reader)
     key->setReferencedColumns(decodeStrings(reader));
     key->setOnUpdateCascade(reader.getBool());
     key->setOnDeleteCascade(reader.getBool());
+    key->setEnforced(reader.getBool());
+    key->setOnDeleteSetNull(reader.getBool());
     return reader.ok() ? std::move(key) : nullptr;
 }
 

@@ -262,6 +262,10 @@ void readRelationships(TOrbMDBFile &file, MdbTableDef *tdef)
             key->setOnUpdateCascade(true);
         if (grbit & 0x1000)
             key->setOnDeleteCascade(true);
+        if (grbit & 0x2000)
+            key->setOnDeleteSetNull(true);
+        if (grbit & 0x2)
+            key->setEnforced(false);
         if (isNew)
             key->setReferencingTable(text(5));
         key->addReferencingColumn(text(6));

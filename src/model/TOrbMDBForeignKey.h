@@ -27,6 +27,13 @@ public:
     void setOnUpdateCascade(bool v) { m_onUpdateCascade = v; }
     bool onDeleteCascade() const { return m_onDeleteCascade; }
     void setOnDeleteCascade(bool v) { m_onDeleteCascade = v; }
+    /// Access enforces referential integrity (the stored flag 0x2 is clear); a relationship that
+    /// is not enforced only documents a join and its rows may break it.
+    bool enforced() const { return m_enforced; }
+    void setEnforced(bool v) { m_enforced = v; }
+    /// Deleting a referenced row sets the referencing columns to NULL (Access 2010 and later).
+    bool onDeleteSetNull() const { return m_onDeleteSetNull; }
+    void setOnDeleteSetNull(bool v) { m_onDeleteSetNull = v; }
 
     void addReferencingColumn(std::string column) { m_referencingColumns.push_back(std::move(column)); }
     void addReferencedColumn(std::string column) { m_referencedColumns.push_back(std::move(column)); }
@@ -42,6 +49,8 @@ private:
     std::vector<std::string> m_referencedColumns;
     bool m_onUpdateCascade = false;
     bool m_onDeleteCascade = false;
+    bool m_enforced = true;
+    bool m_onDeleteSetNull = false;
 };
 
 } // namespace vellum

@@ -93,14 +93,17 @@ std::string describeTruthRelationship(const nlohmann::json &r)
            joined(r["foreignColumns"].get<std::vector<std::string>>()) + ") -> " +
            r["primaryTable"].get<std::string>() + "(" + joined(r["primaryColumns"].get<std::vector<std::string>>()) +
            ")" + (r["cascadeUpdates"].get<bool>() ? " on-update-cascade" : "") +
-           (r["cascadeDeletes"].get<bool>() ? " on-delete-cascade" : "");
+           (r["cascadeDeletes"].get<bool>() ? " on-delete-cascade" : "") +
+           (r["cascadeNull"].get<bool>() ? " on-delete-set-null" : "") +
+           (r["enforced"].get<bool>() ? "" : " not-enforced");
 }
 
 std::string describeRelationship(const TOrbMDBForeignKey &key)
 {
     return key.name() + ": " + key.referencingTable() + "(" + joined(key.referencingColumns()) + ") -> " +
            key.referencedTable() + "(" + joined(key.referencedColumns()) + ")" +
-           (key.onUpdateCascade() ? " on-update-cascade" : "") + (key.onDeleteCascade() ? " on-delete-cascade" : "");
+           (key.onUpdateCascade() ? " on-update-cascade" : "") + (key.onDeleteCascade() ? " on-delete-cascade" : "") +
+           (key.onDeleteSetNull() ? " on-delete-set-null" : "") + (key.enforced() ? "" : " not-enforced");
 }
 
 TEST(CorpusKeys, IndexesPrimaryKeysAndRelationshipsAreWhatTheFileStores)
