@@ -5,6 +5,7 @@
 #include "cli/TerminalBar.h"
 #include "export/ExportJob.h"
 #include "export/ExportRoutines.h"
+#include "export/OutputFile.h"
 #include "export/exportPaths.h"
 #include "export/exportRegistry.h"
 #include "model/TOrbMDBFile.h"
@@ -181,6 +182,18 @@ bool isDirectory(const std::string &path)
     return stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
 }
 
+bool isRegularFile(const std::string &path)
+{
+    struct stat info;
+    return stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode);
+}
+
+bool isDeviceOrPipe(const std::string &path)
+{
+    struct stat info;
+    return stat(path.c_str(), &info) == 0 && (S_ISCHR(info.st_mode) || S_ISFIFO(info.st_mode));
+}
+
 bool exists(const std::string &path)
 {
     struct stat info;
@@ -249,11 +262,26 @@ int runExport(CliContext &context)
         hasExtension(request.output, fileExtensionByExportFileType(request.kind).value_or("")))
         request.options.exportSingleFile = true;
     const bool singleFile = request.options.exportSingleFile;
-    if (singleFile && isDirectory(request.output)) {
+    const bool toStandardOutput = request.output == OutputFile::kStandardOutput;
+    // The standard output, a device or a named pipe takes one stream of bytes: the single file,
+    // or the one table of a kind that writes a file per table.
+    const bool toStream = toStandardOutput || isDeviceOrPipe(request.output);
+    if (toStandardOutput && request.kind == ExportFileType::SQLite) {
+        // One stream of bytes cannot be a database file.
+        printError("OUTPUT - (standard output) cannot take --format sqlite: a SQLite database needs a regular file");
+        return kExitUsage;
+    } else if (request.kind == ExportFileType::SQLite && exists(request.output) && !isDirectory(request.output) &&
+               !isRegularFile(request.output)) {
+        printError("OUTPUT '" + request.output +
+                   "' is not a regular file; --format sqlite writes a database file and replaces only a regular "
+                   "file");
+        return kExitUsage;
+    }
+    if (!toStream && singleFile && isDirectory(request.output)) {
         printError("OUTPUT '" + request.output + "' is a folder; --format " + format->name + " writes one file");
         return kExitUsage;
     }
-    if (!singleFile && exists(request.output) && !isDirectory(request.output)) {
+    if (!toStream && !singleFile && exists(request.output) && !isDirectory(request.output)) {
         printError("OUTPUT '" + request.output + "' is a file; --format " + format->name +
                    " writes one file per table into a folder");
         return kExitUsage;
@@ -273,10 +301,25 @@ int runExport(CliContext &context)
             firstTable = table;
     }
 
-    const std::string folder =
-        singleFile ? std::filesystem::path(request.output).parent_path().string() : request.output;
+    if (toStream && !singleFile) {
+        const std::size_t count = request.wholeFile() ? file->tables().size() : request.tables.size();
+        if (count != 1) {
+            printError("OUTPUT '" + request.output + "' takes one stream of bytes, which holds one table; " +
+                       (request.wholeFile() ? "the file has " + std::to_string(count) + " tables"
+                                            : std::to_string(count) + " were named") +
+                       ": choose one with --table");
+            return kExitUsage;
+        }
+    }
+    const std::string folder = toStream     ? std::string()
+                               : singleFile ? std::filesystem::path(request.output).parent_path().string()
+                                            : request.output;
     if (!makeFolder(folder))
         return kExitFailure;
+    if (toStandardOutput) {
+        // The data goes to the real standard output; the report then goes to standard error.
+        std::fflush(context.out);
+    }
 
     ExportJob job(*file, firstTable, request.kind);
     for (std::size_t i = 0; i < job.entries().size(); ++i) {
@@ -300,9 +343,10 @@ int runExport(CliContext &context)
     }
 
     const ExportReport report = job.report();
-    std::fprintf(context.out, "%s\n", report.title.c_str());
+    std::FILE *reportOut = toStandardOutput ? stderr : context.out;
+    std::fprintf(reportOut, "%s\n", report.title.c_str());
     if (!report.message.empty())
-        std::fprintf(context.out, "%s\n", report.message.c_str());
+        std::fprintf(reportOut, "%s\n", report.message.c_str());
     // A table that was not written (a failure, a stop) is a loss: the file itself opened.
     // So is a value the lossless output could only approximate (the report counts them).
     const bool complete = !job.terminated() &&
@@ -319,8 +363,14 @@ const char *exportUsage()
                            "       vellum-cli export --list-encodings\n"
                            "  Converts every table of FILE, or the tables named with --table, into OUTPUT: a folder\n"
                            "  (created when missing) with one file per table, or the file itself for formats that\n"
-                           "  write one file. Ctrl-C (or SIGTERM, SIGHUP) stops; no partial file is left.\n"
-                           "  Exit status 0 when every chosen table was written, 1 otherwise, 2 for a wrong argument.\n"
+                           "  write one file. OUTPUT - writes one file (a script, a workbook, or one table's text)\n"
+                           "  to standard output; the report then goes to standard error. A device or named pipe at\n"
+                           "  OUTPUT is written into, never replaced; only a regular file is ever replaced.\n"
+                           "  Without --classic the output is lossless: standard types and exact values.\n"
+                           "  Ctrl-C (or SIGTERM, SIGHUP) stops; no partial file is left.\n"
+                           "  Exit status 0 when every chosen table was written completely, 1 when FILE cannot be\n"
+                           "  opened, 2 for a wrong argument, 3 when a table was not written, the output was cut\n"
+                           "  short, the export was stopped or a value could only be approximated.\n"
                            "  --format FORMAT      one of:";
         for (const ExportKindInfo &format : exportKinds())
             text += formatString("\n      %-7s %s", format.name, format.summary);

@@ -3,6 +3,7 @@
 
 #include "cli/CliContext.h"
 #include "cli/passwordInput.h"
+#include "export/OutputFile.h"
 
 #include <unistd.h>
 
@@ -80,6 +81,8 @@ std::FILE *claimStandardOutput()
         return stdout;
     }
     g_output.fd = saved;
+    // An export to "-" writes into the real standard output too.
+    vellum::OutputFile::setStandardOutputDescriptor(saved);
     std::FILE *out = fopencookie(&g_output, "w", cookie_io_functions_t{nullptr, writeOutput, nullptr, closeOutput});
     return out ? out : stdout;
 }

@@ -2,6 +2,7 @@
 
 #include "export/ExportReport.h"
 #include "export/ExportRoutines.h"
+#include "export/OutputFile.h"
 #include "export/exportPaths.h"
 #include "model/TOrbMDBFile.h"
 #include "util/format.h"
@@ -143,6 +144,10 @@ void ExportJob::forEachTable(
 
 std::string ExportJob::outputPathForEntry(const ExportEntry &entry) const
 {
+    // The standard output, a device or a named pipe takes the one table a per-table kind
+    // writes there.
+    if (OutputFile::isStream(m_exportPath))
+        return m_exportPath;
     return exportOutputPath(m_exportPath, entry);
 }
 

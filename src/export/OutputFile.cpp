@@ -1,9 +1,12 @@
 #include "export/OutputFile.h"
 
 #include <fcntl.h>
+#include <poll.h>
+#include <stdio.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -14,6 +17,11 @@ namespace vellum {
 namespace {
 
 constexpr int kNameAttempts = 64;
+/// How long a named pipe without a reader is waited for before the output is refused.
+constexpr int kPipeReaderWaitMs = 30000;
+constexpr int kPipeReaderPollMs = 20;
+
+std::atomic<int> g_standardOutput{STDOUT_FILENO};
 
 /// The folder part of a path ("." when it has none) and its last component.
 void splitPath(const std::string &path, std::string &folder, std::string &name)
@@ -41,10 +49,23 @@ std::string temporaryName(const std::string &folder, const std::string &name)
 
 } // namespace
 
+void OutputFile::setStandardOutputDescriptor(int fd)
+{
+    g_standardOutput.store(fd);
+}
+
+bool OutputFile::isStream(const std::string &path)
+{
+    struct stat st {};
+    return path == kStandardOutput || (stat(path.c_str(), &st) == 0 && (S_ISCHR(st.st_mode) || S_ISFIFO(st.st_mode)));
+}
+
 bool OutputFile::canWrite(const std::string &path)
 {
     if (path.empty())
         return false;
+    if (path == kStandardOutput)
+        return true;
     struct stat st {};
     if (stat(path.c_str(), &st) == 0) {
         if (S_ISCHR(st.st_mode) || S_ISFIFO(st.st_mode))
@@ -75,28 +96,88 @@ bool OutputFile::fail(int error)
     return false;
 }
 
+bool OutputFile::openDevice(const std::string &path)
+{
+    // Open without waiting, so that a pipe nobody reads is noticed instead of blocking; then
+    // look at what was opened, not at what the name pointed to a moment before.
+    int fd = -1;
+    for (int waited = 0;; waited += kPipeReaderPollMs) {
+        fd = open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+        if (fd >= 0 || errno != ENXIO)
+            break;
+        if (waited >= kPipeReaderWaitMs) {
+            m_error = "no program reads the named pipe";
+            return false;
+        }
+        poll(nullptr, 0, kPipeReaderPollMs);
+    }
+    if (fd < 0)
+        return fail(errno);
+    struct stat st {};
+    if (fstat(fd, &st) != 0 || !(S_ISCHR(st.st_mode) || S_ISFIFO(st.st_mode))) {
+        close(fd);
+        m_error = "it changed while it was being opened";
+        return false;
+    }
+    const int flags = fcntl(fd, F_GETFL);
+    if (flags >= 0)
+        (void)fcntl(fd, F_SETFL, flags & ~O_NONBLOCK);
+    m_fd = fd;
+    return true;
+}
+
+bool OutputFile::beginDeviceCopy()
+{
+    const char *folder = std::getenv("TMPDIR");
+    std::string pattern = std::string(folder && *folder ? folder : "/tmp") + "/vellum-output-XXXXXX";
+    const int fd = mkostemp(pattern.data(), O_CLOEXEC);
+    if (fd < 0)
+        return fail(errno);
+    close(fd);
+    // The writer creates the file itself (SQLite and the workbook library want a new file).
+    unlink(pattern.c_str());
+    m_writePath = pattern;
+    m_deviceFd = m_fd;
+    m_fd = -1;
+    m_pending = true;
+    return true;
+}
+
 bool OutputFile::begin(const std::string &path, Target target, bool allowDevice)
 {
     abandon();
     m_error.clear();
     m_device = false;
+    m_finalExisted = false;
     m_finalPath = path;
     if (path.empty())
         return fail(ENOENT);
 
+    if (path == kStandardOutput) {
+        if (!allowDevice) {
+            m_error = "it needs a regular file, not the standard output";
+            return false;
+        }
+        m_fd = fcntl(g_standardOutput.load(), F_DUPFD_CLOEXEC, 0);
+        if (m_fd < 0)
+            return fail(errno);
+        m_writePath = path;
+        m_device = true;
+        return target == Target::Descriptor || beginDeviceCopy();
+    }
+
     struct stat st {};
     if (stat(path.c_str(), &st) == 0) {
         if (S_ISCHR(st.st_mode) || S_ISFIFO(st.st_mode)) {
-            if (!allowDevice || target == Target::PathOnly) {
+            if (!allowDevice) {
                 m_error = "it is a device or pipe, not a regular file";
                 return false;
             }
-            m_fd = open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
-            if (m_fd < 0)
-                return fail(errno);
+            if (!openDevice(path))
+                return false;
             m_writePath = path;
             m_device = true;
-            return true;
+            return target == Target::Descriptor || beginDeviceCopy();
         }
         if (S_ISDIR(st.st_mode))
             return fail(EISDIR);
@@ -106,6 +187,7 @@ bool OutputFile::begin(const std::string &path, Target target, bool allowDevice)
         }
         if (access(path.c_str(), W_OK) != 0)
             return fail(errno);
+        m_finalExisted = true;
     } else if (errno != ENOENT) {
         return fail(errno);
     }
@@ -159,6 +241,61 @@ int OutputFile::takeDescriptor()
     return fd;
 }
 
+bool OutputFile::copyIntoDevice()
+{
+    const int in = open(m_writePath.c_str(), O_RDONLY | O_CLOEXEC);
+    if (in < 0)
+        return fail(errno);
+    char buffer[1 << 16];
+    bool ok = true;
+    int error = 0;
+    for (;;) {
+        const ssize_t got = read(in, buffer, sizeof buffer);
+        if (got == 0)
+            break;
+        if (got < 0) {
+            if (errno == EINTR)
+                continue;
+            ok = false;
+            error = errno;
+            break;
+        }
+        for (ssize_t done = 0; done < got && ok;) {
+            const ssize_t put = write(m_deviceFd, buffer + done, static_cast<std::size_t>(got - done));
+            if (put < 0 && errno == EINTR)
+                continue;
+            if (put <= 0) {
+                ok = false;
+                error = put < 0 ? errno : EIO;
+            } else {
+                done += put;
+            }
+        }
+        if (!ok)
+            break;
+    }
+    close(in);
+    return ok || fail(error);
+}
+
+bool OutputFile::renameIntoPlace()
+{
+    // Nothing was there when writing began: take the name only if it is still free.
+    if (!m_finalExisted &&
+        renameat2(AT_FDCWD, m_writePath.c_str(), AT_FDCWD, m_finalPath.c_str(), RENAME_NOREPLACE) == 0)
+        return true;
+    if (!m_finalExisted && errno != EEXIST && errno != EINVAL && errno != ENOSYS)
+        return fail(errno);
+    // Something is there now (or the file system cannot refuse to replace): replace it only
+    // when it is a regular file, never a device, pipe, folder or link put there meanwhile.
+    struct stat st {};
+    if (lstat(m_finalPath.c_str(), &st) == 0 && !S_ISREG(st.st_mode)) {
+        m_error = "something other than a regular file appeared at the path; it was left alone";
+        return false;
+    }
+    return rename(m_writePath.c_str(), m_finalPath.c_str()) == 0 || fail(errno);
+}
+
 bool OutputFile::commit()
 {
     m_error.clear();
@@ -177,6 +314,16 @@ bool OutputFile::commit()
             abandon();
             return false;
         }
+    } else if (m_pending && m_deviceFd >= 0) {
+        // The caller's finished file goes into the device, then the file is ours to remove.
+        const bool copied = copyIntoDevice();
+        const int closed = close(m_deviceFd);
+        const int closeError = errno;
+        m_deviceFd = -1;
+        if (copied && closed != 0)
+            fail(closeError);
+        abandon();
+        return copied && closed == 0;
     } else if (m_pending) {
         // The caller wrote and closed the file itself: sync it through a descriptor of ours.
         const int fd = open(m_writePath.c_str(), O_RDONLY | O_CLOEXEC);
@@ -196,9 +343,10 @@ bool OutputFile::commit()
     }
     if (!m_pending)
         return true;
-    if (rename(m_writePath.c_str(), m_finalPath.c_str()) != 0) {
-        fail(errno);
+    if (!renameIntoPlace()) {
+        const std::string why = m_error;
         abandon();
+        m_error = why;
         return false;
     }
     m_pending = false;
@@ -210,6 +358,10 @@ void OutputFile::abandon()
     if (m_fd >= 0) {
         close(m_fd);
         m_fd = -1;
+    }
+    if (m_deviceFd >= 0) {
+        close(m_deviceFd);
+        m_deviceFd = -1;
     }
     if (m_pending) {
         unlink(m_writePath.c_str());

@@ -12,7 +12,11 @@ namespace vellum {
 ///
 /// A character device or a FIFO at the final path (a terminal, /dev/null, a pipe) is written
 /// into directly when the caller allows it, and refused otherwise; it is never removed or
-/// replaced. A symbolic link is followed: the file it points to is replaced, the link stays.
+/// replaced. A caller that needs a file name of its own (Target::PathOnly) writes a temporary
+/// file in the temporary folder, whose bytes are copied into the device when complete. The
+/// path "-" is the standard output, handled like a device. A symbolic link is followed: the
+/// file it points to is replaced (or the device written into), the link stays. Only a regular
+/// file (or nothing) is ever replaced: the final path is checked again right before the rename.
 class OutputFile {
 public:
     /// What the caller can write into.
@@ -39,8 +43,14 @@ public:
     int descriptor() const { return m_fd; }
     /// Hands the descriptor to the caller, who closes it (after flushing) before `commit`.
     int takeDescriptor();
-    /// True when the output is a device or FIFO written in place.
+    /// True when the output is a device, FIFO or the standard output written in place.
     bool isDevice() const { return m_device; }
+    /// The path that means the standard output.
+    static constexpr const char *kStandardOutput = "-";
+    /// True for "-" and for a path that names (or links to) a character device or a FIFO.
+    static bool isStream(const std::string &path);
+    /// The descriptor "-" writes into (standard output unless a program moved it).
+    static void setStandardOutputDescriptor(int fd);
     /// Flushes the data to the disk, closes and renames the temporary file over the final
     /// path. False (and the temporary file removed) when any of it fails.
     [[nodiscard]] bool commit();
@@ -51,12 +61,23 @@ public:
 
 private:
     bool fail(int error);
+    /// Opens the device or FIFO at `path` for writing and checks, on the open descriptor, that
+    /// it still is one; waits a while for a reader of a FIFO.
+    bool openDevice(const std::string &path);
+    /// Makes the temporary file, in the temporary folder, that is copied into the device.
+    bool beginDeviceCopy();
+    /// Copies the finished temporary file into the device.
+    bool copyIntoDevice();
+    /// Renames the temporary file over the final path when that is nothing or a regular file.
+    bool renameIntoPlace();
 
     std::string m_finalPath;
     std::string m_writePath;
     int m_fd = -1;
     bool m_device = false;
-    bool m_pending = false; ///< a temporary file (or name) exists and is not yet renamed
+    bool m_pending = false;      ///< a temporary file (or name) exists and is not yet renamed
+    int m_deviceFd = -1;         ///< the device a PathOnly output is copied into at the end
+    bool m_finalExisted = false; ///< a regular file was at the final path when writing began
     std::string m_error;
 };
 

@@ -81,8 +81,9 @@ bool XlsxExport::addSheet(std::string_view name)
         lxw_workbook_options options = {};
         options.constant_memory = LXW_TRUE;
         options.tmpdir = const_cast<char *>(g_get_tmp_dir());
-        // The workbook is written under a temporary name and renamed when complete.
-        if (!m_output.begin(m_targetPath, OutputFile::Target::PathOnly, false)) {
+        // The workbook is written under a temporary name and renamed when complete (or copied
+        // into a device, pipe or the standard output).
+        if (!m_output.begin(m_targetPath, OutputFile::Target::PathOnly)) {
             C_LogError("Unable to start the workbook %s: %s", m_targetPath.c_str(), m_output.errorText().c_str());
             return false;
         }
