@@ -140,6 +140,56 @@ TEST_F(BrowserControllerTest, FileSearchAndStatusCounts)
     EXPECT_EQ(controller->statusForCurrentSelection(), "1 of 3 files");
 }
 
+TEST_F(BrowserControllerTest, PublishesTheSelectionWithItsReason)
+{
+    TOrbMDBFile *sales = controller->createNewMDBFile(path("Sales.mdb"), false);
+    sales->setActive(true);
+    TOrbMDBTable *orders = test::addColumnTable(*sales, "Orders", {"1"});
+    TOrbMDBTable *stock = test::addColumnTable(*sales, "Stock", {"2"});
+    const auto last = [&] { return listener.shown.back(); };
+    using Shown = std::pair<BrowserItem, SelectionReason>;
+
+    // The user's choices in the list and the jump bar are visits; the same choice again is the
+    // view following the selection: nothing is told.
+    EXPECT_TRUE(controller->select(BrowserItem::ofTable(orders), SelectionReason::FileList));
+    EXPECT_FALSE(controller->select(BrowserItem::ofTable(orders), SelectionReason::JumpBar));
+    EXPECT_TRUE(controller->select(BrowserItem::ofTable(stock), SelectionReason::JumpBar));
+    EXPECT_EQ(listener.shown.size(), 2u);
+    EXPECT_EQ(controller->history().previous(), (std::vector<TOrbMDBTable *>{orders, stock}));
+
+    // Back and Next select through the history without recording visits.
+    controller->goBack();
+    EXPECT_EQ(last(), Shown(BrowserItem::ofTable(orders), SelectionReason::History));
+    EXPECT_EQ(controller->selectedTable(), orders);
+    EXPECT_EQ(controller->history().next(), (std::vector<TOrbMDBTable *>{stock}));
+    controller->goNext();
+    EXPECT_EQ(last(), Shown(BrowserItem::ofTable(stock), SelectionReason::History));
+    EXPECT_EQ(controller->history().previous(), (std::vector<TOrbMDBTable *>{orders, stock}));
+
+    // The window's own selection is told even when unchanged, and is no visit.
+    controller->select(BrowserItem::ofTable(orders), SelectionReason::Command);
+    controller->select(BrowserItem::ofTable(orders), SelectionReason::Command);
+    EXPECT_EQ(listener.shown.size(), 6u);
+    EXPECT_EQ(controller->history().previous(), (std::vector<TOrbMDBTable *>{orders, stock}));
+
+    // No row: nothing shown, the selected table kept; a failed open clears everything.
+    controller->select(BrowserItem(), SelectionReason::FileList);
+    EXPECT_EQ(last(), Shown(BrowserItem(), SelectionReason::FileList));
+    EXPECT_EQ(controller->selectedTable(), orders);
+    controller->clearSelection(SelectionReason::OpenFailed);
+    EXPECT_EQ(last(), Shown(BrowserItem(), SelectionReason::OpenFailed));
+    EXPECT_EQ(controller->selectedFile(), nullptr);
+    EXPECT_EQ(controller->selectedTable(), nullptr);
+
+    // Closing the file of the selected table leaves its file selected and tells it.
+    controller->select(BrowserItem::ofTable(stock), SelectionReason::FileList);
+    controller->closeFile(sales);
+    EXPECT_EQ(last(), Shown(BrowserItem::ofFile(sales), SelectionReason::FileClosed));
+    EXPECT_EQ(controller->selectedTable(), nullptr);
+    EXPECT_EQ(controller->selectedFile(), sales);
+    EXPECT_TRUE(controller->history().previous().empty());
+}
+
 TEST(BrowserPaths, ExtensionsAndParts)
 {
     EXPECT_TRUE(hasDatabaseExtension("/x/Report.MDB"));

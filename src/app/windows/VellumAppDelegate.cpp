@@ -461,10 +461,11 @@ void VellumAppDelegate::selectionChanged(const BrowserItem &item, SelectionReaso
     const BrowserItem row = listedSelection();
     if (!(selectedTreeItem() == row))
         selectItemInTree(row);
-    // The jump bar follows: a new menu tree after a choice in the list (or when there is none
-    // yet), otherwise the new location in the tree it has. While a file closes its tree is left
-    // alone: it is rebuilt once the file is closed.
-    if (reason == SelectionReason::FileList || (!m_jumpBarMenu && reason != SelectionReason::FileClosed))
+    // The jump bar follows: a new menu tree after a choice in the list (or when the bar has
+    // none, as after a file closed), otherwise the new location in the tree it has. While a file
+    // closes its tree is left alone: it is rebuilt once the file is closed.
+    if (reason == SelectionReason::FileList ||
+        (!m_dataView->jumpBar()->menu() && reason != SelectionReason::FileClosed))
         refreshJumpBarMenu();
     else
         updateJumpBarSelection();
@@ -840,6 +841,10 @@ void VellumAppDelegate::openPathsInTurn(QStringList paths, bool alertAsPanel)
         paths.removeFirst(); // other files are skipped without a message
     if (paths.isEmpty()) {
         refreshRecentFiles();
+        // With nothing selected (an open failed) the status counts the files listed now, the
+        // failed entry gone.
+        if (m_controller.selection().isNone())
+            updateStatusBarForNoSelection();
         deselectAllForToolbarItems();
         emit openFinished();
         return;
