@@ -41,6 +41,19 @@ std::vector<TOrbMDBTable *> tablesOf(const TOrbMDBFile *file, const TOrbMDBFile 
 
 } // namespace
 
+TOrbMDBFile *ownerFile(const BrowserItem &item)
+{
+    if (item.isFile())
+        return item.file;
+    if (item.isTable())
+        return item.table->file();
+    if (item.isLinkedTable())
+        return item.linkedTable->file();
+    if (item.isQuery())
+        return item.query->file();
+    return nullptr;
+}
+
 PathParts splitDatabasePath(const std::string &path)
 {
     PathParts parts;
@@ -232,13 +245,15 @@ bool BrowserController::refreshRecentFiles()
 
 void BrowserController::clearSelectionIfIn(TOrbMDBFile *file)
 {
-    if (m_selectedTable && m_selectedTable->file() == file) {
+    const bool shown = ownerFile(m_selection) == file;
+    if (m_selectedTable && m_selectedTable->file() == file)
         m_selectedTable = nullptr;
-        if (m_listener)
-            m_listener->selectedTableCleared();
-    }
     if (m_selectedFile == file)
         m_selectedFile = nullptr;
+    if (shown) {
+        m_selection = {};
+        publish(SelectionReason::FileClosed);
+    }
 }
 
 void BrowserController::closeFile(TOrbMDBFile *file)
@@ -248,11 +263,13 @@ void BrowserController::closeFile(TOrbMDBFile *file)
     m_history.purgeTables(tablesOf(file));
     if (m_listener)
         m_listener->fileWillClose(file);
-    // The table objects go away with the file: the grid must not keep showing one of them.
-    if (m_selectedTable && m_selectedTable->file() == file) {
+    // The table, link and query objects go away with the file: no view may keep showing one
+    // of them. The file itself stays selected (closed) when it was.
+    if (m_selectedTable && m_selectedTable->file() == file)
         m_selectedTable = nullptr;
-        if (m_listener)
-            m_listener->selectedTableCleared();
+    if (ownerFile(m_selection) == file && !m_selection.isFile()) {
+        m_selection = m_selectedFile == file ? BrowserItem::ofFile(file) : BrowserItem();
+        publish(SelectionReason::FileClosed);
     }
     file->close();
 }
@@ -296,7 +313,7 @@ void BrowserController::removeOtherFiles(TOrbMDBFile *file)
 void BrowserController::clearRecentDocuments()
 {
     m_recentDocuments.clear();
-    clearSelection();
+    clearSelection(SelectionReason::FileClosed);
     for (const auto &file : m_recentFiles)
         closeFile(file.get());
     while (!m_recentFiles.empty())
@@ -305,42 +322,63 @@ void BrowserController::clearRecentDocuments()
 
 void BrowserController::closeAll()
 {
-    clearSelection();
+    clearSelection(SelectionReason::FileClosed);
     for (const auto &file : m_recentFiles)
         closeFile(file.get());
     while (!m_recentFiles.empty())
         retire(m_recentFiles.size() - 1);
 }
 
-void BrowserController::selectionDidChange(BrowserItem item)
+bool BrowserController::select(BrowserItem item, SelectionReason reason)
 {
-    if (item.isFile()) {
-        m_selectedTable = nullptr;
-        m_selectedFile = item.file;
-    } else if (item.isTable()) {
+    const bool fromView = reason == SelectionReason::FileList || reason == SelectionReason::JumpBar;
+    if (fromView && item == m_selection)
+        return false;
+    if (item.isTable()) {
         m_selectedTable = item.table;
         m_selectedFile = item.table->file();
-    } else if (item.isLinkedTable()) {
+        if (fromView)
+            m_history.recordVisit(item.table);
+    } else if (!item.isNone()) {
         m_selectedTable = nullptr;
-        m_selectedFile = item.linkedTable->file();
-    } else if (item.isQuery()) {
-        m_selectedTable = nullptr;
-        m_selectedFile = item.query->file();
+        m_selectedFile = ownerFile(item);
     }
+    m_selection = item;
+    publish(reason);
+    return true;
 }
 
-void BrowserController::clearSelection()
+void BrowserController::clearSelection(SelectionReason reason)
 {
-    if (m_selectedTable && m_listener)
-        m_listener->selectedTableCleared();
     m_selectedTable = nullptr;
     m_selectedFile = nullptr;
+    m_selection = {};
+    publish(reason);
 }
 
-void BrowserController::setSelectedTable(TOrbMDBTable *table)
+void BrowserController::publish(SelectionReason reason)
 {
-    m_selectedTable = table;
-    m_selectedFile = table ? table->file() : m_selectedFile;
+    if (m_listener)
+        m_listener->selectionChanged(m_selection, reason);
+}
+
+bool BrowserController::showHistoryTarget(TOrbMDBTable *target)
+{
+    // Only a table that is still reachable from the list can be shown again.
+    if (!target || !isListed(target->file()) || !isOpen(target->file()))
+        return false;
+    select(BrowserItem::ofTable(target), SelectionReason::History);
+    return m_selectedTable == target;
+}
+
+void BrowserController::goBack()
+{
+    m_history.goBack([this](TOrbMDBTable *target) { return showHistoryTarget(target); });
+}
+
+void BrowserController::goNext()
+{
+    m_history.goNext([this](TOrbMDBTable *target) { return showHistoryTarget(target); });
 }
 
 std::string BrowserController::statusForNoSelection() const

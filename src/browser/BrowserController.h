@@ -18,15 +18,30 @@ class TOrbMDBLinkedTable;
 class TOrbMDBQuery;
 class TOrbMDBTable;
 
-/// What the window must do while the controller changes the file list. Main thread.
+/// Why the selection changed. Every view follows each change; the reason says where it came
+/// from, so that the view the user acted in is not told again what it already shows and so
+/// that only the user's own choices count as visits.
+enum class SelectionReason {
+    FileList,    ///< the user selected a row of the file list (a table row is a visit)
+    JumpBar,     ///< the user chose an item of the jump bar (a table is a visit)
+    History,     ///< Back or Next moved to a table of the history
+    FileOpened,  ///< a file that has just opened is selected
+    FileClosed,  ///< the selected item went away with its file (closed, removed, forgotten)
+    OpenFailed,  ///< a file could not be opened: nothing is selected
+    ListChanged, ///< the shown row left the file list (a filter changed): its file is shown
+    Command,     ///< the window selected an item itself
+};
+
+/// What the window must do while the controller changes the file list or the selection.
+/// Main thread.
 class BrowserListener {
 public:
     virtual ~BrowserListener() = default;
     /// A file is about to be closed: close the windows that show its tables, forget menus
     /// that point into it.
     virtual void fileWillClose(TOrbMDBFile *file) = 0;
-    /// The table shown in the grid went away with its file: show no table.
-    virtual void selectedTableCleared() = 0;
+    /// The selection changed to `item` (none: the nothing-selected state): every view shows it.
+    virtual void selectionChanged(const BrowserItem &item, SelectionReason reason) = 0;
 };
 
 /// The browser's state without the window: the file list kept in line with the system's
@@ -95,13 +110,21 @@ public:
     // --- Selection and history ----------------------------------------------------------------
     TOrbMDBFile *selectedFile() const { return m_selectedFile; }
     TOrbMDBTable *selectedTable() const { return m_selectedTable; }
-    /// Applies a selection change: a file (no table), a table (and its file), a linked table or
-    /// a query (its file, no table); for no item the selection is left as it is.
-    void selectionDidChange(BrowserItem item);
-    /// Clears the selected file and table.
-    void clearSelection();
-    /// Sets the selection directly (Back/Next): the table and its file.
-    void setSelectedTable(TOrbMDBTable *table);
+    /// The item the views show: a file, a table, a linked table, a query, or none.
+    const BrowserItem &selection() const { return m_selection; }
+    /// Selects an item for a reason and tells the listener. A file selects no table; a table
+    /// selects its file; a linked table or a query selects its file and no table; no item
+    /// shows nothing and leaves the selected file and table as they were. A table chosen in
+    /// the file list or the jump bar is recorded as a visit. A choice of the file list or the
+    /// jump bar that is already shown changes nothing and is not told (the view only follows).
+    /// Answers whether the listener was told.
+    bool select(BrowserItem item, SelectionReason reason);
+    /// Clears the selected item, file and table and tells the listener.
+    void clearSelection(SelectionReason reason);
+    /// Back: moves to the history's previous table (when enabled) through `select`.
+    void goBack();
+    /// Next: moves to the history's next table (when enabled) through `select`.
+    void goNext();
     NavigationHistory &history() { return m_history; }
     const NavigationHistory &history() const { return m_history; }
 
@@ -133,6 +156,9 @@ public:
 private:
     void retire(std::size_t index);
     void clearSelectionIfIn(TOrbMDBFile *file);
+    /// Shows a history target when its file is listed and open; answers whether it is shown.
+    bool showHistoryTarget(TOrbMDBTable *target);
+    void publish(SelectionReason reason);
 
     RecentDocumentList &m_recentDocuments;
     BrowserListener *m_listener = nullptr;
@@ -142,6 +168,7 @@ private:
     const TOrbMDBFile *m_loadingFile = nullptr;
     TOrbMDBFile *m_selectedFile = nullptr;
     TOrbMDBTable *m_selectedTable = nullptr;
+    BrowserItem m_selection;
     NavigationHistory m_history;
     std::string m_fileSearchText;
     std::string m_dataSearchText;
@@ -158,6 +185,9 @@ std::vector<TOrbMDBTable *> filterTableName(const std::vector<TOrbMDBTable *> &t
 /// the list unchanged for an empty text. `loading` (a file being loaded) counts as closed.
 std::vector<TOrbMDBFile *> filterFileName(const std::vector<TOrbMDBFile *> &files, const std::string &text,
                                           const TOrbMDBFile *loading = nullptr, bool hiddenQueries = false);
+
+/// The file an item belongs to (the file itself for a file item; nullptr for none).
+TOrbMDBFile *ownerFile(const BrowserItem &item);
 
 /// Splits a path into folder, name without extension, and extension ("" when none).
 struct PathParts {

@@ -11,9 +11,9 @@ namespace {
 class RecordingListener : public BrowserListener {
 public:
     void fileWillClose(TOrbMDBFile *file) override { closed.push_back(file->name()); }
-    void selectedTableCleared() override { ++tableCleared; }
+    void selectionChanged(const BrowserItem &item, SelectionReason reason) override { shown.push_back({item, reason}); }
     std::vector<std::string> closed;
-    int tableCleared = 0;
+    std::vector<std::pair<BrowserItem, SelectionReason>> shown;
 };
 
 /// The controller over the real freedesktop list, with XDG_DATA_HOME in a temporary folder.
@@ -57,8 +57,7 @@ TEST_F(BrowserControllerTest, ReconcilesWithTheSystemList)
     // The system forgets b.mdb, which is open with a table shown, and learns c.mdb.
     TOrbMDBFile *b = controller->recentFiles()[0];
     TOrbMDBTable *shown = test::addColumnTable(*b, "T", {"1"});
-    controller->selectionDidChange(BrowserItem::ofTable(shown));
-    controller->history().recordVisit(shown);
+    controller->select(BrowserItem::ofTable(shown), SelectionReason::FileList); // a visit
     std::vector<std::string> kept = {path("table10.mdb"), path("Table2.accdb"), path("c.mdb")};
     recent.clear();
     for (const std::string &p : kept)
@@ -66,7 +65,9 @@ TEST_F(BrowserControllerTest, ReconcilesWithTheSystemList)
     EXPECT_FALSE(controller->refreshRecentFiles());
     EXPECT_EQ(listedNames(), (std::vector<std::string>{"c.mdb", "Table2.accdb", "table10.mdb"}));
     EXPECT_EQ(listener.closed, (std::vector<std::string>{"b"}));
-    EXPECT_EQ(listener.tableCleared, 1);
+    ASSERT_EQ(listener.shown.size(), 2u);
+    EXPECT_EQ(listener.shown[1].first, BrowserItem()) << "the views show nothing once the file is gone";
+    EXPECT_EQ(listener.shown[1].second, SelectionReason::FileClosed);
     EXPECT_EQ(controller->selectedTable(), nullptr);
     EXPECT_EQ(controller->selectedFile(), nullptr);
     EXPECT_TRUE(controller->history().previous().empty());
@@ -121,15 +122,15 @@ TEST_F(BrowserControllerTest, FileSearchAndStatusCounts)
     EXPECT_EQ(controller->tableEntities(sales), (std::vector<TOrbMDBTable *>{orders}));
     EXPECT_TRUE(controller->tableEntities(shown[0]).empty()) << "a closed file has no rows";
 
-    controller->selectionDidChange(BrowserItem::ofFile(sales));
+    controller->select(BrowserItem::ofFile(sales), SelectionReason::Command);
     EXPECT_EQ(controller->statusForCurrentSelection(), "1 of 2 files, contains 2 tables")
         << "the file count follows the filter, the table count does not";
-    controller->selectionDidChange(BrowserItem::ofTable(orders));
+    controller->select(BrowserItem::ofTable(orders), SelectionReason::Command);
     EXPECT_EQ(controller->statusForCurrentSelection(), "1 of 1 table, contains 2 records");
     controller->setFileSearchText("");
     EXPECT_EQ(controller->statusForCurrentSelection(), "1 of 2 tables, contains 2 records");
 
-    controller->selectionDidChange(BrowserItem());
+    controller->select(BrowserItem(), SelectionReason::FileList);
     EXPECT_EQ(controller->selectedTable(), orders) << "no item leaves the selection as it was";
 
     controller->closeFile(sales);
@@ -137,6 +138,56 @@ TEST_F(BrowserControllerTest, FileSearchAndStatusCounts)
     EXPECT_EQ(controller->selectedFile(), sales);
     EXPECT_TRUE(controller->isListed(sales)) << "a closed file stays listed";
     EXPECT_EQ(controller->statusForCurrentSelection(), "1 of 3 files");
+}
+
+TEST_F(BrowserControllerTest, PublishesTheSelectionWithItsReason)
+{
+    TOrbMDBFile *sales = controller->createNewMDBFile(path("Sales.mdb"), false);
+    sales->setActive(true);
+    TOrbMDBTable *orders = test::addColumnTable(*sales, "Orders", {"1"});
+    TOrbMDBTable *stock = test::addColumnTable(*sales, "Stock", {"2"});
+    const auto last = [&] { return listener.shown.back(); };
+    using Shown = std::pair<BrowserItem, SelectionReason>;
+
+    // The user's choices in the list and the jump bar are visits; the same choice again is the
+    // view following the selection: nothing is told.
+    EXPECT_TRUE(controller->select(BrowserItem::ofTable(orders), SelectionReason::FileList));
+    EXPECT_FALSE(controller->select(BrowserItem::ofTable(orders), SelectionReason::JumpBar));
+    EXPECT_TRUE(controller->select(BrowserItem::ofTable(stock), SelectionReason::JumpBar));
+    EXPECT_EQ(listener.shown.size(), 2u);
+    EXPECT_EQ(controller->history().previous(), (std::vector<TOrbMDBTable *>{orders, stock}));
+
+    // Back and Next select through the history without recording visits.
+    controller->goBack();
+    EXPECT_EQ(last(), Shown(BrowserItem::ofTable(orders), SelectionReason::History));
+    EXPECT_EQ(controller->selectedTable(), orders);
+    EXPECT_EQ(controller->history().next(), (std::vector<TOrbMDBTable *>{stock}));
+    controller->goNext();
+    EXPECT_EQ(last(), Shown(BrowserItem::ofTable(stock), SelectionReason::History));
+    EXPECT_EQ(controller->history().previous(), (std::vector<TOrbMDBTable *>{orders, stock}));
+
+    // The window's own selection is told even when unchanged, and is no visit.
+    controller->select(BrowserItem::ofTable(orders), SelectionReason::Command);
+    controller->select(BrowserItem::ofTable(orders), SelectionReason::Command);
+    EXPECT_EQ(listener.shown.size(), 6u);
+    EXPECT_EQ(controller->history().previous(), (std::vector<TOrbMDBTable *>{orders, stock}));
+
+    // No row: nothing shown, the selected table kept; a failed open clears everything.
+    controller->select(BrowserItem(), SelectionReason::FileList);
+    EXPECT_EQ(last(), Shown(BrowserItem(), SelectionReason::FileList));
+    EXPECT_EQ(controller->selectedTable(), orders);
+    controller->clearSelection(SelectionReason::OpenFailed);
+    EXPECT_EQ(last(), Shown(BrowserItem(), SelectionReason::OpenFailed));
+    EXPECT_EQ(controller->selectedFile(), nullptr);
+    EXPECT_EQ(controller->selectedTable(), nullptr);
+
+    // Closing the file of the selected table leaves its file selected and tells it.
+    controller->select(BrowserItem::ofTable(stock), SelectionReason::FileList);
+    controller->closeFile(sales);
+    EXPECT_EQ(last(), Shown(BrowserItem::ofFile(sales), SelectionReason::FileClosed));
+    EXPECT_EQ(controller->selectedTable(), nullptr);
+    EXPECT_EQ(controller->selectedFile(), sales);
+    EXPECT_TRUE(controller->history().previous().empty());
 }
 
 TEST(BrowserPaths, ExtensionsAndParts)
@@ -182,7 +233,7 @@ TEST(BrowserControllerEntries, LinksAndQueriesOfOpenFilesOnly)
     EXPECT_EQ(controller.linkedTableEntities(&file).size(), 1u); // "Orders"
 
     // Selecting a link or a query selects its file and no table.
-    controller.selectionDidChange(BrowserItem::ofLinkedTable(file.linkedTables()[0].get()));
+    controller.select(BrowserItem::ofLinkedTable(file.linkedTables()[0].get()), SelectionReason::FileList);
     EXPECT_EQ(controller.selectedFile(), &file);
     EXPECT_EQ(controller.selectedTable(), nullptr);
     EXPECT_EQ(filterFileName({&file}, "month", nullptr).size(), 1u);

@@ -9,6 +9,7 @@
 #include "model/TOrbMDBFile.h"
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QToolButton>
 
 #include <cmath>
@@ -54,6 +55,16 @@ private slots:
         QCOMPARE(pane.labelValueView(0)->rowsModel()->labels(),
                  QStringList({"Name", "Where", "Size", "Created", "Modified", "Last opened"}));
         QCOMPARE(pane.labelValueView(0)->rowsModel()->values().first(), QString("features.mdb"));
+        // Each value's editor covers its cell and tells the whole value on hover.
+        LabelValueView *values = pane.labelValueView(0);
+        for (int row = 0; row < values->rowsModel()->rowCount(); ++row) {
+            const QWidget *editor = values->indexWidget(values->rowsModel()->index(row, 1));
+            QVERIFY(editor);
+            const auto *line = editor->findChild<QLineEdit *>();
+            QVERIFY(line);
+            QCOMPARE(line->text(), values->rowsModel()->values()[row]);
+            QCOMPARE(line->toolTip(), values->rowsModel()->values()[row]);
+        }
 
         const TOrbMDBTable *orders = m_file->tableNamed("Orders");
         pane.showTable(orders);

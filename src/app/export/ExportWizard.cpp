@@ -187,7 +187,18 @@ void ExportWizard::buildInterface()
     }
     updateExportSingleFileLabels();
     enableOkButtonCheck();
-    resize(560, 560);
+    // Tall enough for the options and some ten tables; once shown, the first table to export
+    // is in view.
+    resize(560, 660);
+    QTimer::singleShot(0, this, [this] {
+        for (int row = 0; row < m_entries->rowCount(); ++row) {
+            const QModelIndex box = m_entries->index(row, ExportEntriesModel::SelectedColumn);
+            if (box.data(Qt::CheckStateRole).toInt() == Qt::Checked) {
+                m_tableList->scrollTo(box, QAbstractItemView::PositionAtCenter);
+                return;
+            }
+        }
+    });
 }
 
 QWidget *ExportWizard::makeControl(const ExportOptionInfo &option, const ExportOptions &options, QWidget *parent)

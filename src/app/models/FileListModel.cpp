@@ -53,7 +53,12 @@ void FileListModel::setNumRowsShown(bool shown)
     if (shown == m_numRowsShown)
         return;
     m_numRowsShown = shown;
-    reload();
+    // Only the tables' texts change: no reset, so that the view keeps its expanded files, its
+    // selection and its scroll position.
+    for (std::size_t i = 0; i < m_files.size(); ++i)
+        if (!m_files[i].tables.empty())
+            emit dataChanged(childIndex(i, 0), childIndex(i, m_files[i].tables.size() - 1),
+                             {Qt::DisplayRole, RowCountRole});
 }
 
 BrowserItem FileListModel::itemForIndex(const QModelIndex &index) const

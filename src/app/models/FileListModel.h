@@ -31,7 +31,7 @@ public:
 
     /// Reads the controller's lists again (a model reset).
     void reload();
-    /// Whether tables carry their row count ("numRowsShown").
+    /// Whether tables carry their row count ("numRowsShown"); the rows' texts change in place.
     void setNumRowsShown(bool shown);
     bool numRowsShown() const { return m_numRowsShown; }
 

@@ -45,25 +45,32 @@ void FileListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
         QStyledItemDelegate::paint(painter, option, index);
         return;
     }
-    // The name as usual, then "  (N)" in grey right after it.
+    // The name as usual, then "  (N)" in grey right after it. A name too long for the row is
+    // shortened so that the count stays whole; in a very narrow list only the name is shown.
     QStyleOptionViewItem opt(option);
     initStyleOption(&opt, index);
     const QString name = index.data(FileListModel::NameRole).toString();
-    opt.text = name;
+    const QString countText = QStringLiteral("  (%1)").arg(count.toLongLong());
     const QWidget *widget = option.widget;
     QStyle *style = widget ? widget->style() : QApplication::style();
-    style->drawControl(QStyle::CE_ItemViewItem, &opt, painter, widget);
-
+    opt.text = name;
     const QRect textRect = style->subElementRect(QStyle::SE_ItemViewItemText, &opt, widget);
-    const int nameWidth = opt.fontMetrics.horizontalAdvance(name);
-    QRect countRect = textRect.adjusted(nameWidth + 4, 0, 0, 0);
-    if (countRect.width() <= 0)
+    const int countWidth = QFontMetrics(countFont()).horizontalAdvance(countText) + 4;
+    const int room = textRect.width() - countWidth;
+    const bool countShown = room >= opt.fontMetrics.horizontalAdvance(QStringLiteral("Mm…"));
+    if (countShown && opt.fontMetrics.horizontalAdvance(name) > room)
+        opt.text = opt.fontMetrics.elidedText(name, Qt::ElideRight, room);
+    style->drawControl(QStyle::CE_ItemViewItem, &opt, painter, widget);
+    if (!countShown)
         return;
+
+    const int nameWidth = opt.fontMetrics.horizontalAdvance(opt.text);
+    const QRect countRect = textRect.adjusted(nameWidth + 4, 0, 0, 0);
     painter->save();
     painter->setFont(countFont());
     painter->setPen((opt.state & QStyle::State_Selected) ? opt.palette.color(QPalette::HighlightedText)
                                                          : QColor(0x80, 0x80, 0x80));
-    painter->drawText(countRect, Qt::AlignLeft | Qt::AlignVCenter, QStringLiteral("  (%1)").arg(count.toLongLong()));
+    painter->drawText(countRect, Qt::AlignLeft | Qt::AlignVCenter, countText);
     painter->restore();
 }
 

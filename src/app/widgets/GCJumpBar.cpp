@@ -79,8 +79,6 @@ void GCJumpBar::setSelectedIndexPath(const IndexPath &path)
         m_selected = path;
         layoutLabels();
     }
-    if (m_delegate)
-        m_delegate->jumpBarDidSelectItemAtIndexPath(this, path);
 }
 
 void GCJumpBar::setSelectedMenuItem(const JumpBarItem *item)
@@ -244,8 +242,12 @@ void GCJumpBar::chooseIndexPath(const IndexPath &path, unsigned generation)
 {
     if (generation != m_generation)
         return;
-    if (const JumpBarItem *item = menuItemAtIndexPath(path))
-        setSelectedMenuItem(item);
+    const JumpBarItem *item = menuItemAtIndexPath(path);
+    if (!item)
+        return;
+    setSelectedMenuItem(item);
+    if (m_delegate)
+        m_delegate->jumpBarDidSelectItemAtIndexPath(this, m_selected);
 }
 
 } // namespace vellum

@@ -21,7 +21,7 @@ struct JumpBarItem;
 class JumpBarDelegate {
 public:
     virtual ~JumpBarDelegate() = default;
-    /// A location was selected (by the user or by setSelectedIndexPath).
+    /// The user chose a location in one of the bar's menus (the bar already shows it).
     virtual void jumpBarDidSelectItemAtIndexPath(GCJumpBar *bar, const IndexPath &path) = 0;
     /// The submenu of a file item that has none yet is about to show.
     virtual void jumpBarWillShowSubmenuAtIndexPath(GCJumpBar *bar, const IndexPath &path) = 0;
@@ -62,7 +62,8 @@ public:
     void setMenu(JumpBarMenu *menu);
     JumpBarMenu *menu() const { return m_menu; }
 
-    /// Stores the path (laying the labels out again when it changed) and tells the delegate.
+    /// Shows a location: stores the path and lays the labels out again when it changed. The
+    /// delegate is not told (only the user's choices are reported).
     void setSelectedIndexPath(const IndexPath &path);
     const IndexPath &selectedIndexPath() const { return m_selected; }
     /// Selects the path of an item of the tree; nullptr clears the selection.
@@ -79,7 +80,8 @@ public:
     const std::vector<GCJumpBarLabel *> &labels() const { return m_labels; }
     /// Builds the popup menu of a label's level (exposed for tests; the caller owns it).
     QMenu *menuForLevel(int level, QWidget *parent);
-    /// Chooses the item at a path as the user does in a popup menu.
+    /// Chooses the item at a path as the user does in a popup menu: shows it and tells the
+    /// delegate. Ignored when the menu tree changed since `generation`.
     void chooseIndexPath(const IndexPath &path, unsigned generation);
     unsigned generation() const { return m_generation; }
 

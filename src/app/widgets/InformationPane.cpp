@@ -78,6 +78,9 @@ public:
         if (auto *line = editor->findChild<QLineEdit *>()) {
             line->setText(index.data().toString());
             line->setCursorPosition(0);
+            // The editor covers its cell: it carries the cell's tool tip, so that a value too
+            // long for the pane can be read in full.
+            line->setToolTip(index.data(Qt::ToolTipRole).toString());
         }
     }
     void setModelData(QWidget *, QAbstractItemModel *, const QModelIndex &) const override {}

@@ -68,12 +68,10 @@ void ChildWindow::showTable(TOrbMDBTable *table)
 
 void ChildWindow::refreshJumpBarMenu(JumpBarMenu *menu)
 {
-    m_jumpBarMenuRefresh = true;
     GCJumpBar *bar = m_dataView->jumpBar();
     bar->clearSelection();
     bar->setMenu(menu);
     updateJumpBarSelection();
-    m_jumpBarMenuRefresh = false;
 }
 
 void ChildWindow::updateJumpBarSelection()
@@ -87,8 +85,6 @@ void ChildWindow::updateJumpBarSelection()
 
 void ChildWindow::jumpBarDidSelectItemAtIndexPath(GCJumpBar *bar, const IndexPath &path)
 {
-    if (m_jumpBarMenuRefresh)
-        return;
     const JumpBarItem *item = bar->menuItemAtIndexPath(path);
     if (!item)
         return;

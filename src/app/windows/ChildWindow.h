@@ -41,7 +41,6 @@ private:
     QPointer<ChildWindowManager> m_manager;
     TOrbMDBTable *m_tableToShow = nullptr;
     DataView *m_dataView;
-    bool m_jumpBarMenuRefresh = false;
 };
 
 } // namespace vellum

@@ -136,7 +136,6 @@ void VellumAppDelegate::adoptInterface(const MainWindowBuilder::Controls &contro
 
     connect(m_fileTree->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &VellumAppDelegate::onTreeSelectionChanged);
-    connect(m_fileTree, &QTreeView::clicked, this, &VellumAppDelegate::OnSingleClickfileTree);
     connect(m_fileTree, &QTreeView::doubleClicked, this, &VellumAppDelegate::OnDoubleClickFileTree);
     connect(m_fileTree, &QWidget::customContextMenuRequested, this, &VellumAppDelegate::onFileTreeContextMenu);
     connect(m_fileTree, &FileTreeView::filesDropped, this,
@@ -237,8 +236,7 @@ void VellumAppDelegate::setPaneFlag(int flag, bool shown)
         m_dataView->showHideJumpBar(shown);
         break;
     case PaneFlag::NumRowsShown:
-        m_fileModel->setNumRowsShown(shown);
-        reloadFileList();
+        m_fileModel->setNumRowsShown(shown); // the texts change in place: rows stay expanded and selected
         break;
     }
     updateToggleTitles();
@@ -317,8 +315,6 @@ BrowserItem VellumAppDelegate::commandTarget() const
 void VellumAppDelegate::selectItemInTree(const BrowserItem &item, bool scroll)
 {
     const QModelIndex index = m_fileModel->indexForItem(item);
-    const bool ignoring = m_ignoreTreeSelection;
-    m_ignoreTreeSelection = true;
     if (index.isValid()) {
         if (index.parent().isValid())
             m_fileTree->expand(index.parent());
@@ -328,7 +324,12 @@ void VellumAppDelegate::selectItemInTree(const BrowserItem &item, bool scroll)
     } else {
         m_fileTree->selectionModel()->clearSelection();
     }
-    m_ignoreTreeSelection = ignoring;
+}
+
+BrowserItem VellumAppDelegate::listedSelection() const
+{
+    const BrowserItem &item = m_controller.selection();
+    return m_fileModel->indexForItem(item).isValid() ? item : BrowserItem();
 }
 
 void VellumAppDelegate::expandFile(const TOrbMDBFile *file)
@@ -353,32 +354,21 @@ void VellumAppDelegate::reloadFileList()
         if (m_fileTree->isExpanded(index))
             expanded.push_back(m_fileModel->itemForIndex(index).file);
     }
-    const BrowserItem selected = selectedTreeItem();
-    const bool ignoring = m_ignoreTreeSelection;
-    m_ignoreTreeSelection = true;
+    // A reset clears the view's selection without reporting it; the selection's row is
+    // selected again below, which the list reports as no change.
     m_fileModel->reload();
     for (const TOrbMDBFile *file : expanded)
         expandFile(file);
-    if (!selected.isNone() && m_fileModel->indexForItem(selected).isValid())
-        selectItemInTree(selected, false);
-    m_ignoreTreeSelection = ignoring;
+    selectItemInTree(listedSelection(), false);
 }
 
 void VellumAppDelegate::onTreeSelectionChanged()
 {
-    if (m_ignoreTreeSelection)
+    const BrowserItem row = selectedTreeItem();
+    // The list selecting the row of the current selection is only following it.
+    if (row == listedSelection())
         return;
-    selectionDidChange(selectedTreeItem());
-}
-
-void VellumAppDelegate::OnSingleClickfileTree(const QModelIndex &index)
-{
-    const BrowserItem item = m_fileModel->itemForIndex(index);
-    if (item.isTable()) {
-        m_controller.history().recordVisit(item.table);
-        updateHistoryButtons();
-        refreshJumpBarMenu();
-    }
+    m_controller.select(row, SelectionReason::FileList);
 }
 
 void VellumAppDelegate::updateHistoryButtons()
@@ -394,7 +384,7 @@ void VellumAppDelegate::OnDoubleClickFileTree(const QModelIndex &index)
 {
     const BrowserItem item = m_fileModel->itemForIndex(index);
     if (item.isFile()) {
-        selectionDidChange(item);
+        m_controller.select(item, SelectionReason::FileList);
         OpenSelectedFile(item.file);
     } else if (item.isTable()) {
         OpenTableInNewWindow(item.table);
@@ -441,44 +431,45 @@ void VellumAppDelegate::onFileTreeContextMenu(const QPoint &pos)
 
 void VellumAppDelegate::selectionDidChange(BrowserItem item)
 {
+    m_controller.select(item, SelectionReason::Command);
+}
+
+void VellumAppDelegate::selectionChanged(const BrowserItem &item, SelectionReason reason)
+{
+    // A linked table's target that finishes opening later is shown only if still wanted.
     ++m_entryGeneration;
-    m_shownEntry = {};
-    m_controller.selectionDidChange(item);
-    if (item.isLinkedTable() || item.isQuery()) {
-        m_shownEntry = item;
-        m_dataView->updateDataTableToShowMDBTable(nullptr);
-        m_dataView->displayTextViewContent(std::nullopt);
+    m_dataView->updateDataTableToShowMDBTable(item.isTable() ? item.table : nullptr);
+    m_dataView->displayTextViewContent(std::nullopt);
+    if (item.isTable()) {
+        m_infoPane->showTable(item.table);
+        updateStatusBarForTableSelection();
+    } else if (item.isQuery()) {
         updateStatusBarForFileSelection();
-        if (item.isQuery())
-            m_infoPane->showQuery(item.query);
-        else
-            showLinkedTable(item.linkedTable);
+        m_infoPane->showQuery(item.query);
+    } else if (item.isLinkedTable()) {
+        updateStatusBarForFileSelection();
+        showLinkedTable(item.linkedTable);
     } else if (item.isFile()) {
         m_infoPane->showFile(item.file);
-        m_dataView->updateDataTableToShowMDBTable(nullptr);
-        m_dataView->displayTextViewContent(std::nullopt);
         updateStatusBarForFileSelection();
-    } else if (item.isTable()) {
-        m_infoPane->showTable(item.table);
-        m_dataView->updateDataTableToShowMDBTable(item.table);
-        m_dataView->displayTextViewContent(std::nullopt);
-        updateStatusBarForTableSelection();
     } else {
+        // Nothing selected: the file page with its empty text, no table, the count of files.
         m_infoPane->showFile(nullptr);
-        m_dataView->updateDataTableToShowMDBTable(nullptr);
-        m_dataView->displayTextViewContent(std::nullopt);
         updateStatusBarForNoSelection();
-        return;
     }
-    // The list and the jump bar follow the selection (without reporting it again).
-    if (!(selectedTreeItem() == item))
-        selectItemInTree(item);
-    const bool refreshing = m_JumpBarMenuRefresh;
-    m_JumpBarMenuRefresh = true;
-    if (const JumpBarItem *location =
-            locationItem(m_jumpBarMenu.get(), m_controller.selectedFile(), m_controller.selectedTable()))
-        m_dataView->jumpBar()->setSelectedMenuItem(location);
-    m_JumpBarMenuRefresh = refreshing;
+    // The file list follows (the row the user selected there is already selected).
+    const BrowserItem row = listedSelection();
+    if (!(selectedTreeItem() == row))
+        selectItemInTree(row);
+    // The jump bar follows: a new menu tree after a choice in the list (or when the bar has
+    // none, as after a file closed), otherwise the new location in the tree it has. While a file
+    // closes its tree is left alone: it is rebuilt once the file is closed.
+    if (reason == SelectionReason::FileList ||
+        (!m_dataView->jumpBar()->menu() && reason != SelectionReason::FileClosed))
+        refreshJumpBarMenu();
+    else
+        updateJumpBarSelection();
+    updateHistoryButtons();
 }
 
 void VellumAppDelegate::showLinkedTable(TOrbMDBLinkedTable *link)
@@ -539,10 +530,11 @@ void VellumAppDelegate::ShowHiddenQueries(bool shown)
         return;
     m_controller.setShowHiddenQueries(shown);
     reloadFileList();
-    if (!m_shownEntry.isNone() && !m_fileModel->indexForItem(m_shownEntry).isValid()) {
+    const BrowserItem &shownEntry = m_controller.selection();
+    if ((shownEntry.isQuery() || shownEntry.isLinkedTable()) && !m_fileModel->indexForItem(shownEntry).isValid()) {
         // The hidden query shown has left the list: its file is shown in its place.
         TOrbMDBFile *file = m_controller.selectedFile();
-        selectionDidChange(file ? BrowserItem::ofFile(file) : BrowserItem());
+        m_controller.select(file ? BrowserItem::ofFile(file) : BrowserItem(), SelectionReason::ListChanged);
     }
 }
 
@@ -550,7 +542,6 @@ void VellumAppDelegate::refreshJumpBarMenu()
 {
     std::unique_ptr<JumpBarMenu> menu = m_controller.makeJumpBarMenu();
     GCJumpBar *bar = m_dataView->jumpBar();
-    m_JumpBarMenuRefresh = true;
     bar->clearSelection();
     bar->setMenu(menu.get());
     // The children take the new tree before the old one goes away.
@@ -558,31 +549,24 @@ void VellumAppDelegate::refreshJumpBarMenu()
     if (m_childWinManager)
         m_childWinManager->refreshChildJumpBarMenu();
     menu.reset();
-    if (m_jumpBarMenu)
-        updateJumpBarSelection();
-    m_JumpBarMenuRefresh = false;
+    updateJumpBarSelection();
 }
 
 void VellumAppDelegate::updateJumpBarSelection()
 {
-    if (const JumpBarItem *item =
-            locationItem(m_jumpBarMenu.get(), m_controller.selectedFile(), m_controller.selectedTable()))
-        m_dataView->jumpBar()->setSelectedMenuItem(item);
+    // The bar shows where the selection is (nothing when nothing is selected); showing a
+    // location is not reported back as a choice.
+    const JumpBarItem *location =
+        m_controller.selection().isNone()
+            ? nullptr
+            : locationItem(m_jumpBarMenu.get(), m_controller.selectedFile(), m_controller.selectedTable());
+    m_dataView->jumpBar()->setSelectedMenuItem(location);
 }
 
 void VellumAppDelegate::jumpBarDidSelectItemAtIndexPath(GCJumpBar *bar, const IndexPath &path)
 {
-    if (m_JumpBarMenuRefresh)
-        return;
-    const JumpBarItem *item = bar->menuItemAtIndexPath(path);
-    if (!item)
-        return;
-    const BrowserItem object = item->object;
-    selectionDidChange(object);
-    if (object.isTable() && !m_performBackForward) {
-        m_controller.history().recordVisit(object.table);
-        updateHistoryButtons();
-    }
+    if (const JumpBarItem *item = bar->menuItemAtIndexPath(path))
+        m_controller.select(item->object, SelectionReason::JumpBar);
 }
 
 void VellumAppDelegate::jumpBarWillShowSubmenuAtIndexPath(GCJumpBar *, const IndexPath &path)
@@ -619,21 +603,11 @@ void VellumAppDelegate::childWillShowSubmenu(const IndexPath &path)
     });
 }
 
-bool VellumAppDelegate::showHistoryTarget(TOrbMDBTable *target)
-{
-    m_controller.setSelectedTable(target);
-    m_performBackForward = true;
-    updateJumpBarSelection();
-    m_performBackForward = false;
-    const JumpBarItem *shown = m_dataView->jumpBar()->selectedMenuItem();
-    return shown && shown->object.table == target;
-}
-
 void VellumAppDelegate::PreviousSelectedTable()
 {
     if (!m_controller.history().backEnabled())
         return;
-    m_controller.history().goBack([this](TOrbMDBTable *target) { return showHistoryTarget(target); });
+    m_controller.goBack();
     updateHistoryButtons();
 }
 
@@ -641,7 +615,7 @@ void VellumAppDelegate::NextSelectedTable()
 {
     if (!m_controller.history().nextEnabled())
         return;
-    m_controller.history().goNext([this](TOrbMDBTable *target) { return showHistoryTarget(target); });
+    m_controller.goNext();
     updateHistoryButtons();
 }
 
@@ -679,20 +653,13 @@ void VellumAppDelegate::updateStatusBarForRecordSelection()
 void VellumAppDelegate::fileSearchTextChanged(const QString &text)
 {
     m_controller.setFileSearchText(text.toStdString());
-    const BrowserItem remembered = selectedTreeItem();
-    m_ignoreTreeSelection = true;
     m_fileModel->reload();
     if (m_controller.useFileFilter())
         for (TOrbMDBFile *file : m_controller.fileEntities())
             if (m_controller.isOpen(file))
                 expandFile(file);
-    m_dataView->updateDataTableToShowMDBTable(m_controller.selectedTable());
-    const JumpBarItem *shown = m_dataView->jumpBar()->selectedMenuItem();
-    if (!remembered.isNone() && m_fileModel->indexForItem(remembered).isValid() && shown && shown->object == remembered)
-        selectItemInTree(remembered, false);
-    else
-        m_fileTree->selectionModel()->clearSelection();
-    m_ignoreTreeSelection = false;
+    // The selection's row when the filter lets it through; the panes keep showing it either way.
+    selectItemInTree(listedSelection(), false);
     if (!m_controller.selectedTable()) {
         m_controller.history().enableBackForSingleEntry();
         updateHistoryButtons();
@@ -772,20 +739,8 @@ void VellumAppDelegate::refreshRecentFiles()
     }
     const bool showDropHint = m_controller.refreshRecentFiles();
     m_fileTree->setDropHintVisible(showDropHint);
-    reloadFileList();
-    const BrowserItem selected = selectedTreeItem();
-    if (!selected.isNone() && !m_controller.selectedFile()) {
-        m_ignoreTreeSelection = true;
-        m_fileTree->selectionModel()->clearSelection();
-        m_ignoreTreeSelection = false;
-    }
-    if (m_controller.selectedTable())
-        selectItemInTree(BrowserItem::ofTable(m_controller.selectedTable()));
-    else if (!m_shownEntry.isNone() && m_fileModel->indexForItem(m_shownEntry).isValid())
-        selectItemInTree(m_shownEntry);
-    else if (m_controller.selectedFile())
-        selectItemInTree(BrowserItem::ofFile(m_controller.selectedFile()));
-    else if (const QModelIndexList rows = m_fileTree->selectionModel()->selectedRows(); !rows.isEmpty())
+    reloadFileList(); // the list shows the selection's row, if listed
+    if (const QModelIndexList rows = m_fileTree->selectionModel()->selectedRows(); !rows.isEmpty())
         m_fileTree->scrollTo(rows.first());
     refreshJumpBarMenu();
 }
@@ -886,6 +841,10 @@ void VellumAppDelegate::openPathsInTurn(QStringList paths, bool alertAsPanel)
         paths.removeFirst(); // other files are skipped without a message
     if (paths.isEmpty()) {
         refreshRecentFiles();
+        // With nothing selected (an open failed) the status counts the files listed now, the
+        // failed entry gone.
+        if (m_controller.selection().isNone())
+            updateStatusBarForNoSelection();
         deselectAllForToolbarItems();
         emit openFinished();
         return;
@@ -903,11 +862,9 @@ void VellumAppDelegate::openPathsInTurn(QStringList paths, bool alertAsPanel)
             m_fileTree->setDropHintVisible(false);
             reloadFileList();
             expandFile(file);
-            const QModelIndex index = m_fileModel->indexForFile(file);
-            m_fileTree->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
-            m_fileTree->scrollTo(index);
+            m_controller.select(BrowserItem::ofFile(file), SelectionReason::FileOpened);
         } else if (result == LoadResult::Failed) {
-            m_controller.clearSelection();
+            m_controller.clearSelection(SelectionReason::OpenFailed);
             popFileOpenAlert(QFileInfo(path).fileName(), file ? file->openFailure() : OpenFailure::Other);
         }
         // The next path after the loader's own bookkeeping is done.
@@ -926,8 +883,10 @@ void VellumAppDelegate::OpenSelectedFile(TOrbMDBFile *file)
             m_controller.noteRecentDocument(file);
             refreshRecentFiles();
             expandFile(file);
-            if (!m_fileTree->selectionModel()->hasSelection())
-                selectItemInTree(BrowserItem::ofFile(file));
+            // Selected when nothing else is, shown afresh when it was selected while closed.
+            const BrowserItem &selected = m_controller.selection();
+            if (selected.isNone() || selected == BrowserItem::ofFile(file))
+                m_controller.select(BrowserItem::ofFile(file), SelectionReason::FileOpened);
             updateStatusBarForFileSelection();
         }
         emit openFinished();
@@ -941,17 +900,6 @@ void VellumAppDelegate::closeFile(TOrbMDBFile *file)
 
 void VellumAppDelegate::fileWillClose(TOrbMDBFile *file)
 {
-    const TOrbMDBFile *entryFile = m_shownEntry.isLinkedTable() ? m_shownEntry.linkedTable->file()
-                                   : m_shownEntry.isQuery()     ? m_shownEntry.query->file()
-                                                                : nullptr;
-    if (entryFile == file) {
-        // The linked table or query shown goes with its file.
-        ++m_entryGeneration;
-        m_shownEntry = {};
-        m_dataView->updateDataTableToShowMDBTable(nullptr);
-        m_dataView->displayTextViewContent(std::nullopt);
-        m_infoPane->showFile(m_controller.selectedFile());
-    }
     updateHistoryButtons(); // the file's tables have left the history
     if (m_childWinManager)
         m_childWinManager->closeChildrenForFile(file);
@@ -961,30 +909,15 @@ void VellumAppDelegate::fileWillClose(TOrbMDBFile *file)
         m_dataView->updateDataTableToShowMDBTable(nullptr);
 }
 
-void VellumAppDelegate::selectedTableCleared()
-{
-    m_dataView->updateDataTableToShowMDBTable(nullptr);
-    m_dataView->displayTextViewContent(std::nullopt);
-    m_infoPane->showFile(m_controller.selectedFile());
-}
-
 void VellumAppDelegate::CloseSelectedFile(TOrbMDBFile *file)
 {
     if (!file || busy())
         return;
-    const bool wasSelected = file == m_controller.selectedFile();
-    BrowserItem keep = selectedTreeItem();
-    if (wasSelected) {
-        m_controller.clearSelection();
-        m_dataView->updateDataTableToShowMDBTable(nullptr);
-        m_dataView->displayTextViewContent(std::nullopt);
-        m_infoPane->showFile(nullptr);
-        keep = BrowserItem();
-    }
+    if (file == m_controller.selectedFile())
+        m_controller.clearSelection(SelectionReason::FileClosed); // no row stays selected
     closeFile(file);
-    reloadFileList();
+    reloadFileList(); // another selected row is found again wherever it moved
     refreshJumpBarMenu();
-    selectItemInTree(keep, false);
     updateStatusBarForFileSelection();
 }
 
@@ -992,16 +925,10 @@ void VellumAppDelegate::RemoveSelectedFile(TOrbMDBFile *file)
 {
     if (!file || busy())
         return;
-    if (file == m_controller.selectedFile()) {
-        m_controller.clearSelection();
-        m_dataView->updateDataTableToShowMDBTable(nullptr);
-        m_dataView->displayTextViewContent(std::nullopt);
-        m_infoPane->showFile(nullptr);
-    }
-    m_ignoreTreeSelection = true;
+    if (file == m_controller.selectedFile())
+        m_controller.clearSelection(SelectionReason::FileClosed);
     m_controller.removeFile(file);
     m_fileModel->reload();
-    m_ignoreTreeSelection = false;
     refreshRecentFiles();
     updateStatusBarForNoSelection();
 }
@@ -1010,10 +937,8 @@ void VellumAppDelegate::RemoveOtherFiles(TOrbMDBFile *file)
 {
     if (!file || busy())
         return;
-    m_ignoreTreeSelection = true;
     m_controller.removeOtherFiles(file);
     m_fileModel->reload();
-    m_ignoreTreeSelection = false;
     refreshRecentFiles();
     updateStatusBarForFileSelection();
 }
@@ -1022,13 +947,8 @@ void VellumAppDelegate::clearRecentDocuments()
 {
     if (busy())
         return;
-    m_ignoreTreeSelection = true;
-    m_controller.clearRecentDocuments();
-    m_dataView->updateDataTableToShowMDBTable(nullptr);
-    m_dataView->displayTextViewContent(std::nullopt);
-    m_infoPane->showFile(nullptr);
+    m_controller.clearRecentDocuments(); // the views show nothing selected
     m_fileModel->reload();
-    m_ignoreTreeSelection = false;
     refreshJumpBarMenu();
     updateStatusBarForFileSelection();
     m_fileTree->setDropHintVisible(true);
@@ -1183,7 +1103,6 @@ void VellumAppDelegate::closeEvent(QCloseEvent *event)
     m_dataView->jumpBar()->setMenu(nullptr);
     m_jumpBarMenu.reset();
     m_dataView->updateDataTableToShowMDBTable(nullptr);
-    m_ignoreTreeSelection = true;
     m_controller.closeAll();
     m_fileModel->reload();
     event->accept();

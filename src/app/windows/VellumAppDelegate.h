@@ -124,12 +124,13 @@ public:
     /// Puts the focus into the data search field.
     void Find();
 
-    /// The one entry point that changes what is shown: a file, a table or nothing.
+    /// Selects an item as a command of the window (not a visit): every view then shows it.
     void selectionDidChange(BrowserItem item);
     /// Brings the list into line with the desktop's list (later, while a file loads or an
     /// export runs).
     void refreshRecentFiles();
     void refreshJumpBarMenu();
+    /// Shows the selection's location in the jump bar (nothing when nothing is selected).
     void updateJumpBarSelection();
     void updateStatusBarForNoSelection();
     void updateStatusBarForFileSelection();
@@ -167,7 +168,9 @@ protected:
 private:
     // BrowserListener
     void fileWillClose(TOrbMDBFile *file) override;
-    void selectedTableCleared() override;
+    /// The one place that shows a selection: the information pane, the grid, the text view,
+    /// the status, the file list's row, the jump bar and Back/Next follow the controller.
+    void selectionChanged(const BrowserItem &item, SelectionReason reason) override;
     // JumpBarDelegate
     void jumpBarDidSelectItemAtIndexPath(GCJumpBar *bar, const IndexPath &path) override;
     void jumpBarWillShowSubmenuAtIndexPath(GCJumpBar *bar, const IndexPath &path) override;
@@ -178,14 +181,11 @@ private:
     void setPaneFlag(int flag, bool shown);
     void updateToggleTitles();
 
+    /// The user selected a row (or none) in the file list.
     void onTreeSelectionChanged();
-    void OnSingleClickfileTree(const QModelIndex &index);
     void OnDoubleClickFileTree(const QModelIndex &index);
     /// Enables Back and Next (toolbar and menu) as the history says.
     void updateHistoryButtons();
-    /// Back/Next's selection step: shows the target through the jump bar (not recorded as a
-    /// visit) and answers whether the bar now represents it.
-    bool showHistoryTarget(TOrbMDBTable *target);
     void onFileTreeContextMenu(const QPoint &pos);
     void fileSearchTextChanged(const QString &text);
     void dataSearchTextChanged(const QString &text);
@@ -194,6 +194,8 @@ private:
     void reloadFileList();
     void selectItemInTree(const BrowserItem &item, bool scroll = true);
     BrowserItem selectedTreeItem() const;
+    /// The controller's selection when the file list has a row for it, else none.
+    BrowserItem listedSelection() const;
     /// The target of a file-list command: the right-clicked row, else the selected row.
     BrowserItem commandTarget() const;
     void expandFile(const TOrbMDBFile *file);
@@ -235,17 +237,12 @@ private:
     ChildWindowManager *m_childWinManager = nullptr;
     QPointer<ExportWizard> m_wizard;
     std::unique_ptr<JumpBarMenu> m_jumpBarMenu;
-    bool m_JumpBarMenuRefresh = false;
-    bool m_performBackForward = false;
-    bool m_ignoreTreeSelection = false;
     bool m_refreshPending = false;
     bool m_closeWhenIdle = false;
     bool m_quitting = false;
     std::optional<BrowserItem> m_rightClicked;
-    /// The linked table or query the pane shows (none otherwise).
-    BrowserItem m_shownEntry;
-    /// Raised at every selection change and when the shown entry's file closes, so that a
-    /// linked table's target that finishes opening later is shown only if still wanted.
+    /// Raised at every selection change, so that a linked table's target that finishes opening
+    /// later is shown only if still wanted.
     std::uint64_t m_entryGeneration = 0;
     std::vector<std::unique_ptr<TOrbMDBFile>> m_linkTargets;
 
