@@ -409,7 +409,8 @@ TextTableOutcome writeTextTable(const TOrbMDBTable &table, const TextExportSetti
     // Rows.
     const EncodedPiece recordOpen = constant(formatObjects("<RECORD>%@", {settings.recordDelimiter}));
     const EncodedPiece recordClose = constant("</RECORD>");
-    const LosslessValueStyle style{settings.decimalSymbol, settings.bytes};
+    // An empty decimal symbol would join the integer and fraction digits: lossless keeps ".".
+    const LosslessValueStyle style{settings.decimalSymbol.empty() ? "." : settings.decimalSymbol, settings.bytes};
     const std::size_t rowCount = table.rowCount();
     std::string value, field;
     std::vector<CellValue> cells;

@@ -315,6 +315,14 @@ TEST(TextFileExport, LosslessDelimitedText)
          "\"a\"\"b,c\",true,7,\"12,3400\",\"0,1\",\"2003-01-02T04:05:06\",\"1999-12-31T23:59:59.1234567\","
          "\"{01234567-89AB-CDEF-0123-456789ABCDEF}\",\"Af8=\",\"AQID\"\n"
          ",false,,,,,,,,\n"},
+        {"an empty decimal symbol keeps the point", ExportFileType::CSV,
+         [](ExportOptions &o) {
+             o.decimalSymbol = "";
+             o.includeColumnHeader = false;
+         },
+         "\"a\"\"b,c\",true,7,12.3400,0.1,\"2003-01-02T04:05:06\",\"1999-12-31T23:59:59.1234567\","
+         "\"{01234567-89AB-CDEF-0123-456789ABCDEF}\",\"Af8=\",\"AQID\"\n"
+         ",false,,,,,,,,\n"},
         {"txt with byte-order mark", ExportFileType::TXT,
          [](ExportOptions &o) {
              o.byteOrderMark = true;
