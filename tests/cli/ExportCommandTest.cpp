@@ -148,6 +148,14 @@ TEST(VellumCliExport, TextIsLosslessUnlessClassicIsAsked)
         EXPECT_EQ(test::fileContents(out + "/AllTypes.csv"), test::fileContents(fixturePath(c.golden))) << c.golden;
     }
 
+    // A character the encoding lacks is an approximation: counted per value, status 3.
+    const auto latin1 = runTool("vellum-cli", {"export", db, dir.file("latin1"), "--format", "csv", "--table",
+                                               "AllTypes", "--encoding", "ISO-8859-1"});
+    EXPECT_EQ(latin1.exitStatus, 3) << latin1.err;
+    EXPECT_EQ(latin1.out, "Export finished.\n1 table exported successfully.\n<AllTypes> Warning: 4 values "
+                          "approximated: texts with characters the chosen encoding cannot represent, written as "
+                          "\"?\"\n");
+
     // The delimited-text options: a byte-order mark, every value quoted, NULL as a marker.
     const std::string out = dir.file("options");
     const auto result = runTool("vellum-cli", {"export", db, out, "--format", "txt", "--table", "AllTypes", "--bom",
