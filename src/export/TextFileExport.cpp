@@ -130,6 +130,9 @@ std::string substitutionText(std::size_t count)
 constexpr const char *kSubstitutedApproximation =
     "texts with characters the chosen encoding cannot represent, written as \"?\"";
 
+/// How the report names complex cells written as their id.
+constexpr const char *kComplexIdApproximation = "complex values that could not be read, written as their stored id";
+
 struct EncodedPiece {
     std::string bytes;
     std::size_t substituted = 0;
@@ -421,6 +424,8 @@ TextTableOutcome writeTextTable(const TOrbMDBTable &table, const TextExportSetti
         for (std::size_t c = 0; c < columnCount && !stopped(); ++c) {
             const CellValue &cell = cells[c];
             const std::size_t before = writer.substituted();
+            if (settings.lossless && forms[c] == LosslessTextForm::Complex && cell.isText() && !cell.isComplex())
+                ++outcome.complexIdsOnly;
             if (losslessXml) {
                 const XmlColumnTags &tags = xmlTags[c];
                 writer.writeEncoded(tags.openStart.bytes, 0);
@@ -509,6 +514,8 @@ void exportTextFileThread(ExportJob &job)
             job.logFailure(entry.tableName, kExportReasonUnableToWriteFile);
         } else {
             job.addSuccess();
+            if (outcome.complexIdsOnly)
+                job.countApproximation(entry.tableName, kComplexIdApproximation, outcome.complexIdsOnly);
             if (settings.lossless && outcome.substitutedFields)
                 job.countApproximation(entry.tableName, kSubstitutedApproximation, outcome.substitutedFields);
             else if (!settings.lossless && outcome.substitutedCharacters)

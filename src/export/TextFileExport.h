@@ -64,6 +64,8 @@ struct TextTableOutcome {
     std::size_t substitutedCharacters = 0;
     /// Fields (names and values) that hold at least one of those characters.
     std::size_t substitutedFields = 0;
+    /// Lossless: complex cells whose values could not be read, written as the id they store.
+    std::size_t complexIdsOnly = 0;
 };
 
 /// Writes one table as delimited text or XML to a sink, converting every piece to the target

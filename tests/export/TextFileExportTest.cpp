@@ -416,6 +416,22 @@ TEST(TextFileExport, LosslessComplexColumns)
               "</RECORDS>\n");
 }
 
+TEST(TextFileExport, LosslessCountsComplexCellsWithoutValues)
+{
+    // A complex column whose values could not be read: its cells hold only the stored id.
+    const auto table = makeTable("T", {{"Tags", "Complex Value auto number"}}, {{"7"}, {std::nullopt}});
+    for (const ExportFileType kind : {ExportFileType::CSV, ExportFileType::XML}) {
+        TextTableOutcome outcome;
+        const std::string text =
+            writeToString(*table, settingsFor(kind, [](ExportOptions &o) { o.lossless = true; }), &outcome);
+        EXPECT_EQ(outcome.complexIdsOnly, 1u) << text;
+        EXPECT_NE(text.find(kind == ExportFileType::XML ? "<Tags>7</Tags>" : "\"7\"\n"), std::string::npos) << text;
+    }
+    TextTableOutcome classic;
+    writeToString(*table, settingsFor(ExportFileType::CSV), &classic);
+    EXPECT_EQ(classic.complexIdsOnly, 0u);
+}
+
 TEST(TextFileExport, LosslessXmlNamesEscapingAndNulls)
 {
     const auto table = makeTable(

@@ -290,7 +290,8 @@ bool oleMatches(const nlohmann::json &cell, const nlohmann::json &truth, bool xm
 
 // ---- writing ----
 
-std::string writeExport(const TOrbMDBTable &table, ExportFileType kind, const std::string &path)
+std::string writeExport(const TOrbMDBTable &table, ExportFileType kind, const std::string &path,
+                        std::size_t *complexIdsOnly = nullptr)
 {
     ExportOptions options = ExportOptions::defaultsFor(kind, false);
     options.lossless = true;
@@ -303,6 +304,8 @@ std::string writeExport(const TOrbMDBTable &table, ExportFileType kind, const st
     const TextTableOutcome outcome = writeTextTable(table, settings, file, stop);
     if (outcome.result != TextTableResult::Completed || !file.close())
         return "writing " + path + " failed";
+    if (complexIdsOnly)
+        *complexIdsOnly += outcome.complexIdsOnly;
     return {};
 }
 
@@ -409,6 +412,7 @@ TEST(TextLossless, CorpusTablesReadBackAsTheTruth)
     std::vector<Loaded> loaded;
     std::vector<std::pair<std::string, std::string>> exports;
     std::size_t damagedSkipped = 0;
+    std::size_t complexIdsOnly = 0; // counted by the writer as approximations
     for (const auto &entry : std::filesystem::directory_iterator(test::sharedPath("corpus")))
         damagedSkipped += entry.path().filename().string().rfind("damaged_", 0) == 0 ? 1 : 0;
     std::vector<std::filesystem::path> truthPaths;
@@ -441,7 +445,7 @@ TEST(TextLossless, CorpusTablesReadBackAsTheTruth)
             }
             for (const ExportFileType kind : {ExportFileType::CSV, ExportFileType::XML}) {
                 const std::string out = dir.file(std::to_string(f) + "_" + std::to_string(t) + "." + kindName(kind));
-                const std::string error = writeExport(*table, kind, out);
+                const std::string error = writeExport(*table, kind, out, &complexIdsOnly);
                 ASSERT_TRUE(error.empty()) << fileName << ": " << error;
                 exports.emplace_back(kindName(kind), out);
             }
@@ -561,6 +565,10 @@ TEST(TextLossless, CorpusTablesReadBackAsTheTruth)
                 unsupportedComplexCells / 2);
     EXPECT_GT(tally.files, 90u);
     EXPECT_EQ(tally.differences, 0u);
+    // The one documented approximation: the cells of a complex column of a kind Vellum does not
+    // read are written as their id, and counted.
+    EXPECT_EQ(complexIdsOnly, unsupportedComplexCells);
+    EXPECT_EQ(unsupportedComplexCells, 6u) << "three cells, in CSV and XML";
 }
 
 TEST(TextLossless, FixtureTablesReadBackAsTheModelReadsThem)
