@@ -222,13 +222,13 @@ void appendTextValue(std::string &out, std::string_view value, TextValueClass va
 
 namespace {
 
-/// The pieces of one column of lossless XML: its element name and the start of its open tag
-/// ("\t<NAME" with the original name as an attribute when the element name differs).
+/// The encoded pieces of one column of lossless XML: the start of its open tag ("\t<NAME",
+/// with the original name as an attribute when the element name differs), its close tag with
+/// the line end, and the end of an empty NULL element.
 struct XmlColumnTags {
     EncodedPiece openStart;
     EncodedPiece close;
     EncodedPiece empty;
-    EncodedPiece base64Open;
 };
 
 /// Writes one lossless delimited field (not the delimiter).
@@ -280,8 +280,8 @@ void writeClassicField(PieceWriter &writer, const CellValue &cell, TextValueClas
     }
 }
 
-/// Appends one text as XML content of an element whose open tag is `openStart` + attributes:
-/// escaped text, or base64 of its bytes with encoding="base64" when XML cannot hold it.
+/// Appends an element `name` with `attributes` holding one text: escaped, or base64 of its
+/// bytes with encoding="base64" when XML cannot hold it.
 void appendXmlItem(std::string &out, std::string_view name, std::string_view attributes, std::string_view text)
 {
     out += '<';
@@ -375,8 +375,7 @@ TextTableOutcome writeTextTable(const TOrbMDBTable &table, const TextExportSetti
                 openStart += '"';
             }
             xmlTags.push_back({xmlConstant(openStart), xmlConstant("</" + element + ">" + settings.recordDelimiter),
-                               xmlConstant(" null=\"true\"/>" + settings.recordDelimiter),
-                               xmlConstant(" encoding=\"base64\">")});
+                               xmlConstant(" null=\"true\"/>" + settings.recordDelimiter)});
         } else if (settings.xml) {
             openTags.push_back(constant(formatObjects("\t<%@>", {column->name()})));
             closeTags.push_back(constant(formatObjects("</%@>%@", {column->name(), settings.recordDelimiter})));
