@@ -3,6 +3,7 @@
 #include "export/ExportFileType.h"
 #include "export/ExportOptions.h"
 #include "export/ExportSink.h"
+#include "export/losslessText.h"
 
 #include <atomic>
 #include <cstdint>
@@ -30,6 +31,17 @@ struct TextExportSettings {
     std::string decimalSymbol = ".";
     bool includeHeader = true; ///< delimited text only
     std::uint64_t encoding = 4;
+    /// Lossless output: ISO dates, "true"/"false", bytes as base64 or hex, complex values in
+    /// full, and for XML a declared encoding, valid element names and escaped values.
+    bool lossless = false;
+    /// Delimited text: written (unquoted) for a NULL field; empty = an empty field.
+    std::string nullMarker;
+    /// Lossless delimited text: how bytes are written.
+    LosslessBytes bytes = LosslessBytes::Base64;
+    /// Delimited text in UTF-8: the file begins with a byte-order mark.
+    bool byteOrderMark = false;
+    /// Delimited text: every non-NULL field in quotes.
+    bool quoteAllFields = false;
 
     /// The settings of a kind (CSV, TXT or XML) from the wizard's option values.
     static TextExportSettings fromOptions(ExportFileType kind, const ExportOptions &options);
@@ -50,10 +62,15 @@ struct TextTableOutcome {
     TextTableResult result = TextTableResult::Completed;
     /// Characters written as "?" because the encoding cannot represent them.
     std::size_t substitutedCharacters = 0;
+    /// Fields (names and values) that hold at least one of those characters.
+    std::size_t substitutedFields = 0;
+    /// Lossless: complex cells whose values could not be read, written as the id they store.
+    std::size_t complexIdsOnly = 0;
 };
 
 /// Writes one table as delimited text or XML to a sink, converting every piece to the target
-/// encoding. Polls `stop` between rows and between fields; on stop it still closes the open
+/// encoding (lossless XML writes a character the encoding cannot hold as a character
+/// reference). Polls `stop` between rows and between fields; on stop it still closes the open
 /// record and, for XML, the document. `rowProgress` (may be empty) gets (rows done, row count).
 TextTableOutcome writeTextTable(const TOrbMDBTable &table, const TextExportSettings &settings, ExportSink &sink,
                                 const std::atomic<bool> &stop,

@@ -128,6 +128,16 @@ bool validateSql(const ExportOptions &options, std::string &error)
     return true;
 }
 
+bool validateDelimitedText(const ExportOptions &options, std::string &error)
+{
+    // A byte-order mark is a UTF-8 one; in another encoding it would be a wrong first character.
+    if (options.byteOrderMark && options.encoding != kStringEncodingUTF8) {
+        error = "--bom applies to --encoding UTF-8 only";
+        return false;
+    }
+    return true;
+}
+
 std::int64_t dialectValue(ServerType type)
 {
     return serverTypeValue(type);
@@ -167,13 +177,15 @@ const std::vector<ExportKindInfo> &kindTable()
          .extension = "csv",
          .title = "Export CSV",
          .summary = "comma-separated text, one file per table",
-         .routine = exportTextFileThread},
+         .routine = exportTextFileThread,
+         .validate = validateDelimitedText},
         {.kind = kTxt,
          .name = "txt",
          .extension = "txt",
          .title = "Export TXT",
          .summary = "delimited text (tab by default), one file per table",
-         .routine = exportTextFileThread},
+         .routine = exportTextFileThread,
+         .validate = validateDelimitedText},
         {.kind = kXml,
          .name = "xml",
          .extension = "xml",

@@ -79,16 +79,30 @@ TEST(VellumCliComplex, ExtractWritesEachAttachmentUnderItsRowAndName)
     }
 }
 
-TEST(VellumCliComplex, TextExportsWriteTheStoredId)
+TEST(VellumCliComplex, TextExportsWriteTheStoredIdOrTheValues)
 {
     test::TempDir dir;
     const std::string out = dir.file("csv");
     const auto result =
-        runTool("vellum-cli", {"export", fixturePath(kFile), out, "--format", "csv", "--table", "Table1"});
+        runTool("vellum-cli", {"export", fixturePath(kFile), out, "--format", "csv", "--table", "Table1", "--classic"});
     ASSERT_EQ(result.exitStatus, 0) << result.err;
     const std::string csv = readFile(out + "/Table1.csv");
-    // Each complex column writes the id its cell stores, as the SQL writers do.
+    // Classic: each complex column writes the id its cell stores, as the SQL writers do.
     EXPECT_NE(csv.find("\"row2\",2,\"row2-memo\",\"row2-memo\",2,2\n"), std::string::npos) << csv;
+
+    // Lossless: the values themselves, as JSON arrays.
+    const std::string lossless = dir.file("lossless");
+    const auto full =
+        runTool("vellum-cli", {"export", fixturePath(kFile), lossless, "--format", "csv", "--table", "Table1"});
+    ASSERT_EQ(full.exitStatus, 0) << full.err;
+    const std::string text = readFile(lossless + "/Table1.csv");
+    EXPECT_NE(
+        text.find(
+            ",\"[\"\"value1\"\",\"\"value4\"\"]\",\"[{\"\"name\"\":\"\"test_data.txt\"\",\"\"type\"\":\"\"txt\"\","
+            "\"\"base64\"\":\""),
+        std::string::npos)
+        << text;
+    EXPECT_EQ(text.find(",2,2\n"), std::string::npos) << text;
 }
 
 } // namespace

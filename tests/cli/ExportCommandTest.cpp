@@ -54,6 +54,9 @@ TEST(VellumCliExport, RefusesBadArgumentsBeforeWritingAnything)
         {{"export", db, out, "--format", "csv", "--encoding", "KLINGON"}, 2, "unknown encoding 'KLINGON'"},
         {{"export", db, out, "--format", "xml", "--no-header"}, 2, "--no-header does not apply to --format xml"},
         {{"export", db, out, "--format", "csv", "--bogus"}, 2, "unknown option '--bogus'"},
+        {{"export", db, out, "--format", "csv", "--bom", "--encoding", "ISO-8859-1"},
+         2,
+         "--bom applies to --encoding UTF-8 only"},
         {{"export", db, plainFile, "--format", "csv"}, 2, "is a file"},
         {{"export", fixturePath("missing.mdb"), out, "--format", "csv"}, 1, "cannot be opened"},
     };
@@ -106,8 +109,9 @@ TEST(VellumCliExport, WritesIntoANewFolderAndPrintsTheReport)
 {
     TempDir dir;
     const std::string out = dir.file("new/nested");
-    const auto result = runTool("vellum-cli", {"export", fixturePath("features.mdb"), out, "--format", "txt", "--table",
-                                               "AllTypes", "--delimiter", "semicolon", "--record-delimiter", "crlf"});
+    const auto result =
+        runTool("vellum-cli", {"export", fixturePath("features.mdb"), out, "--format", "txt", "--table", "AllTypes",
+                               "--delimiter", "semicolon", "--record-delimiter", "crlf", "--classic"});
     ASSERT_EQ(result.exitStatus, 0) << result.err;
     EXPECT_EQ(result.out, "Export finished.\n1 table exported successfully.\n");
     EXPECT_EQ(test::fileContents(out + "/AllTypes.txt"),
@@ -115,12 +119,52 @@ TEST(VellumCliExport, WritesIntoANewFolderAndPrintsTheReport)
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(out), std::filesystem::directory_iterator()), 1);
 
     // Every table of the file without --table; --decimal overrides the delimiter's symbol.
-    const auto all = runTool(
-        "vellum-cli", {"export", fixturePath("features.mdb"), dir.file("all"), "--format", "xml", "--decimal", "<d>"});
+    const auto all = runTool("vellum-cli", {"export", fixturePath("features.mdb"), dir.file("all"), "--format", "xml",
+                                            "--decimal", "<d>", "--classic"});
     ASSERT_EQ(all.exitStatus, 0) << all.err;
     EXPECT_EQ(all.out, "Export finished.\n14 tables exported successfully.\n");
     EXPECT_NE(test::fileContents(dir.file("all/AllTypes.xml")).find("<ColDouble>2<d>718281828459045</ColDouble>"),
               std::string::npos);
+}
+
+TEST(VellumCliExport, TextIsLosslessUnlessClassicIsAsked)
+{
+    TempDir dir;
+    const std::string db = fixturePath("features.mdb");
+    struct Case {
+        std::vector<std::string> flags;
+        const char *golden;
+    };
+    const Case cases[] = {
+        {{}, "export-golden/lossless-csv/AllTypes.csv"},
+        {{"--classic"}, "export-golden/csv/AllTypes.csv"},
+    };
+    for (const Case &c : cases) {
+        const std::string out = dir.file(c.golden);
+        std::vector<std::string> args = {"export", db, out, "--format", "csv", "--table", "AllTypes"};
+        args.insert(args.end(), c.flags.begin(), c.flags.end());
+        const auto result = runTool("vellum-cli", args);
+        ASSERT_EQ(result.exitStatus, 0) << result.err;
+        EXPECT_EQ(test::fileContents(out + "/AllTypes.csv"), test::fileContents(fixturePath(c.golden))) << c.golden;
+    }
+
+    // A character the encoding lacks is an approximation: counted per value, status 3.
+    const auto latin1 = runTool("vellum-cli", {"export", db, dir.file("latin1"), "--format", "csv", "--table",
+                                               "AllTypes", "--encoding", "ISO-8859-1"});
+    EXPECT_EQ(latin1.exitStatus, 3) << latin1.err;
+    EXPECT_EQ(latin1.out, "Export finished.\n1 table exported successfully.\n<AllTypes> Warning: 4 values "
+                          "approximated: texts with characters the chosen encoding cannot represent, written as "
+                          "\"?\"\n");
+
+    // The delimited-text options: a byte-order mark, every value quoted, NULL as a marker.
+    const std::string out = dir.file("options");
+    const auto result = runTool("vellum-cli", {"export", db, out, "--format", "txt", "--table", "AllTypes", "--bom",
+                                               "--quote-all", "--null", "\\N", "--no-header"});
+    ASSERT_EQ(result.exitStatus, 0) << result.err;
+    const std::string text = test::fileContents(out + "/AllTypes.txt");
+    EXPECT_EQ(text.substr(0, 3), "\xEF\xBB\xBF");
+    EXPECT_EQ(text.substr(3, text.find('\n') - 2),
+              "\"1\"\t\"false\"\t\\N\t\\N\t\\N\t\\N\t\\N\t\\N\t\\N\t\\N\t\\N\t\\N\t\\N\t\\N\t\\N\t\\N\n");
 }
 
 TEST(VellumCliExport, AFileThatCannotBeCreatedIsALossWithStatusThree)

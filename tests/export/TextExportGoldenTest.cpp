@@ -1,5 +1,5 @@
-// Whole delimited text and XML files of the fixture database, compared byte for byte with the
-// reviewed files in tests/data/export-golden.
+// Whole delimited text and XML files of the fixture database, classic and lossless, compared
+// byte for byte with the reviewed files in tests/data/export-golden.
 
 #include "export/ExportJob.h"
 #include "support/FileContents.h"
@@ -38,6 +38,14 @@ TEST(TextExportGolden, FixtureTablesInEveryKind)
          ExportFileType::CSV,
          {"AllTypes", "\u00dcn\u00efcode \u8868"},
          [](ExportOptions &o) { o.encoding = 5; }},
+        {"lossless-csv",
+         ExportFileType::CSV,
+         {"AllTypes", "Quote\"Table"},
+         [](ExportOptions &o) { o.lossless = true; }},
+        {"lossless-xml",
+         ExportFileType::XML,
+         {"AllTypes", "Quote\"Table"},
+         [](ExportOptions &o) { o.lossless = true; }},
     };
     for (const Case &c : cases) {
         test::TempDir dir;

@@ -1,6 +1,7 @@
 #include "export/TextFileExport.h"
 
 #include "ExportTestTables.h"
+#include "support/complexTables.h"
 #include "util/stringEncodings.h"
 
 #include <gtest/gtest.h>
@@ -236,6 +237,275 @@ TEST(TextFileExport, QuotingHelpers)
     std::string out;
     appendWithDecimalSymbol(out, "1.2.3", ",");
     EXPECT_EQ(out, "1,2,3");
+}
+
+/// A table with a value of every simple type in row 1 and NULLs (and a false) in row 2.
+std::unique_ptr<TOrbMDBTable> everyTypeTable()
+{
+    return makeTable("T",
+                     {{"Name", "Text"},
+                      {"Flag", "Boolean"},
+                      {"N", "Long Integer"},
+                      {"Amount", "Currency"},
+                      {"D", "Double"},
+                      {"When", "DateTime"},
+                      {"Ext", "Date/Time Extended"},
+                      {"G", "Replication ID"},
+                      {"Bin", "Binary"},
+                      {"Pic", "OLE"}},
+                     {{"a\"b,c", "1", "7", "12.3400", "0.1", "01/02/2003 04:05:06", "12/31/1999 23:59:59.1234567",
+                       "{01234567-89AB-CDEF-0123-456789ABCDEF}", "\x01\xFF", TestCell::blob()},
+                      {std::nullopt, "0", std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt,
+                       std::nullopt, std::nullopt, std::nullopt}});
+}
+
+TEST(TextFileExport, LosslessDelimitedText)
+{
+    const auto table = everyTypeTable();
+    const std::string header = "\"Name\",\"Flag\",\"N\",\"Amount\",\"D\",\"When\",\"Ext\",\"G\",\"Bin\",\"Pic\"\n";
+    struct Case {
+        const char *name;
+        ExportFileType kind;
+        void (*adjust)(ExportOptions &);
+        std::string expected;
+    };
+    const Case cases[] = {
+        {"csv defaults", ExportFileType::CSV, nullptr,
+         header + "\"a\"\"b,c\",true,7,12.3400,0.1,\"2003-01-02T04:05:06\",\"1999-12-31T23:59:59.1234567\","
+                  "\"{01234567-89AB-CDEF-0123-456789ABCDEF}\",\"Af8=\",\"AQID\"\n"
+                  ",false,,,,,,,,\n"},
+        {"NULL marker: unquoted, and a value equal to it quoted", ExportFileType::CSV,
+         [](ExportOptions &o) {
+             o.nullMarker = "7";
+             o.includeColumnHeader = false;
+         },
+         "\"a\"\"b,c\",true,\"7\",12.3400,0.1,\"2003-01-02T04:05:06\",\"1999-12-31T23:59:59.1234567\","
+         "\"{01234567-89AB-CDEF-0123-456789ABCDEF}\",\"Af8=\",\"AQID\"\n"
+         "7,false,7,7,7,7,7,7,7,7\n"},
+        {"quote all: every value, NULL stays unquoted", ExportFileType::CSV,
+         [](ExportOptions &o) {
+             o.quoteAllFields = true;
+             o.nullMarker = "\\N";
+             o.includeColumnHeader = false;
+         },
+         "\"a\"\"b,c\",\"true\",\"7\",\"12.3400\",\"0.1\",\"2003-01-02T04:05:06\",\"1999-12-31T23:59:59.1234567\","
+         "\"{01234567-89AB-CDEF-0123-456789ABCDEF}\",\"Af8=\",\"AQID\"\n"
+         "\\N,\"false\",\\N,\\N,\\N,\\N,\\N,\\N,\\N,\\N\n"},
+        {"hex bytes", ExportFileType::CSV,
+         [](ExportOptions &o) {
+             o.binaryEncodingTag = kBinaryEncodingHex;
+             o.includeColumnHeader = false;
+         },
+         "\"a\"\"b,c\",true,7,12.3400,0.1,\"2003-01-02T04:05:06\",\"1999-12-31T23:59:59.1234567\","
+         "\"{01234567-89AB-CDEF-0123-456789ABCDEF}\",\"01ff\",\"010203\"\n"
+         ",false,,,,,,,,\n"},
+        {"semicolon and decimal comma", ExportFileType::CSV,
+         [](ExportOptions &o) {
+             o.changeFieldDelimiter(kFieldDelimiterSemicolon);
+             o.includeColumnHeader = false;
+         },
+         "\"a\"\"b,c\";true;7;12,3400;0,1;\"2003-01-02T04:05:06\";\"1999-12-31T23:59:59.1234567\";"
+         "\"{01234567-89AB-CDEF-0123-456789ABCDEF}\";\"Af8=\";\"AQID\"\n"
+         ";false;;;;;;;;\n"},
+        {"decimal comma with comma delimiter quotes the numbers", ExportFileType::CSV,
+         [](ExportOptions &o) {
+             o.decimalSymbol = ",";
+             o.includeColumnHeader = false;
+         },
+         "\"a\"\"b,c\",true,7,\"12,3400\",\"0,1\",\"2003-01-02T04:05:06\",\"1999-12-31T23:59:59.1234567\","
+         "\"{01234567-89AB-CDEF-0123-456789ABCDEF}\",\"Af8=\",\"AQID\"\n"
+         ",false,,,,,,,,\n"},
+        {"an empty decimal symbol keeps the point", ExportFileType::CSV,
+         [](ExportOptions &o) {
+             o.decimalSymbol = "";
+             o.includeColumnHeader = false;
+         },
+         "\"a\"\"b,c\",true,7,12.3400,0.1,\"2003-01-02T04:05:06\",\"1999-12-31T23:59:59.1234567\","
+         "\"{01234567-89AB-CDEF-0123-456789ABCDEF}\",\"Af8=\",\"AQID\"\n"
+         ",false,,,,,,,,\n"},
+        {"txt with byte-order mark", ExportFileType::TXT,
+         [](ExportOptions &o) {
+             o.byteOrderMark = true;
+             o.includeColumnHeader = false;
+         },
+         "\xEF\xBB\xBF\"a\"\"b,c\"\ttrue\t7\t12.3400\t0.1\t\"2003-01-02T04:05:06\"\t\"1999-12-31T23:59:59.1234567\"\t"
+         "\"{01234567-89AB-CDEF-0123-456789ABCDEF}\"\t\"Af8=\"\t\"AQID\"\n"
+         "\tfalse\t\t\t\t\t\t\t\t\n"},
+    };
+    for (const Case &c : cases) {
+        TextTableOutcome outcome;
+        auto settings = settingsFor(c.kind, [](ExportOptions &o) { o.lossless = true; });
+        if (c.adjust) {
+            ExportOptions options = ExportOptions::defaultsFor(c.kind, true);
+            options.lossless = true;
+            c.adjust(options);
+            settings = TextExportSettings::fromOptions(c.kind, options);
+        }
+        EXPECT_EQ(writeToString(*table, settings, &outcome), c.expected) << c.name;
+        EXPECT_EQ(outcome.result, TextTableResult::Completed) << c.name;
+        EXPECT_EQ(outcome.substitutedFields, 0u) << c.name;
+    }
+}
+
+TEST(TextFileExport, NullMarkerBomAndQuoteAllInClassicOutput)
+{
+    const auto table =
+        makeTable("T", {{"Name", "Text"}, {"N", "Long Integer"}, {"D", "Double"}, {"P", "OLE"}},
+                  {{"x", "7", "1.5", TestCell::blob()}, {std::nullopt, std::nullopt, std::nullopt, std::nullopt}});
+    struct Case {
+        const char *name;
+        void (*adjust)(ExportOptions &);
+        const char *expected;
+    };
+    const Case cases[] = {
+        {"marker", [](ExportOptions &o) { o.nullMarker = "NULL"; }, "\"x\",7,1.5,\nNULL,NULL,NULL,NULL\n"},
+        {"quote all, decimal comma",
+         [](ExportOptions &o) {
+             o.quoteAllFields = true;
+             o.decimalSymbol = ",";
+         },
+         "\"x\",\"7\",\"1,5\",\n,,,\n"},
+        {"byte-order mark", [](ExportOptions &o) { o.byteOrderMark = true; }, "\xEF\xBB\xBF\"x\",7,1.5,\n,,,\n"},
+        {"no byte-order mark outside UTF-8",
+         [](ExportOptions &o) {
+             o.byteOrderMark = true;
+             o.encoding = 5;
+         },
+         "\"x\",7,1.5,\n,,,\n"},
+    };
+    for (const Case &c : cases) {
+        ExportOptions options = ExportOptions::defaultsFor(ExportFileType::CSV, true);
+        options.includeColumnHeader = false;
+        c.adjust(options);
+        EXPECT_EQ(writeToString(*table, TextExportSettings::fromOptions(ExportFileType::CSV, options)), c.expected)
+            << c.name;
+    }
+}
+
+TEST(TextFileExport, LosslessComplexColumns)
+{
+    const auto table = test::complexItemsTable();
+    auto csv = settingsFor(ExportFileType::CSV, [](ExportOptions &o) { o.lossless = true; });
+    EXPECT_EQ(
+        writeToString(*table, csv),
+        "\"ID\",\"Tags\",\"Files\",\"Notes\"\n"
+        "1,\"[\"\"red\"\",\"\"green; blue\"\"]\","
+        "\"[{\"\"name\"\":\"\"notes.txt\"\",\"\"type\"\":\"\"txt\"\",\"\"base64\"\":\"\"aGkK\"\"},"
+        "{\"\"name\"\":\"\"setup.sh\"\",\"\"type\"\":\"\"sh\"\",\"\"base64\"\":\"\"IyEvYmluL3M=\"\"}]\","
+        "\"[{\"\"value\"\":\"\"third\"\",\"\"date\"\":\"\"2021-03-04T10:00:00\"\"},"
+        "{\"\"value\"\":\"\"second\\nline\"\",\"\"date\"\":\"\"2021-03-03T09:30:15\"\"},"
+        "{\"\"value\"\":\"\"first\"\",\"\"date\"\":\"\"2021-03-01T08:00:00\"\"}]\"\n"
+        "2,\"[]\",\"[]\",\"[]\"\n"
+        "3,\"[\"\"\xC3\xA9t\xC3\xA9\"\"]\",\"[{\"\"name\"\":\"\"empty.bin\"\",\"\"type\"\":\"\"bin\"\",\"\"base64\"\":"
+        "\"\"\"\"}]\",\"[{\"\"value\"\":\"\"only\"\",\"\"date\"\":\"\"1999-12-31T23:59:59\"\"}]\"\n");
+
+    auto xml = settingsFor(ExportFileType::XML, [](ExportOptions &o) { o.lossless = true; });
+    EXPECT_EQ(writeToString(*table, xml),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<RECORDS table=\"Items\">\n"
+              "<RECORD>\n\t<ID>1</ID>\n"
+              "\t<Tags><value>red</value><value>green; blue</value></Tags>\n"
+              "\t<Files><attachment name=\"notes.txt\" type=\"txt\" encoding=\"base64\">aGkK</attachment>"
+              "<attachment name=\"setup.sh\" type=\"sh\" encoding=\"base64\">IyEvYmluL3M=</attachment></Files>\n"
+              "\t<Notes><version date=\"2021-03-04T10:00:00\">third</version>"
+              "<version date=\"2021-03-03T09:30:15\">second\nline</version>"
+              "<version date=\"2021-03-01T08:00:00\">first</version></Notes>\n</RECORD>\n"
+              "<RECORD>\n\t<ID>2</ID>\n\t<Tags></Tags>\n\t<Files></Files>\n\t<Notes></Notes>\n</RECORD>\n"
+              "<RECORD>\n\t<ID>3</ID>\n\t<Tags><value>\xC3\xA9t\xC3\xA9</value></Tags>\n"
+              "\t<Files><attachment name=\"empty.bin\" type=\"bin\" encoding=\"base64\"></attachment></Files>\n"
+              "\t<Notes><version date=\"1999-12-31T23:59:59\">only</version></Notes>\n</RECORD>\n"
+              "</RECORDS>\n");
+}
+
+TEST(TextFileExport, LosslessCountsComplexCellsWithoutValues)
+{
+    // A complex column whose values could not be read: its cells hold only the stored id.
+    const auto table = makeTable("T", {{"Tags", "Complex Value auto number"}}, {{"7"}, {std::nullopt}});
+    for (const ExportFileType kind : {ExportFileType::CSV, ExportFileType::XML}) {
+        TextTableOutcome outcome;
+        const std::string text =
+            writeToString(*table, settingsFor(kind, [](ExportOptions &o) { o.lossless = true; }), &outcome);
+        EXPECT_EQ(outcome.complexIdsOnly, 1u) << text;
+        EXPECT_NE(text.find(kind == ExportFileType::XML ? "<Tags>7</Tags>" : "\"7\"\n"), std::string::npos) << text;
+    }
+    TextTableOutcome classic;
+    writeToString(*table, settingsFor(ExportFileType::CSV), &classic);
+    EXPECT_EQ(classic.complexIdsOnly, 0u);
+}
+
+TEST(TextFileExport, LosslessXmlNamesEscapingAndNulls)
+{
+    const auto table = makeTable(
+        "Split Rail Beer & Ale",
+        {{"<Asset No>", "Text"},
+         {"Name", "Text"},
+         {"xmlData", "Long Integer"},
+         {"1st", "Currency"},
+         {"Pic", "OLE"},
+         {"Ctl", "Text"},
+         {"When", "DateTime"},
+         {"Flag", "Boolean"}},
+        {{"Split Rail Beer & Ale", "a<b>\"c\"\r\n", "5", "6.5000", TestCell::blob(), "bell\x07", "01/02/2003 04:05:06",
+          "1"},
+         {std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, "0"}});
+    auto settings = settingsFor(ExportFileType::XML, [](ExportOptions &o) { o.lossless = true; });
+    EXPECT_EQ(writeToString(*table, settings),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<RECORDS table=\"Split Rail Beer &amp; Ale\">\n"
+              "<RECORD>\n"
+              "\t<_Asset_No_ name=\"&lt;Asset No&gt;\">Split Rail Beer &amp; Ale</_Asset_No_>\n"
+              "\t<Name>a&lt;b&gt;&quot;c&quot;&#13;\n</Name>\n"
+              "\t<_xmlData name=\"xmlData\">5</_xmlData>\n"
+              "\t<_1st name=\"1st\">6.5000</_1st>\n"
+              "\t<Pic encoding=\"base64\">AQID</Pic>\n"
+              "\t<Ctl encoding=\"base64\">YmVsbAc=</Ctl>\n"
+              "\t<When>2003-01-02T04:05:06</When>\n"
+              "\t<Flag>true</Flag>\n"
+              "</RECORD>\n"
+              "<RECORD>\n"
+              "\t<_Asset_No_ name=\"&lt;Asset No&gt;\" null=\"true\"/>\n"
+              "\t<Name null=\"true\"/>\n"
+              "\t<_xmlData name=\"xmlData\" null=\"true\"/>\n"
+              "\t<_1st name=\"1st\" null=\"true\"/>\n"
+              "\t<Pic null=\"true\"/>\n"
+              "\t<Ctl null=\"true\"/>\n"
+              "\t<When null=\"true\"/>\n"
+              "\t<Flag>false</Flag>\n"
+              "</RECORD>\n"
+              "</RECORDS>\n");
+}
+
+TEST(TextFileExport, LosslessOutputInEncodingsThatLackCharacters)
+{
+    const auto table = makeTable("E", {{"Größe", "Text"}}, {{"é日"}});
+    struct Case {
+        const char *name;
+        ExportFileType kind;
+        std::uint64_t encoding;
+        std::string expected;
+        std::size_t substitutedFields;
+    };
+    const Case cases[] = {
+        {"XML in Latin 1: ASCII names, references for the rest", ExportFileType::XML, 5,
+         "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<RECORDS table=\"E\">\n<RECORD>\n"
+         "\t<Gr__e name=\"Gr\xF6\xDF"
+         "e\">\xE9&#26085;</Gr__e>\n</RECORD>\n</RECORDS>\n",
+         0},
+        {"XML in ASCII", ExportFileType::XML, 1,
+         "<?xml version=\"1.0\" encoding=\"US-ASCII\"?>\n<RECORDS table=\"E\">\n<RECORD>\n"
+         "\t<Gr__e name=\"Gr&#246;&#223;e\">&#233;&#26085;</Gr__e>\n</RECORD>\n</RECORDS>\n",
+         0},
+        {"CSV in Latin 1 counts the field", ExportFileType::CSV, 5,
+         "\"Gr\xF6\xDF"
+         "e\"\n\"\xE9?\"\n",
+         1},
+        {"CSV in ASCII counts the name too", ExportFileType::CSV, 1, "\"Gr??e\"\n\"??\"\n", 2},
+    };
+    for (const Case &c : cases) {
+        auto settings = settingsFor(c.kind, [](ExportOptions &o) { o.lossless = true; });
+        settings.encoding = c.encoding;
+        TextTableOutcome outcome;
+        EXPECT_EQ(writeToString(*table, settings, &outcome), c.expected) << c.name;
+        EXPECT_EQ(outcome.substitutedFields, c.substitutedFields) << c.name;
+    }
 }
 
 } // namespace
