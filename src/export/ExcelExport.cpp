@@ -10,6 +10,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <thread>
 
 namespace vellum {
@@ -122,6 +123,25 @@ void ExcelExport::writeNumber(double number, std::uint32_t row, std::uint32_t co
 {
     if (xls::worksheet *sheet = currentSheet(m_indexOfLastSheet, "number"))
         sheet->number(row, col, number);
+}
+
+void ExcelExport::writeStyledNumber(double number, NumberStyle style, std::uint32_t row, std::uint32_t col)
+{
+    xls::worksheet *sheet = currentSheet(m_indexOfLastSheet, "number");
+    if (!sheet)
+        return;
+    std::uint16_t xf = xls::biff::kDefaultCellXf;
+    if (style != NumberStyle::General) {
+        const char *code = numberFormatCode(style);
+        xf = ownWorkbook()->numberFormat(std::u16string(code, code + std::char_traits<char>::length(code)));
+    }
+    sheet->number(row, col, number, xf);
+}
+
+void ExcelExport::writeBoolean(bool value, std::uint32_t row, std::uint32_t col)
+{
+    if (xls::worksheet *sheet = currentSheet(m_indexOfLastSheet, "boolean"))
+        sheet->boolean(row, col, value);
 }
 
 void ExcelExport::setBlankForRow(std::uint32_t row, std::uint32_t col)

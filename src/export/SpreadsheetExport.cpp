@@ -2,7 +2,11 @@
 
 #include "export/ExportJob.h"
 #include "export/OutputFile.h"
+#include "export/losslessValues.h"
+#include "export/workbookValues.h"
 #include "export/xls/utf16.h"
+#include "model/TOrbBlobData.h"
+#include "model/TOrbComplexValue.h"
 #include "model/TOrbMDBColumn.h"
 #include "model/TOrbMDBTable.h"
 #include "model/mdbTypeNames.h"
@@ -45,6 +49,203 @@ bool isDigit(char c)
     return c >= '0' && c <= '9';
 }
 
+/// What a lossless workbook makes of a column's values.
+enum class LosslessForm {
+    Text,     ///< text (Text, Memo, Replication ID and unknown types), cut at the cell limit
+    Boolean,  ///< a boolean cell
+    Integer,  ///< Byte, Integer, Long Integer: a number, always exact
+    Decimal,  ///< Numeric, Large Number: a number when a cell keeps it exactly, else text
+    Currency, ///< a number with the currency format when a cell keeps it exactly, else text
+    Floating, ///< Single, Double: a number; NaN and the infinities as text
+    Date,     ///< Date/Time, Date/Time Extended: a date cell, or ISO text before 1900
+    Bytes,    ///< Binary, OLE: base64 text, or a note when it does not fit a cell
+    Complex,  ///< attachments, multiple values, version history: their display text
+};
+
+LosslessForm losslessFormOf(std::string_view dataType)
+{
+    if (dataType == "Boolean")
+        return LosslessForm::Boolean;
+    if (dataType == "Byte" || dataType == "Integer" || dataType == "Long Integer")
+        return LosslessForm::Integer;
+    if (dataType == "Numeric" || dataType == "Large Number")
+        return LosslessForm::Decimal;
+    if (dataType == "Currency")
+        return LosslessForm::Currency;
+    if (dataType == "Single" || dataType == "Double")
+        return LosslessForm::Floating;
+    if (dataType == "DateTime" || dataType == "Date/Time Extended")
+        return LosslessForm::Date;
+    if (dataType == "Binary" || dataType == "OLE")
+        return LosslessForm::Bytes;
+    if (dataType == "Complex Value auto number")
+        return LosslessForm::Complex;
+    return LosslessForm::Text;
+}
+
+// What the approximations of lossless workbooks are called in the report.
+constexpr const char *kTextsCut = "texts cut at the cell limit";
+constexpr const char *kDatesBefore1900 = "dates before 1900 written as ISO text";
+constexpr const char *kTimesRounded = "times rounded to milliseconds";
+constexpr const char *kDecimalsAsText = "numbers with more digits than a cell keeps written as text";
+constexpr const char *kNotFinite = "NaN and infinite numbers written as text";
+constexpr const char *kBytesTooLong = "binary values too long for a cell replaced by a note";
+
+/// Writes one table's cells in the lossless forms and counts what could only be approximated.
+class LosslessCellWriter {
+public:
+    LosslessCellWriter(ExportJob &job, SpreadsheetWriter &writer, const SpreadsheetLimits &limits,
+                       const TOrbMDBTable &table)
+        : m_job(job), m_writer(writer), m_limits(limits), m_table(table)
+    {
+        for (const auto &column : table.columns())
+            m_forms.push_back(losslessFormOf(column->dataType()));
+        m_roundedDigits = "numbers rounded to " + std::to_string(limits.numberDigits) + " significant digits";
+    }
+
+    void write(const CellValue &value, std::size_t column, std::uint32_t row)
+    {
+        const auto col = static_cast<std::uint32_t>(column);
+        if (value.isBlob()) {
+            writeBytes(value.blob->data().data(), value.blob->data().size(), row, col);
+            return;
+        }
+        if (!value.isText()) {
+            m_writer.setBlankForRow(row, col);
+            return;
+        }
+        const std::string_view text = value.text;
+        switch (m_forms[column]) {
+        case LosslessForm::Text:
+            writeText(text, row, col);
+            return;
+        case LosslessForm::Boolean:
+            m_writer.writeBoolean(text != "0", row, col);
+            return;
+        case LosslessForm::Integer:
+            writeNumberOrText(text, NumberStyle::General, row, col);
+            return;
+        case LosslessForm::Decimal:
+            writeNumberOrText(text, NumberStyle::General, row, col);
+            return;
+        case LosslessForm::Currency:
+            writeNumberOrText(text, NumberStyle::Currency, row, col);
+            return;
+        case LosslessForm::Floating:
+            writeFloating(text, row, col);
+            return;
+        case LosslessForm::Date:
+            writeDate(text, row, col);
+            return;
+        case LosslessForm::Bytes:
+            writeBytes(text.data(), text.size(), row, col);
+            return;
+        case LosslessForm::Complex:
+            if (value.isComplex()) {
+                if (value.complex->displayText().empty())
+                    m_writer.setBlankForRow(row, col);
+                else
+                    writeText(value.complex->displayText(), row, col);
+            } else {
+                writeNumberOrText(text, NumberStyle::General, row, col);
+            }
+            return;
+        }
+    }
+
+private:
+    void count(const char *what) { m_job.countApproximation(m_table.name(), what); }
+
+    void writeText(std::string_view text, std::uint32_t row, std::uint32_t col)
+    {
+        // A text never has more UTF-16 units than UTF-8 bytes, so short ones need no count.
+        if (text.size() > m_limits.maxTextUnits && utf16Length(text) > m_limits.maxTextUnits) {
+            text = text.substr(0, utf8PrefixWithinUnits(text, m_limits.maxTextUnits));
+            count(kTextsCut);
+        }
+        m_writer.writeString(text, row, col);
+    }
+
+    /// A decimal text as a number when a cell keeps it exactly, else as the text itself.
+    void writeNumberOrText(std::string_view text, NumberStyle style, std::uint32_t row, std::uint32_t col)
+    {
+        double number = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+        if (error != std::errc() || end != text.data() + text.size()) {
+            m_writer.writeString(text, row, col); // not a decimal: the reader's text as it is
+            return;
+        }
+        if (!decimalFitsDouble(text) || significantDigits(number) > m_limits.numberDigits) {
+            m_writer.writeString(text, row, col);
+            count(kDecimalsAsText);
+            return;
+        }
+        m_writer.writeStyledNumber(number, style, row, col);
+    }
+
+    void writeFloating(std::string_view text, std::uint32_t row, std::uint32_t col)
+    {
+        if (text == "NaN" || text == "Infinity" || text == "-Infinity") {
+            m_writer.writeString(text, row, col);
+            count(kNotFinite);
+            return;
+        }
+        double number = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+        if (error != std::errc() || end != text.data() + text.size()) {
+            m_writer.writeString(text, row, col);
+            return;
+        }
+        if (significantDigits(number) > m_limits.numberDigits)
+            count(m_roundedDigits.c_str());
+        m_writer.writeStyledNumber(number, NumberStyle::General, row, col);
+    }
+
+    void writeDate(std::string_view text, std::uint32_t row, std::uint32_t col)
+    {
+        const auto date = parseCellDateTime(text);
+        if (!date) {
+            m_writer.writeString(text, row, col);
+            return;
+        }
+        const auto serial = excelSerialDate(*date);
+        if (!serial) {
+            m_writer.writeString(*isoDateTime(text, 'T'), row, col);
+            count(kDatesBefore1900);
+            return;
+        }
+        const bool fraction = !date->fraction.empty();
+        if (fraction && fractionBeyondMilliseconds(*date))
+            count(kTimesRounded);
+        m_writer.writeStyledNumber(*serial, fraction ? NumberStyle::DateTimeMilliseconds : NumberStyle::DateTime, row,
+                                   col);
+    }
+
+    void writeBytes(const void *data, std::size_t length, std::uint32_t row, std::uint32_t col)
+    {
+        if (length == 0) {
+            m_writer.setBlankForRow(row, col);
+            return;
+        }
+        if ((length + 2) / 3 * 4 > m_limits.maxTextUnits) {
+            m_writer.writeString("[" + std::to_string(length) + " bytes, too long for a cell]", row, col);
+            count(kBytesTooLong);
+            return;
+        }
+        m_base64.clear();
+        appendBase64(m_base64, data, length);
+        m_writer.writeString(m_base64, row, col);
+    }
+
+    ExportJob &m_job;
+    SpreadsheetWriter &m_writer;
+    const SpreadsheetLimits &m_limits;
+    const TOrbMDBTable &m_table;
+    std::vector<LosslessForm> m_forms;
+    std::string m_roundedDigits;
+    std::string m_base64;
+};
+
 /// Writes a table's rows from sheet row `row` on, opening continuation sheets as needed.
 void writeRows(ExportJob &job, SpreadsheetWriter &writer, const SpreadsheetLimits &limits, const TOrbMDBTable &table,
                std::uint32_t row)
@@ -56,6 +257,8 @@ void writeRows(ExportJob &job, SpreadsheetWriter &writer, const SpreadsheetLimit
     const std::size_t rowCount = table.rowCount();
     int sheetNumber = 2;
     std::vector<CellValue> cells;
+    const bool lossless = job.options().lossless;
+    LosslessCellWriter losslessCells(job, writer, limits, table);
     for (std::size_t r = 0; r < rowCount && !job.terminated(); ++r) {
         if (row == limits.rowsPerSheet) {
             const std::string name = table.name() + "(" + std::to_string(sheetNumber) + ")"; // "%@(%d)"
@@ -68,6 +271,13 @@ void writeRows(ExportJob &job, SpreadsheetWriter &writer, const SpreadsheetLimit
             row = 0;
         }
         table.rowCells(r, cells);
+        if (lossless) {
+            for (std::size_t c = 0; c < columns.size(); ++c)
+                losslessCells.write(cells[c], c, row);
+            ++row;
+            job.reportRowProgress(r + 1, rowCount);
+            continue;
+        }
         for (std::size_t c = 0; c < columns.size(); ++c) {
             const CellValue &value = cells[c];
             const auto col = static_cast<std::uint32_t>(c);
@@ -84,6 +294,21 @@ void writeRows(ExportJob &job, SpreadsheetWriter &writer, const SpreadsheetLimit
 }
 
 } // namespace
+
+const char *numberFormatCode(NumberStyle style)
+{
+    switch (style) {
+    case NumberStyle::General:
+        return "";
+    case NumberStyle::DateTime:
+        return "yyyy-mm-dd hh:mm:ss";
+    case NumberStyle::DateTimeMilliseconds:
+        return "yyyy-mm-dd hh:mm:ss.000";
+    case NumberStyle::Currency:
+        return "#,##0.00##";
+    }
+    return "";
+}
 
 bool isSpreadsheetNumberType(std::string_view dataType)
 {
@@ -182,7 +407,10 @@ void exportSpreadsheetTables(ExportJob &job, SpreadsheetWriter &writer, const Sp
             logTableFailure(job, name, sheetReason("Unable to create spreadsheet %@.", name));
             return;
         }
-        if (const auto column = columnExceedingTextLength(table, limits.maxTextUnits)) {
+        // Lossless workbooks cut a text that is too long (and count it) instead.
+        const auto column =
+            job.options().lossless ? std::nullopt : columnExceedingTextLength(table, limits.maxTextUnits);
+        if (column) {
             logTableFailure(job, name,
                             sheetReason("Field %@ exceeded length limit.", table.columns()[*column]->name()));
             if (!singleFile)
