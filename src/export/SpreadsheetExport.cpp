@@ -57,7 +57,8 @@ enum class LosslessForm {
     Decimal,  ///< Numeric, Large Number: a number when a cell keeps it exactly, else text
     Currency, ///< a number with the currency format when a cell keeps it exactly, else text
     Floating, ///< Single, Double: a number; NaN and the infinities as text
-    Date,     ///< Date/Time, Date/Time Extended: a date cell, or ISO text before 1900
+    Date,     ///< Date/Time: a date cell, or ISO text before 1900
+    Extended, ///< Date/Time Extended: a date cell with milliseconds, or ISO text with 7 digits
     Bytes,    ///< Binary, OLE: base64 text, or a note when it does not fit a cell
     Complex,  ///< attachments, multiple values, version history: their display text
 };
@@ -74,8 +75,10 @@ LosslessForm losslessFormOf(std::string_view dataType)
         return LosslessForm::Currency;
     if (dataType == "Single" || dataType == "Double")
         return LosslessForm::Floating;
-    if (dataType == "DateTime" || dataType == "Date/Time Extended")
+    if (dataType == "DateTime")
         return LosslessForm::Date;
+    if (dataType == "Date/Time Extended")
+        return LosslessForm::Extended;
     if (dataType == "Binary" || dataType == "OLE")
         return LosslessForm::Bytes;
     if (dataType == "Complex Value auto number")
@@ -135,7 +138,10 @@ public:
             writeFloating(text, row, col);
             return;
         case LosslessForm::Date:
-            writeDate(text, row, col);
+            writeDate(text, false, row, col);
+            return;
+        case LosslessForm::Extended:
+            writeDate(text, true, row, col);
             return;
         case LosslessForm::Bytes:
             writeBytes(text.data(), text.size(), row, col);
@@ -201,7 +207,8 @@ private:
         m_writer.writeStyledNumber(number, NumberStyle::General, row, col);
     }
 
-    void writeDate(std::string_view text, std::uint32_t row, std::uint32_t col)
+    /// A date cell; an extended date (which has a fraction of a second) shows milliseconds.
+    void writeDate(std::string_view text, bool extended, std::uint32_t row, std::uint32_t col)
     {
         const auto date = parseCellDateTime(text);
         if (!date) {
@@ -210,14 +217,17 @@ private:
         }
         const auto serial = excelSerialDate(*date);
         if (!serial) {
-            m_writer.writeString(*isoDateTime(text, 'T'), row, col);
+            // ISO text; an extended date keeps all seven digits of its fraction.
+            std::string iso = *isoDateTime(text, 'T');
+            if (extended)
+                iso.append(date->fraction.empty() ? "." : "").append(7 - date->fraction.size(), '0');
+            m_writer.writeString(iso, row, col);
             count(kDatesBefore1900);
             return;
         }
-        const bool fraction = !date->fraction.empty();
-        if (fraction && fractionBeyondMilliseconds(*date))
+        if (fractionBeyondMilliseconds(*date))
             count(kTimesRounded);
-        m_writer.writeStyledNumber(*serial, fraction ? NumberStyle::DateTimeMilliseconds : NumberStyle::DateTime, row,
+        m_writer.writeStyledNumber(*serial, extended ? NumberStyle::DateTimeMilliseconds : NumberStyle::DateTime, row,
                                    col);
     }
 

@@ -44,9 +44,13 @@ std::optional<double> excelSerialDate(const CellDateTime &date)
         serialDay = day - kAccessDayZero - 1; // before Excel's 29 February 1900
     else if (day != kAccessDayZero)
         return std::nullopt;
+    static const std::int64_t kLastExcelDay = daysFromCivil(9999, 12, 31);
     const std::int64_t milliseconds = (fractionTicks(date) + 5000) / 10000;
-    const std::int64_t dayMilliseconds =
+    std::int64_t dayMilliseconds =
         (static_cast<std::int64_t>(date.hour) * 3600 + date.minute * 60 + date.second) * 1000 + milliseconds;
+    // Excel has no day after 9999-12-31: its last millisecond stays the last.
+    if (day == kLastExcelDay && dayMilliseconds >= 86400000)
+        dayMilliseconds = 86399999;
     return static_cast<double>(serialDay) + static_cast<double>(dayMilliseconds) / 86400000.0;
 }
 

@@ -15,7 +15,8 @@ namespace vellum {
 /// them (1900-01-01 is 1; from 1900-03-01 on, days since 1899-12-30, Excel having a 29 February
 /// 1900) plus the time of day, the fraction rounded half up to milliseconds. Access's day zero,
 /// 1899-12-30, which holds Access's times without a date, is Excel's time-only serial below 1.
-/// Nullopt for every other day before 1900-01-01: Excel has no date cell for it.
+/// Nullopt for every other day before 1900-01-01: Excel has no date cell for it. A time that
+/// rounds past 9999-12-31, Excel's last day, stays at its last millisecond.
 std::optional<double> excelSerialDate(const CellDateTime &date);
 
 /// True when a date's fraction has digits beyond milliseconds that are not zero, so that a

@@ -118,6 +118,11 @@ def read_xlsx(path, log):
     return sheets
 
 
+def read_any(path, log):
+    """The sheets of a workbook with the reader of its kind."""
+    return read_xlsx(path, log) if path.lower().endswith(".xlsx") else read_xls(path, log)
+
+
 def read_streams(path, log):
     from xlrd import compdoc
     with open(path, "rb") as f:
