@@ -51,7 +51,7 @@ bool isDigit(char c)
 
 /// What a lossless workbook makes of a column's values.
 enum class LosslessForm {
-    Text,     ///< text (Text, Memo, Replication ID and unknown types), cut at the cell limit
+    Text,     ///< text (Text, Memo, Replication ID), cut at the cell limit
     Boolean,  ///< a boolean cell
     Integer,  ///< Byte, Integer, Long Integer: a number, always exact
     Decimal,  ///< Numeric, Large Number: a number when a cell keeps it exactly, else text
@@ -59,7 +59,7 @@ enum class LosslessForm {
     Floating, ///< Single, Double: a number; NaN and the infinities as text
     Date,     ///< Date/Time: a date cell, or ISO text before 1900
     Extended, ///< Date/Time Extended: a date cell with milliseconds, or ISO text with 7 digits
-    Bytes,    ///< Binary, OLE: base64 text, or a note when it does not fit a cell
+    Bytes,    ///< Binary, OLE, unknown types: base64 text, or a note when it does not fit a cell
     Complex,  ///< attachments, multiple values, version history: their display text
 };
 
@@ -79,7 +79,8 @@ LosslessForm losslessFormOf(std::string_view dataType)
         return LosslessForm::Date;
     if (dataType == "Date/Time Extended")
         return LosslessForm::Extended;
-    if (dataType == "Binary" || dataType == "OLE")
+    // A type libmdb does not know ("Unknown_0011") holds its stored bytes, as Binary does.
+    if (dataType == "Binary" || dataType == "OLE" || dataType.rfind("Unknown_", 0) == 0)
         return LosslessForm::Bytes;
     if (dataType == "Complex Value auto number")
         return LosslessForm::Complex;
