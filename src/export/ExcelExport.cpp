@@ -6,11 +6,13 @@
 #include "export/xls/workbook.h"
 #include "util/logging.h"
 
+#include <array>
 #include <atomic>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <thread>
 
 namespace vellum {
@@ -130,11 +132,18 @@ void ExcelExport::writeStyledNumber(double number, NumberStyle style, std::uint3
     xls::worksheet *sheet = currentSheet(m_indexOfLastSheet, "number");
     if (!sheet)
         return;
-    std::uint16_t xf = xls::biff::kDefaultCellXf;
-    if (style != NumberStyle::General) {
-        const char *code = numberFormatCode(style);
-        xf = ownWorkbook()->numberFormat(std::u16string(code, code + std::char_traits<char>::length(code)));
-    }
+    // The format codes in UTF-16, made once (they are ASCII).
+    static const std::array<std::u16string, 4> kCodes = [] {
+        std::array<std::u16string, 4> codes;
+        for (std::size_t i = 0; i < codes.size(); ++i) {
+            const std::string_view code = numberFormatCode(static_cast<NumberStyle>(i));
+            codes[i].assign(code.begin(), code.end());
+        }
+        return codes;
+    }();
+    const std::uint16_t xf = style == NumberStyle::General
+                                 ? xls::biff::kDefaultCellXf
+                                 : ownWorkbook()->numberFormat(kCodes[static_cast<std::size_t>(style)]);
     sheet->number(row, col, number, xf);
 }
 
