@@ -182,35 +182,40 @@ void expectCells(const ReadSheet &sheet, const std::vector<ExpectedCell> &cells,
 TEST_P(LosslessWorkbook, EveryTypeAsItsOwnKindOfCell)
 {
     std::vector<std::unique_ptr<TOrbMDBTable>> tables;
-    tables.push_back(
-        makeTable("Types",
-                  {{"flag", "Boolean"},
-                   {"byte", "Byte"},
-                   {"int", "Integer"},
-                   {"long", "Long Integer"},
-                   {"big", "Large Number"},
-                   {"money", "Currency"},
-                   {"num", "Numeric"},
-                   {"single", "Single"},
-                   {"double", "Double"},
-                   {"date", "DateTime"},
-                   {"ext", "Date/Time Extended"},
-                   {"bin", "Binary"},
-                   {"guid", "Replication ID"},
-                   {"text", "Text"},
-                   {"ole", "OLE"}},
-                  {{"1", "255", "-32768", "2147483647", "9007199254740992", "1234.5678", "-0.0001", "0.1",
-                    "2.718281828459045", "03/04/2010 13:05:09", "03/04/2010 13:05:09.1230000", "\x01\x02\xFF",
-                    "{6F9619FF-8B86-D011-B42D-00C04FC964FF}", "h\xC3\xA9llo", "raw"},
-                   {"0", "0", "0", "0", "12345678901234567890", "922337203685477.5807", "1234567890123456789.0123",
-                    "NaN", "-Infinity", "12/30/1899 08:30:00", "01/01/1900 00:00:00.0005000", std::nullopt,
-                    std::nullopt, "=1+2", std::nullopt},
-                   {"0", std::nullopt, std::nullopt, std::nullopt, "-5", "-0.5", "1e-7", "Infinity",
-                    "0.30000000000000004", "06/15/1800 06:30:00", "12/31/1899 23:59:59.1234567", std::nullopt,
-                    std::nullopt, std::nullopt, test::TestCell::blob()},
-                   {"1", std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt,
-                    std::nullopt, std::nullopt, "02/28/1900 12:00:00", "03/01/1900 00:00:00.9990000", std::nullopt,
-                    std::nullopt, std::nullopt, std::nullopt}}));
+    tables.push_back(makeTable(
+        "Types",
+        {{"flag", "Boolean"},
+         {"byte", "Byte"},
+         {"int", "Integer"},
+         {"long", "Long Integer"},
+         {"big", "Large Number"},
+         {"money", "Currency"},
+         {"num", "Numeric"},
+         {"single", "Single"},
+         {"double", "Double"},
+         {"date", "DateTime"},
+         {"ext", "Date/Time Extended"},
+         {"bin", "Binary"},
+         {"guid", "Replication ID"},
+         {"text", "Text"},
+         {"ole", "OLE"}},
+        {{"1", "255", "-32768", "2147483647", "9007199254740992", "1234.5678", "-0.0001", "0.1", "2.718281828459045",
+          "03/04/2010 13:05:09", "03/04/2010 13:05:09.1230000", "\x01\x02\xFF",
+          "{6F9619FF-8B86-D011-B42D-00C04FC964FF}", "h\xC3\xA9llo", "raw"},
+         {"0", "0", "0", "0", "12345678901234567890", "922337203685477.5807", "1234567890123456789.0123", "NaN",
+          "-Infinity", "12/30/1899 08:30:00", "01/01/1900 00:00:00.0005000", std::nullopt, std::nullopt, "=1+2",
+          std::nullopt},
+         {"0", std::nullopt, std::nullopt, std::nullopt, "-5", "-0.5", "1e-7", "Infinity", "0.30000000000000004",
+          "06/15/1800 06:30:00", "12/31/1899 23:59:59.1234567", std::nullopt, std::nullopt, std::nullopt,
+          test::TestCell::blob()},
+         {"1", std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt,
+          std::nullopt, "02/28/1900 12:00:00", "03/01/1900 00:00:00.9990000", std::nullopt, std::nullopt, std::nullopt,
+          std::nullopt},
+         // Extended dates without a fraction: still milliseconds, or seven digits as text.
+         {"0", std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt,
+          std::nullopt, std::nullopt, "03/04/2010 13:05:09", std::nullopt, std::nullopt, std::nullopt, std::nullopt},
+         {"0", std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt,
+          std::nullopt, std::nullopt, "06/15/1800 06:30:00", std::nullopt, std::nullopt, std::nullopt, std::nullopt}}));
     const auto file = makeFile("types", std::move(tables));
     test::TempDir dir;
     const std::string path = dir.file(fileName("types"));
@@ -221,7 +226,7 @@ TEST_P(LosslessWorkbook, EveryTypeAsItsOwnKindOfCell)
     std::map<std::string, std::size_t> approximations = {
         {"Types|numbers with more digits than a cell keeps written as text", 3},
         {"Types|NaN and infinite numbers written as text", 3},
-        {"Types|dates before 1900 written as ISO text", 2},
+        {"Types|dates before 1900 written as ISO text", 3},
         {"Types|times rounded to milliseconds", 1},
     };
     if (xlsx())
@@ -274,6 +279,8 @@ TEST_P(LosslessWorkbook, EveryTypeAsItsOwnKindOfCell)
         {4, 9, "date", "1900-02-28T12:00:00", dateFormat},
         {4, 10, "date", "1900-03-01T00:00:00.999", millisecondFormat},
         {4, 1, "", nullptr},
+        {5, 10, "date", "2010-03-04T13:05:09", millisecondFormat},
+        {6, 10, "text", "1800-06-15T06:30:00.0000000"},
     };
     expectCells(read.sheets[0], cells, xlsx());
 }
