@@ -35,6 +35,15 @@ bool isUtf8WithNuls(std::string_view text)
     return true;
 }
 
+/// libxlsxwriter writes 16 significant digits, which round the largest doubles up past the range
+/// of a double ("1.797693134862316E+308"); those are written as the largest value whose 16
+/// digits a reader can still read.
+double readableNumber(double number)
+{
+    constexpr double kLargest = 1.797693134862315e308;
+    return std::fabs(number) > kLargest ? std::copysign(kLargest, number) : number;
+}
+
 } // namespace
 
 void appendOoxmlText(std::string &out, std::string_view text)
@@ -122,14 +131,8 @@ void XlsxExport::writeString(std::string_view text, std::uint32_t row, std::uint
 
 void XlsxExport::writeNumber(double number, std::uint32_t row, std::uint32_t col)
 {
-    // libxlsxwriter writes 16 significant digits, which round the largest doubles up past the
-    // range of a double ("1.797693134862316E+308"); those are written as the largest value whose
-    // 16 digits a reader can still read.
-    constexpr double kLargest = 1.797693134862315e308;
-    if (std::fabs(number) > kLargest)
-        number = std::copysign(kLargest, number);
     if (m_sheet != nullptr)
-        worksheet_write_number(m_sheet, row, static_cast<lxw_col_t>(col), number, nullptr);
+        worksheet_write_number(m_sheet, row, static_cast<lxw_col_t>(col), readableNumber(number), nullptr);
 }
 
 void XlsxExport::writeStyledNumber(double number, NumberStyle style, std::uint32_t row, std::uint32_t col)
@@ -142,7 +145,7 @@ void XlsxExport::writeStyledNumber(double number, NumberStyle style, std::uint32
         if (format != nullptr)
             format_set_num_format(format, numberFormatCode(style));
     }
-    worksheet_write_number(m_sheet, row, static_cast<lxw_col_t>(col), number, format);
+    worksheet_write_number(m_sheet, row, static_cast<lxw_col_t>(col), readableNumber(number), format);
 }
 
 void XlsxExport::writeBoolean(bool value, std::uint32_t row, std::uint32_t col)

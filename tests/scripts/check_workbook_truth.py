@@ -189,7 +189,11 @@ def expect_cell(kind, value, column, limit, digits):
             return Expect("t:" + value, NOT_FINITE)
         number = float(value)
         if shortest_digits(number) > digits:
-            return Expect(number_key(float("%.*G" % (digits, number))), rounded_digits(digits))
+            rounded = float("%.*G" % (digits, number))
+            if math.isinf(rounded):
+                # Rounded up past the largest double: the largest value of those digits instead.
+                rounded = math.copysign(float("%.*G" % (digits, 1.797693134862315e308)), number)
+            return Expect(number_key(rounded), rounded_digits(digits))
         return Expect(number_key(number))
     if kind == "SHORT_DATE_TIME":
         return expect_date(value, False)
