@@ -147,15 +147,16 @@ TEST(WorkbookTruth, CorpusAsLosslessXlsxAndXls)
 {
     VELLUM_REQUIRE_WORKBOOK_READERS();
     const std::string corpusTruth = test::sharedPath("corpus-truth");
-    if (corpusTruth.empty())
-        GTEST_SKIP() << "../shared/corpus-truth is absent";
+    const std::string corpus = test::sharedPath("corpus");
+    if (corpusTruth.empty() || corpus.empty())
+        GTEST_SKIP() << "../shared/corpus or ../shared/corpus-truth is absent";
     std::vector<std::filesystem::path> truthPaths;
     for (const auto &entry : std::filesystem::directory_iterator(corpusTruth))
         if (entry.path().extension() == ".json")
             truthPaths.push_back(entry.path());
     std::sort(truthPaths.begin(), truthPaths.end());
     std::size_t damaged = 0;
-    for (const auto &entry : std::filesystem::directory_iterator(test::sharedPath("corpus")))
+    for (const auto &entry : std::filesystem::directory_iterator(corpus))
         damaged += entry.path().filename().string().rfind("damaged_", 0) == 0;
     std::printf("lossless workbooks: %zu damaged corpus files skipped (they have no truth)\n", damaged);
 
