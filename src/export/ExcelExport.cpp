@@ -6,10 +6,13 @@
 #include "export/xls/workbook.h"
 #include "util/logging.h"
 
+#include <array>
 #include <atomic>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <string>
+#include <string_view>
 #include <thread>
 
 namespace vellum {
@@ -122,6 +125,32 @@ void ExcelExport::writeNumber(double number, std::uint32_t row, std::uint32_t co
 {
     if (xls::worksheet *sheet = currentSheet(m_indexOfLastSheet, "number"))
         sheet->number(row, col, number);
+}
+
+void ExcelExport::writeStyledNumber(double number, NumberStyle style, std::uint32_t row, std::uint32_t col)
+{
+    xls::worksheet *sheet = currentSheet(m_indexOfLastSheet, "number");
+    if (!sheet)
+        return;
+    // The format codes in UTF-16, made once (they are ASCII).
+    static const std::array<std::u16string, 4> kCodes = [] {
+        std::array<std::u16string, 4> codes;
+        for (std::size_t i = 0; i < codes.size(); ++i) {
+            const std::string_view code = numberFormatCode(static_cast<NumberStyle>(i));
+            codes[i].assign(code.begin(), code.end());
+        }
+        return codes;
+    }();
+    const std::uint16_t xf = style == NumberStyle::General
+                                 ? xls::biff::kDefaultCellXf
+                                 : ownWorkbook()->numberFormat(kCodes[static_cast<std::size_t>(style)]);
+    sheet->number(row, col, number, xf);
+}
+
+void ExcelExport::writeBoolean(bool value, std::uint32_t row, std::uint32_t col)
+{
+    if (xls::worksheet *sheet = currentSheet(m_indexOfLastSheet, "boolean"))
+        sheet->boolean(row, col, value);
 }
 
 void ExcelExport::setBlankForRow(std::uint32_t row, std::uint32_t col)

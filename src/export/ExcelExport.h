@@ -32,6 +32,10 @@ public:
     void writeString(std::string_view text, std::uint32_t row, std::uint32_t col) override;
     /// A numeric cell in the sheet `indexOfLastSheet`.
     void writeNumber(double number, std::uint32_t row, std::uint32_t col) override;
+    /// A numeric cell in the sheet `indexOfLastSheet` with the style's number format.
+    void writeStyledNumber(double number, NumberStyle style, std::uint32_t row, std::uint32_t col) override;
+    /// A boolean cell in the sheet `indexOfLastSheet`.
+    void writeBoolean(bool value, std::uint32_t row, std::uint32_t col) override;
     /// An empty cell in the sheet `indexOfLastSheet`; the row is taken modulo 65536.
     void setBlankForRow(std::uint32_t row, std::uint32_t col) override;
     /// Saves the workbook to `path` (UTF-8) and destroys it, so the next `addSheet` starts a new

@@ -1,6 +1,7 @@
 #include "export/SpreadsheetExport.h"
 
 #include "export/ExportJob.h"
+#include "export/LosslessCellWriter.h"
 #include "export/OutputFile.h"
 #include "export/xls/utf16.h"
 #include "model/TOrbMDBColumn.h"
@@ -56,6 +57,8 @@ void writeRows(ExportJob &job, SpreadsheetWriter &writer, const SpreadsheetLimit
     const std::size_t rowCount = table.rowCount();
     int sheetNumber = 2;
     std::vector<CellValue> cells;
+    const bool lossless = job.options().lossless;
+    LosslessCellWriter losslessCells(job, writer, limits, table);
     for (std::size_t r = 0; r < rowCount && !job.terminated(); ++r) {
         if (row == limits.rowsPerSheet) {
             const std::string name = table.name() + "(" + std::to_string(sheetNumber) + ")"; // "%@(%d)"
@@ -68,6 +71,13 @@ void writeRows(ExportJob &job, SpreadsheetWriter &writer, const SpreadsheetLimit
             row = 0;
         }
         table.rowCells(r, cells);
+        if (lossless) {
+            for (std::size_t c = 0; c < columns.size(); ++c)
+                losslessCells.write(cells[c], c, row);
+            ++row;
+            job.reportRowProgress(r + 1, rowCount);
+            continue;
+        }
         for (std::size_t c = 0; c < columns.size(); ++c) {
             const CellValue &value = cells[c];
             const auto col = static_cast<std::uint32_t>(c);
@@ -84,6 +94,21 @@ void writeRows(ExportJob &job, SpreadsheetWriter &writer, const SpreadsheetLimit
 }
 
 } // namespace
+
+const char *numberFormatCode(NumberStyle style)
+{
+    switch (style) {
+    case NumberStyle::General:
+        return "";
+    case NumberStyle::DateTime:
+        return "yyyy-mm-dd hh:mm:ss";
+    case NumberStyle::DateTimeMilliseconds:
+        return "yyyy-mm-dd hh:mm:ss.000";
+    case NumberStyle::Currency:
+        return "#,##0.00##";
+    }
+    return "";
+}
 
 bool isSpreadsheetNumberType(std::string_view dataType)
 {
@@ -182,7 +207,10 @@ void exportSpreadsheetTables(ExportJob &job, SpreadsheetWriter &writer, const Sp
             logTableFailure(job, name, sheetReason("Unable to create spreadsheet %@.", name));
             return;
         }
-        if (const auto column = columnExceedingTextLength(table, limits.maxTextUnits)) {
+        // Lossless workbooks cut a text that is too long (and count it) instead.
+        const auto column =
+            job.options().lossless ? std::nullopt : columnExceedingTextLength(table, limits.maxTextUnits);
+        if (column) {
             logTableFailure(job, name,
                             sheetReason("Field %@ exceeded length limit.", table.columns()[*column]->name()));
             if (!singleFile)

@@ -3,7 +3,9 @@
 // The routine shared by the two workbook kinds (Excel 97-2003 .xls and Excel 2007 .xlsx): one
 // sheet per table, continuation sheets "T(2)", "T(3)" … beyond a sheet's rows, numbers for the
 // number columns, text for the rest, blank cells for values that are not text, and the length
-// check that fails a table before anything of it is written.
+// check that fails a table before anything of it is written. With lossless output each value
+// gets the cell its type calls for instead (date cells, booleans, exact numbers, base64 bytes)
+// and a text over the cell limit is cut and counted rather than failing its table.
 
 #include <cstddef>
 #include <cstdint>
@@ -15,6 +17,17 @@ namespace vellum {
 
 class ExportJob;
 class TOrbMDBTable;
+
+/// The number format a lossless workbook shows a numeric cell with.
+enum class NumberStyle {
+    General,              ///< the default: the number as it is
+    DateTime,             ///< "yyyy-mm-dd hh:mm:ss": a date cell
+    DateTimeMilliseconds, ///< "yyyy-mm-dd hh:mm:ss.000": a date cell with milliseconds
+    Currency,             ///< "#,##0.00##": thousands grouped, two to four decimals
+};
+
+/// The Excel number format code of a style ("" for General).
+const char *numberFormatCode(NumberStyle style);
 
 /// A workbook writer as the routine drives it. Called on the worker thread only.
 class SpreadsheetWriter {
@@ -29,6 +42,10 @@ public:
     virtual void writeString(std::string_view text, std::uint32_t row, std::uint32_t col) = 0;
     /// A numeric cell of the last sheet.
     virtual void writeNumber(double number, std::uint32_t row, std::uint32_t col) = 0;
+    /// A numeric cell of the last sheet shown with a number format (a date, an amount).
+    virtual void writeStyledNumber(double number, NumberStyle style, std::uint32_t row, std::uint32_t col) = 0;
+    /// A boolean cell (TRUE/FALSE) of the last sheet.
+    virtual void writeBoolean(bool value, std::uint32_t row, std::uint32_t col) = 0;
     /// An empty cell of the last sheet, for a value that is not text.
     virtual void setBlankForRow(std::uint32_t row, std::uint32_t col) = 0;
     /// Saves the open workbook to `path` and closes it; false (nothing left at the path) when
@@ -42,6 +59,9 @@ public:
 struct SpreadsheetLimits {
     std::uint32_t rowsPerSheet; ///< rows of one sheet, the header row included
     std::size_t maxTextUnits;   ///< longest text of a cell, in UTF-16 code units
+    /// Significant digits a numeric cell keeps: 17 where the file holds the double's bits
+    /// (every double is exact), fewer where numbers are written as decimal text.
+    int numberDigits = 17;
 };
 
 /// Writes the job's tables through `writer`: into one workbook at the path text when single

@@ -12,6 +12,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <iterator>
 
 namespace vellum {
 
@@ -32,6 +33,15 @@ bool isUtf8WithNuls(std::string_view text)
         from = nul + 1;
     }
     return true;
+}
+
+/// libxlsxwriter writes 16 significant digits, which round the largest doubles up past the range
+/// of a double ("1.797693134862316E+308"); those are written as the largest value whose 16
+/// digits a reader can still read.
+double readableNumber(double number)
+{
+    constexpr double kLargest = 1.797693134862315e308;
+    return std::fabs(number) > kLargest ? std::copysign(kLargest, number) : number;
 }
 
 } // namespace
@@ -96,6 +106,7 @@ bool XlsxExport::addSheet(std::string_view name)
         m_workbookPath = m_targetPath;
         m_sheetNames.clear();
         m_sheet = nullptr;
+        std::fill(std::begin(m_formats), std::end(m_formats), nullptr);
     }
     const std::string utf8 = utf16ToUtf8(sheetName);
     lxw_worksheet *sheet = workbook_add_worksheet(m_workbook, utf8.c_str());
@@ -121,14 +132,27 @@ void XlsxExport::writeString(std::string_view text, std::uint32_t row, std::uint
 
 void XlsxExport::writeNumber(double number, std::uint32_t row, std::uint32_t col)
 {
-    // libxlsxwriter writes 16 significant digits, which round the largest doubles up past the
-    // range of a double ("1.797693134862316E+308"); those are written as the largest value whose
-    // 16 digits a reader can still read.
-    constexpr double kLargest = 1.797693134862315e308;
-    if (std::fabs(number) > kLargest)
-        number = std::copysign(kLargest, number);
     if (m_sheet != nullptr)
-        worksheet_write_number(m_sheet, row, static_cast<lxw_col_t>(col), number, nullptr);
+        worksheet_write_number(m_sheet, row, static_cast<lxw_col_t>(col), readableNumber(number), nullptr);
+}
+
+void XlsxExport::writeStyledNumber(double number, NumberStyle style, std::uint32_t row, std::uint32_t col)
+{
+    if (m_workbook == nullptr || m_sheet == nullptr)
+        return;
+    lxw_format *&format = m_formats[static_cast<int>(style)];
+    if (format == nullptr && style != NumberStyle::General) {
+        format = workbook_add_format(m_workbook);
+        if (format != nullptr)
+            format_set_num_format(format, numberFormatCode(style));
+    }
+    worksheet_write_number(m_sheet, row, static_cast<lxw_col_t>(col), readableNumber(number), format);
+}
+
+void XlsxExport::writeBoolean(bool value, std::uint32_t row, std::uint32_t col)
+{
+    if (m_sheet != nullptr)
+        worksheet_write_boolean(m_sheet, row, static_cast<lxw_col_t>(col), value ? 1 : 0, nullptr);
 }
 
 void XlsxExport::setBlankForRow(std::uint32_t, std::uint32_t) {}
@@ -147,6 +171,7 @@ bool XlsxExport::dumpToFile(const std::string &path)
     const lxw_error error = workbook_close(m_workbook);
     m_workbook = nullptr;
     m_sheet = nullptr;
+    std::fill(std::begin(m_formats), std::end(m_formats), nullptr);
     m_sheetNames.clear();
     if (error != LXW_NO_ERROR) {
         C_LogError("Error when dump file: %s", lxw_strerror(error));
@@ -167,6 +192,7 @@ void XlsxExport::deleteWorkBook()
     m_output.abandon();
     m_workbook = nullptr;
     m_sheet = nullptr;
+    std::fill(std::begin(m_formats), std::end(m_formats), nullptr);
     m_sheetNames.clear();
 }
 

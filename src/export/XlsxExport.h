@@ -10,6 +10,7 @@
 
 struct lxw_workbook;
 struct lxw_worksheet;
+struct lxw_format;
 
 namespace vellum {
 
@@ -34,6 +35,9 @@ public:
     /// A text cell; an empty text or one that is not valid UTF-8 writes nothing.
     void writeString(std::string_view text, std::uint32_t row, std::uint32_t col) override;
     void writeNumber(double number, std::uint32_t row, std::uint32_t col) override;
+    /// A numeric cell with the style's number format, made once per workbook when first used.
+    void writeStyledNumber(double number, NumberStyle style, std::uint32_t row, std::uint32_t col) override;
+    void writeBoolean(bool value, std::uint32_t row, std::uint32_t col) override;
     /// Writes nothing: an .xlsx file has no unformatted empty cells, a missing cell is empty.
     void setBlankForRow(std::uint32_t row, std::uint32_t col) override;
     /// Writes the workbook, which must be at the target path, and closes it. False, with the
@@ -45,6 +49,7 @@ public:
 private:
     lxw_workbook *m_workbook = nullptr;
     lxw_worksheet *m_sheet = nullptr;
+    lxw_format *m_formats[4] = {}; ///< by NumberStyle, made on first use (owned by the workbook)
     std::string m_targetPath;
     std::string m_workbookPath;
     OutputFile m_output; ///< the workbook's temporary file until it is saved
@@ -57,7 +62,8 @@ private:
 /// text gets its underscore escaped ("_x005F_") to stay as it is.
 void appendOoxmlText(std::string &out, std::string_view text);
 
-/// A sheet of an .xlsx file holds 1,048,576 rows and a cell up to 32767 UTF-16 units.
-inline constexpr SpreadsheetLimits kXlsxLimits = {1048576, 32767};
+/// A sheet of an .xlsx file holds 1,048,576 rows and a cell up to 32767 UTF-16 units;
+/// libxlsxwriter writes numbers with 16 significant digits.
+inline constexpr SpreadsheetLimits kXlsxLimits = {1048576, 32767, 16};
 
 } // namespace vellum

@@ -166,6 +166,51 @@ TEST(XlsWorkbook, WritesOneLabelOneNumberAndOneBlank)
     EXPECT_EQ(sheetRecords.back().type, biff::kEof);
 }
 
+TEST(XlsWorkbook, NumberFormatsAndBooleanCells)
+{
+    workbook book;
+    worksheet *sheet = book.sheet(u"S");
+    ASSERT_NE(sheet, nullptr);
+    const std::uint16_t date = book.numberFormat(u"yyyy-mm-dd");
+    const std::uint16_t amount = book.numberFormat(u"0.00\u20AC"); // a code beyond Latin-1
+    EXPECT_EQ(date, 16);
+    EXPECT_EQ(amount, 17);
+    EXPECT_EQ(book.numberFormat(u"yyyy-mm-dd"), date); // asked again: the same format
+    EXPECT_TRUE(sheet->number(0, 0, 1.0, date));
+    EXPECT_TRUE(sheet->boolean(0, 1, true));
+    EXPECT_TRUE(sheet->boolean(1, 0, false));
+    const auto records = streamRecords(book);
+
+    // FORMAT records numbered from 164, narrow or UTF-16 as the code needs, before the XFs.
+    const auto formats = ofType(records, biff::kFormat);
+    ASSERT_EQ(formats.size(), 2u);
+    EXPECT_EQ(formats[0].payload, bytes({164, 0, 10, 0, 0, 'y', 'y', 'y', 'y', '-', 'm', 'm', '-', 'd', 'd'}));
+    EXPECT_EQ(formats[1].payload, bytes({165, 0, 5, 0, 1, '0', 0, '.', 0, '0', 0, '0', 0, 0xAC, 0x20}));
+    const auto xfs = ofType(records, biff::kXf);
+    ASSERT_EQ(xfs.size(), 18u);
+    EXPECT_LT(formats[1].offset, xfs[0].offset);
+    EXPECT_EQ(u16At(xfs[16].payload, 2), 164u); // the cell XF of the first format uses it
+    EXPECT_EQ(u16At(xfs[17].payload, 2), 165u);
+    EXPECT_EQ(static_cast<unsigned char>(xfs[16].payload[9]), 0x04); // and says it sets a number format
+
+    std::vector<Record> cells;
+    for (const Record &r : firstSheet(records))
+        if (r.type == biff::kNumber || r.type == biff::kBoolErr)
+            cells.push_back(r);
+    ASSERT_EQ(cells.size(), 3u);
+    EXPECT_EQ(cells[0].payload, bytes({0, 0, 0, 0, 16, 0, 0, 0, 0, 0, 0, 0, 0xF0, 0x3F})); // 1.0 with XF 16
+    EXPECT_EQ(cells[1].type, biff::kBoolErr);
+    EXPECT_EQ(cells[1].payload, bytes({0, 0, 1, 0, 15, 0, 1, 0}));
+    EXPECT_EQ(cells[2].payload, bytes({1, 0, 0, 0, 15, 0, 0, 0}));
+
+    // A workbook that asks for no format has none: the default records only.
+    workbook plain;
+    ASSERT_NE(plain.sheet(u"S"), nullptr);
+    const auto plainRecords = streamRecords(plain);
+    EXPECT_TRUE(ofType(plainRecords, biff::kFormat).empty());
+    EXPECT_EQ(ofType(plainRecords, biff::kXf).size(), 16u);
+}
+
 TEST(XlsWorkbook, KeepsEachTextOnceInItsNarrowestForm)
 {
     struct Case {

@@ -6,10 +6,14 @@
     read_workbook.py --streams FILE   the streams of a compound file (xlrd's reader)
 
 Workbook output: {"warnings": [...], "sheets": [{"name": N, "cells": [[row, col, type, value]]}]}
-with type "text", "number" or "blank"; cells that hold nothing are left out. Compound file
+with type "text", "number", "boolean" (true/false), "date" (ISO text as the reader gives the
+date, "YYYY-MM-DDTHH:MM:SS" with ".fff" when it has milliseconds) or "blank"; cells that hold
+nothing are left out. A number or date cell with a number format other than General has that
+format as a fifth element. Compound file
 output: {"warnings": [...], "streams": {"NAME": {"size": N, "sha256": HEX}}} for every stream of
 the root storage.
 """
+import datetime
 import hashlib
 import io
 import json
@@ -24,10 +28,29 @@ def plain(value):
     return value
 
 
+def iso(moment):
+    """A datetime as ISO text; a time alone (Excel's serials below 1 hold only a time of day) on
+    1899-12-30, the day Access gives a time without a date."""
+    if isinstance(moment, datetime.time):
+        moment = datetime.datetime.combine(datetime.date(1899, 12, 30), moment)
+    text = moment.strftime("%Y-%m-%dT%H:%M:%S")
+    if moment.microsecond:
+        text += ".%03d" % round(moment.microsecond / 1000)
+    return text
+
+
+def xls_date(serial, datemode):
+    import xlrd
+    if serial < 1:
+        return iso(datetime.datetime(1899, 12, 30) + datetime.timedelta(milliseconds=round(serial * 86400000)))
+    return iso(xlrd.xldate.xldate_as_datetime(serial, datemode))
+
+
 def read_xls(path, log):
     import xlrd
     book = xlrd.open_workbook(path, formatting_info=True, logfile=log, ragged_rows=True)
-    kinds = {xlrd.XL_CELL_TEXT: "text", xlrd.XL_CELL_NUMBER: "number", xlrd.XL_CELL_BLANK: "blank"}
+    kinds = {xlrd.XL_CELL_TEXT: "text", xlrd.XL_CELL_NUMBER: "number", xlrd.XL_CELL_BLANK: "blank",
+             xlrd.XL_CELL_DATE: "date", xlrd.XL_CELL_BOOLEAN: "boolean"}
     sheets = []
     for sheet in book.sheets():
         cells = []
@@ -37,7 +60,17 @@ def read_xls(path, log):
                     continue
                 kind = kinds.get(ctype, "other:%d" % ctype)
                 value = plain(sheet.cell_value(r, c)) if kind != "blank" else None
-                cells.append([r, c, kind, value])
+                if kind == "date":
+                    value = xls_date(value, book.datemode)
+                elif kind == "boolean":
+                    value = bool(value)
+                cell = [r, c, kind, value]
+                if kind in ("number", "date"):
+                    xf = book.xf_list[sheet.cell_xf_index(r, c)]
+                    fmt = book.format_map[xf.format_key].format_str
+                    if fmt != "General":
+                        cell.append(fmt)
+                cells.append(cell)
         sheets.append({"name": sheet.name, "cells": cells})
     return sheets
 
@@ -52,25 +85,42 @@ def read_xlsx(path, log):
         sheets = []
         for sheet in book.worksheets:
             cells = []
-            for r, row in enumerate(sheet.iter_rows(values_only=True)):
-                for c, value in enumerate(row):
+            for r, row in enumerate(sheet.iter_rows()):
+                for c, cell in enumerate(row):
+                    value = getattr(cell, "value", None)
                     if value is None:
                         continue
+                    fmt = None
                     if isinstance(value, str):
                         kind = "text"
                         value = unescape(value)
-                    elif isinstance(value, (int, float)) and not isinstance(value, bool):
+                    elif isinstance(value, bool):
+                        kind = "boolean"
+                    elif isinstance(value, (int, float)):
                         kind = "number"
                         value = plain(float(value))
+                        fmt = cell.number_format
+                    elif isinstance(value, (datetime.datetime, datetime.time)):
+                        kind = "date"
+                        value = iso(value)
+                        fmt = cell.number_format
                     else:
                         kind = "other:" + type(value).__name__
                         value = str(value)
-                    cells.append([r, c, kind, value])
+                    entry = [r, c, kind, value]
+                    if fmt and fmt != "General":
+                        entry.append(fmt)
+                    cells.append(entry)
             sheets.append({"name": sheet.title, "cells": cells})
         book.close()
     for w in caught:
         log.write(str(w.message) + "\n")
     return sheets
+
+
+def read_any(path, log):
+    """The sheets of a workbook with the reader of its kind."""
+    return read_xlsx(path, log) if path.lower().endswith(".xlsx") else read_xls(path, log)
 
 
 def read_streams(path, log):

@@ -44,10 +44,12 @@ inline const std::string &pythonWithWorkbookReaders()
             GTEST_SKIP() << "python3 with xlrd and openpyxl is missing (Debian: python3-xlrd python3-openpyxl)";       \
     } while (0)
 
-/// One cell as the reader sees it: type "text", "number" or "blank", and the value.
+/// One cell as the reader sees it: type "text", "number", "boolean", "date" (ISO text) or
+/// "blank", the value, and the number format of a number or date cell ("" for General).
 struct ReadCell {
     std::string type;
     nlohmann::json value;
+    std::string format;
 };
 
 struct ReadSheet {
@@ -93,7 +95,8 @@ inline ReadWorkbook runWorkbookReader(std::vector<std::string> args)
             ReadSheet sheet;
             sheet.name = s["name"].get<std::string>();
             for (const auto &c : s["cells"])
-                sheet.cells[{c[0].get<int>(), c[1].get<int>()}] = ReadCell{c[2].get<std::string>(), c[3]};
+                sheet.cells[{c[0].get<int>(), c[1].get<int>()}] =
+                    ReadCell{c[2].get<std::string>(), c[3], c.size() > 4 ? c[4].get<std::string>() : std::string()};
             book.sheets.push_back(std::move(sheet));
         }
     }

@@ -26,6 +26,7 @@ inline constexpr std::uint16_t kDateMode = 0x0022;
 inline constexpr std::uint16_t kPrecision = 0x000E;
 inline constexpr std::uint16_t kBookBool = 0x00DA;
 inline constexpr std::uint16_t kFont = 0x0031;
+inline constexpr std::uint16_t kFormat = 0x041E;
 inline constexpr std::uint16_t kXf = 0x00E0;
 inline constexpr std::uint16_t kStyle = 0x0293;
 inline constexpr std::uint16_t kBoundSheet = 0x0085;
@@ -51,6 +52,7 @@ inline constexpr std::uint16_t kRow = 0x0208;
 inline constexpr std::uint16_t kLabelSst = 0x00FD;
 inline constexpr std::uint16_t kNumber = 0x0203;
 inline constexpr std::uint16_t kBlank = 0x0201;
+inline constexpr std::uint16_t kBoolErr = 0x0205;
 inline constexpr std::uint16_t kDbCell = 0x00D7;
 inline constexpr std::uint16_t kWindow2 = 0x023E;
 
@@ -58,6 +60,8 @@ inline constexpr std::uint16_t kWindow2 = 0x023E;
 inline constexpr std::size_t kMaxPayload = 8224;
 /// The cell format (XF) every cell refers to: the default cell XF after the 15 style XFs.
 inline constexpr std::uint16_t kDefaultCellXf = 15;
+/// The first number format code a workbook defines itself (those below are Excel's built-ins).
+inline constexpr std::uint16_t kFirstCustomFormat = 164;
 /// Rows and columns of a BIFF8 sheet.
 inline constexpr std::uint32_t kMaxRows = 65536;
 inline constexpr std::uint32_t kMaxColumns = 256;

@@ -34,13 +34,14 @@ LeBytes fontPayload()
     return b;
 }
 
-/// An XF record: general number format, bottom-aligned, no borders, no fill. `typeAndParent`
-/// is 0xFFF5 for a style XF and 0x0001 (locked, parent style 0) for a cell XF; `usedAttributes`
-/// marks which attribute groups the XF sets itself.
-LeBytes xfPayload(std::uint16_t font, std::uint16_t typeAndParent, std::uint8_t usedAttributes)
+/// An XF record: number format `numberFormat` (0 = general), bottom-aligned, no borders, no
+/// fill. `typeAndParent` is 0xFFF5 for a style XF and 0x0001 (locked, parent style 0) for a cell
+/// XF; `usedAttributes` marks which attribute groups the XF sets itself.
+LeBytes xfPayload(std::uint16_t font, std::uint16_t typeAndParent, std::uint8_t usedAttributes,
+                  std::uint16_t numberFormat = 0)
 {
     LeBytes b;
-    b.u16(font).u16(0).u16(typeAndParent).u8(0x20).u8(0).u8(0).u8(usedAttributes);
+    b.u16(font).u16(numberFormat).u16(typeAndParent).u8(0x20).u8(0).u8(0).u8(usedAttributes);
     b.u32(0).u32(0).u16(0x20C0);
     return b;
 }
@@ -76,6 +77,15 @@ worksheet *workbook::sheet(std::u16string_view proposed)
     auto index = static_cast<std::uint16_t>(m_sheets.size());
     m_sheets.push_back(std::unique_ptr<worksheet>(new worksheet(m_strings, m_bodies, std::move(name), index)));
     return m_sheets.back().get();
+}
+
+std::uint16_t workbook::numberFormat(std::u16string_view formatCode)
+{
+    for (std::size_t i = 0; i < m_formatCodes.size(); ++i)
+        if (m_formatCodes[i] == formatCode)
+            return static_cast<std::uint16_t>(biff::kDefaultCellXf + 1 + i);
+    m_formatCodes.emplace_back(formatCode);
+    return static_cast<std::uint16_t>(biff::kDefaultCellXf + m_formatCodes.size());
 }
 
 worksheet *workbook::GetSheet(std::uint16_t index) const
@@ -119,11 +129,28 @@ bool workbook::writeGlobals(BiffStream &out, const std::vector<std::uint64_t> &s
     // Four fonts: Excel's font table has no entry 4, and readers expect the first four.
     for (int i = 0; ok && i < 4; ++i)
         ok = out.record(biff::kFont, fontPayload());
+    // The number formats asked for, numbered from the first code Excel leaves to workbooks.
+    for (std::size_t i = 0; ok && i < m_formatCodes.size(); ++i) {
+        const std::u16string &code = m_formatCodes[i];
+        bool wide = false;
+        for (char16_t u : code)
+            wide = wide || u > 0xFF;
+        LeBytes format;
+        format.u16(static_cast<std::uint16_t>(biff::kFirstCustomFormat + i))
+            .u16(static_cast<std::uint16_t>(code.size()))
+            .u8(wide ? 1 : 0)
+            .units(code.data(), code.size(), wide);
+        ok = out.record(biff::kFormat, format);
+    }
     // The 15 style XFs Excel expects (0 is "Normal"), then the one cell XF that every cell uses.
     static const std::uint16_t styleFonts[kStyleXfs] = {0, 1, 1, 2, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
     for (std::size_t i = 0; ok && i < kStyleXfs; ++i)
         ok = out.record(biff::kXf, xfPayload(styleFonts[i], 0xFFF5, i == 0 ? 0x00 : 0xF4));
     ok = ok && out.record(biff::kXf, xfPayload(0, 0x0001, 0x00));
+    // One cell XF per number format (0x04: the XF sets its number format itself).
+    for (std::size_t i = 0; ok && i < m_formatCodes.size(); ++i)
+        ok =
+            out.record(biff::kXf, xfPayload(0, 0x0001, 0x04, static_cast<std::uint16_t>(biff::kFirstCustomFormat + i)));
     ok = ok && out.record(biff::kStyle, LeBytes().u16(0x8000).u8(0).u8(0xFF));
     for (std::size_t i = 0; ok && i < m_sheets.size(); ++i) {
         const std::u16string &name = m_sheets[i]->name();

@@ -35,6 +35,12 @@ public:
     worksheet *GetSheet(std::uint16_t index) const;
     std::size_t sheetCount() const { return m_sheets.size(); }
 
+    /// The cell format (XF index, for `worksheet::number`) that shows numbers with the Excel
+    /// number format `formatCode` (e.g. "yyyy-mm-dd hh:mm:ss"); asking twice for one code gives
+    /// the same index. Each code asked for adds a FORMAT and an XF record to the workbook, after
+    /// the default ones: a workbook that asks for none is written exactly as before.
+    std::uint16_t numberFormat(std::u16string_view formatCode);
+
     /// Saves the workbook to a file (path in UTF-8), replacing it; on failure nothing is left
     /// at the path and `lastError()` says why. No sheet takes cells afterwards.
     [[nodiscard]] bool Dump(const std::string &path);
@@ -63,6 +69,7 @@ private:
     SharedStringTable m_strings;
     SpillBuffer m_bodies; ///< the sheets' row blocks, one sheet after the other
     std::vector<std::unique_ptr<worksheet>> m_sheets;
+    std::vector<std::u16string> m_formatCodes; ///< number formats asked for, in order
     std::string m_lastError;
     bool m_broken = false;
     bool m_saved = false;

@@ -48,17 +48,30 @@ bool worksheet::label(std::uint32_t row, std::uint32_t col, std::u16string_view 
         return false;
     Cell cell{};
     cell.kind = Kind::Label;
+    cell.xf = biff::kDefaultCellXf;
     cell.sst = m_strings.add(text);
     return put(row, col, cell);
 }
 
-bool worksheet::number(std::uint32_t row, std::uint32_t col, double value)
+bool worksheet::number(std::uint32_t row, std::uint32_t col, double value, std::uint16_t xf)
 {
     if (m_closed || row >= biff::kMaxRows || col >= biff::kMaxColumns)
         return false;
     Cell cell{};
     cell.kind = Kind::Number;
+    cell.xf = xf;
     cell.number = value;
+    return put(row, col, cell);
+}
+
+bool worksheet::boolean(std::uint32_t row, std::uint32_t col, bool value)
+{
+    if (m_closed || row >= biff::kMaxRows || col >= biff::kMaxColumns)
+        return false;
+    Cell cell{};
+    cell.kind = Kind::Boolean;
+    cell.xf = biff::kDefaultCellXf;
+    cell.truth = value;
     return put(row, col, cell);
 }
 
@@ -68,6 +81,7 @@ bool worksheet::blank(std::uint32_t row, std::uint32_t col)
         return false;
     Cell cell{};
     cell.kind = Kind::Blank;
+    cell.xf = biff::kDefaultCellXf;
     return put(row, col, cell);
 }
 
@@ -139,7 +153,11 @@ void worksheet::flushBlock()
                 out.recordHeader(biff::kLabelSst, 10).u16(row).u16(col).u16(biff::kDefaultCellXf).u32(cell.sst);
                 break;
             case Kind::Number:
-                out.recordHeader(biff::kNumber, 14).u16(row).u16(col).u16(biff::kDefaultCellXf).f64(cell.number);
+                out.recordHeader(biff::kNumber, 14).u16(row).u16(col).u16(cell.xf).f64(cell.number);
+                break;
+            case Kind::Boolean:
+                // BOOLERR: the value, then 0 for "a boolean, not an error code".
+                out.recordHeader(biff::kBoolErr, 8).u16(row).u16(col).u16(cell.xf).u8(cell.truth ? 1 : 0).u8(0);
                 break;
             case Kind::Blank:
                 out.recordHeader(biff::kBlank, 6).u16(row).u16(col).u16(biff::kDefaultCellXf);

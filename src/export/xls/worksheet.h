@@ -31,8 +31,11 @@ public:
     /// position is outside the sheet or in a block already written out, the text is longer
     /// than 32767 UTF-16 units, or the sheet no longer takes cells.
     bool label(std::uint32_t row, std::uint32_t col, std::u16string_view text);
-    /// A numeric cell (an IEEE double). False as for `label`.
-    bool number(std::uint32_t row, std::uint32_t col, double value);
+    /// A numeric cell (an IEEE double) shown with the cell format `xf` (an index the workbook
+    /// gave out, see `workbook::numberFormat`). False as for `label`.
+    bool number(std::uint32_t row, std::uint32_t col, double value, std::uint16_t xf = biff::kDefaultCellXf);
+    /// A boolean cell (TRUE or FALSE). False as for `label`.
+    bool boolean(std::uint32_t row, std::uint32_t col, bool value);
     /// An empty cell with the default format. False as for `label`.
     bool blank(std::uint32_t row, std::uint32_t col);
 
@@ -44,13 +47,15 @@ public:
 private:
     friend class workbook;
 
-    enum class Kind : std::uint8_t { Label, Number, Blank };
+    enum class Kind : std::uint8_t { Label, Number, Blank, Boolean };
     struct Cell {
         std::uint32_t key; ///< row << 8 | column: the sheet's cell order
         Kind kind;
+        std::uint16_t xf; ///< the cell format
         union {
             double number;
             std::uint32_t sst;
+            bool truth;
         };
     };
 
