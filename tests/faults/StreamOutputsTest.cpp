@@ -23,7 +23,8 @@ using test::ProcessResult;
 using test::runScript;
 using test::TempDir;
 
-/// An export kind with the arguments that make it write one stream of bytes.
+/// An export kind with the arguments that make it write one stream of bytes. The classic output
+/// is used: the lossless one of features.mdb approximates some values, which exits 3.
 struct StreamKind {
     const char *format;
     std::vector<std::string> arguments; ///< after FILE OUTPUT
@@ -33,12 +34,12 @@ struct StreamKind {
 const std::vector<StreamKind> &streamKinds()
 {
     static const std::vector<StreamKind> kinds = {
-        {"csv", {"--format", "csv", "--table", "Customers"}, "Customers.csv"},
-        {"txt", {"--format", "txt", "--table", "Customers"}, "Customers.txt"},
-        {"xml", {"--format", "xml", "--table", "Customers"}, "Customers.xml"},
-        {"sql", {"--format", "sql", "--dialect", "postgresql"}, "features.sql"},
-        {"xls", {"--format", "xls"}, "features.xls"},
-        {"xlsx", {"--format", "xlsx"}, "features.xlsx"},
+        {"csv", {"--format", "csv", "--classic", "--table", "Customers"}, "Customers.csv"},
+        {"txt", {"--format", "txt", "--classic", "--table", "Customers"}, "Customers.txt"},
+        {"xml", {"--format", "xml", "--classic", "--table", "Customers"}, "Customers.xml"},
+        {"sql", {"--format", "sql", "--dialect", "postgresql", "--classic"}, "features.sql"},
+        {"xls", {"--format", "xls", "--classic"}, "features.xls"},
+        {"xlsx", {"--format", "xlsx", "--classic"}, "features.xlsx"},
     };
     return kinds;
 }
