@@ -494,7 +494,7 @@ void exportTextFileThread(ExportJob &job)
     job.forEachTable([&](std::size_t, const ExportEntry &entry, const TOrbMDBTable &table) {
         FileSink file;
         if (!file.open(job.outputPathForEntry(entry))) {
-            job.logFailure(entry.tableName, kExportReasonUnableToCreateFile);
+            job.logFailure(entry.tableName, kExportReasonUnableToCreateFile, file.errorText());
             return;
         }
         const TextTableOutcome outcome =
@@ -509,8 +509,9 @@ void exportTextFileThread(ExportJob &job)
             file.discard();
             job.logFailure(entry.tableName, kExportReasonEncodingUnavailable);
         } else if (outcome.result == TextTableResult::WriteFailed || !closed) {
+            const std::string why = file.errorText();
             file.discard();
-            job.logFailure(entry.tableName, kExportReasonUnableToWriteFile);
+            job.logFailure(entry.tableName, kExportReasonUnableToWriteFile, why);
         } else {
             job.addSuccess();
             if (outcome.complexIdsOnly)

@@ -175,7 +175,8 @@ TEST(VellumCliExport, AFileThatCannotBeCreatedIsALossWithStatusThree)
                                                "csv", "--table", "table1", "--table", "Table2"});
     EXPECT_EQ(result.exitStatus, 3) << result.err;
     EXPECT_EQ(result.out,
-              "Export finished.\n1 table exported successfully.\n<table1> Failed: Unable to create file for export.\n");
+              "Export finished.\n1 table exported successfully.\n<table1> Failed: Unable to create file for export.\n"
+              "    Is a directory\n");
     EXPECT_TRUE(std::filesystem::exists(dir.file("out/Table2.csv")));
 }
 

@@ -213,7 +213,7 @@ TEST(ExportJob, ThirteenUnwritableTablesGiveTenLinesAndACount)
     std::string expected;
     for (int i = 1; i <= 10; ++i)
         expected += (i > 1 ? "\n" : "") + std::string("<T") + std::to_string(100 + i) +
-                    "> Failed: Unable to create file for export.";
+                    "> Failed: Unable to create file for export.\n    No such file or directory";
     expected += "\n\u2026and 3 more.";
     EXPECT_EQ(job.report().title, "Export finished.");
     EXPECT_EQ(job.report().message, expected);
