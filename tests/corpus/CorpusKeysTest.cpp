@@ -230,9 +230,10 @@ TEST(CorpusKeys, EveryFileExportsToSqliteWithoutAFailedTable)
         const std::size_t end = std::min(files.size(), first + kAtOnce);
         for (std::size_t i = first; i < end; ++i)
             running.push_back(std::async(std::launch::async, [&dir, &f = files[i], i] {
-                return test::runTool("vellum-cli",
-                                     {"export", f.path, dir.file(std::to_string(i) + ".sqlite"), "--format", "sqlite"},
-                                     120);
+                return test::runTool(
+                    "vellum-cli",
+                    {"export", f.path, dir.file(std::to_string(i) + ".sqlite"), "--format", "sqlite", "--classic"},
+                    120);
             }));
         for (std::size_t i = first; i < end; ++i) {
             const TruthFile &f = files[i];

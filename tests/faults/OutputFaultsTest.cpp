@@ -243,7 +243,7 @@ TEST(OutputFaults, OnlyARegularFileIsReplacedByADatabase)
         previous << "not a database";
     }
     const ProcessResult replaced =
-        runScript("exec \"$CLI\" export \"$1\" \"$2\" --format sqlite", {features, database});
+        runScript("exec \"$CLI\" export \"$1\" \"$2\" --format sqlite --classic", {features, database});
     EXPECT_EQ(replaced.exitStatus, 0) << replaced.out << replaced.err;
     EXPECT_EQ(runScript("sqlite3 \"$1\" 'SELECT count(*) FROM table1'", {database}).exitStatus, 0);
     EXPECT_EQ(folderContents(dir.path()).size(), 2u) << "no temporary file is left";
