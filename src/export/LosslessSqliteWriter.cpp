@@ -32,6 +32,7 @@ namespace {
 constexpr const char *kReasonCreateTableFailed = "Create table failed.";
 constexpr const char *kReasonInsertRecordFailed = "Insert record failed.";
 constexpr const char *kApproximatedNaN = "NaN floating-point values written as NULL";
+constexpr const char *kApproximatedNegativeZero = "negative zeros stored as 0";
 constexpr const char *kApproximatedDecimal = "decimals of more than 15 significant digits stored as REAL";
 
 /// SQLITE_STATIC: the bound bytes stay valid until the statement is stepped.
@@ -476,8 +477,12 @@ int LosslessSqliteWriter::Run::bindCell(sqlite3_stmt *statement, int index, cons
                                                           : std::numeric_limits<double>::infinity());
         double value = 0;
         const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-        if (error == std::errc() && stop == text.data() + text.size())
+        if (error == std::errc() && stop == text.data() + text.size()) {
+            // A REAL column stores a whole number as an integer, which drops the sign of -0.
+            if (value == 0 && std::signbit(value))
+                job.countApproximation(table.name(), kApproximatedNegativeZero);
             return api.sqlite3_bind_double(statement, index, value);
+        }
         break;
     }
     case SqliteValueForm::Decimal:

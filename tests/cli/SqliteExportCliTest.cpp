@@ -91,10 +91,12 @@ TEST(SqliteExportCli, LosslessDatabaseIsTheDefault)
     test::TempDir dir;
     const std::string db = dir.file("lossless.sqlite");
     const auto result = runTool("vellum-cli", {"export", fixturePath("features.mdb"), db, "--format", "sqlite"});
-    // The Currency and Decimal extremes of AllTypes have more digits than SQLite's REAL keeps.
+    // The Currency and Decimal extremes of AllTypes have more digits than SQLite's REAL keeps,
+    // and a REAL column has no negative zero.
     EXPECT_EQ(result.exitStatus, 3) << result.err;
     EXPECT_EQ(result.out, "Export finished.\n14 tables exported successfully.\n<AllTypes> Warning: 4 values "
-                          "approximated: decimals of more than 15 significant digits stored as REAL\n");
+                          "approximated: decimals of more than 15 significant digits stored as REAL\n<AllTypes> "
+                          "Warning: 2 values approximated: negative zeros stored as 0\n");
     const auto read = runProcess({kSqlite3, db,
                                   "SELECT typeof(\"ColDate\"), \"ColDate\" FROM \"AllTypes\" WHERE \"ColDate\" "
                                   "IS NOT NULL ORDER BY \"ID\" LIMIT 1; SELECT count(*) FROM \"AllTypes\" WHERE "
