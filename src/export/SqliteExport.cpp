@@ -234,7 +234,8 @@ void SqliteExportRun::createIndexes()
             if (!execute(sqliteCreateIndexStatement(*index, name, quotedTable))) {
                 const std::string reason =
                     formatObjects(localized("Create index %@ for table %@ failed."), {index->name(), table->name()});
-                m_job.logLine(formatObjects("%@: %@", {localized("Failed"), reason}));
+                m_job.logLine(formatObjects("%@: %@", {localized("Failed"), reason}) + "\n    " +
+                              m_connection.getLastErrorMessage());
             }
         }
         if (m_job.terminated())
