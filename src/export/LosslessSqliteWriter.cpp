@@ -119,14 +119,14 @@ private:
 struct ChildTable {
     std::size_t column = 0;
     ComplexKind kind = ComplexKind::MultiValue;
+    SqliteValueForm valueForm = SqliteValueForm::Text; ///< of multi-value items
     std::string name;
 };
 
 } // namespace
 
-SqliteValueForm losslessSqliteValueForm(const TOrbMDBColumn &column)
+SqliteValueForm losslessSqliteValueForm(std::string_view type)
 {
-    const std::string &type = column.dataType();
     if (type == "Boolean")
         return SqliteValueForm::Boolean;
     if (isIntegerType(type))
@@ -144,10 +144,9 @@ SqliteValueForm losslessSqliteValueForm(const TOrbMDBColumn &column)
     return SqliteValueForm::Blob; // Binary, OLE and types the reader does not know: their bytes
 }
 
-std::string losslessSqliteColumnType(const TOrbMDBColumn &column)
+std::string losslessSqliteDeclaredType(std::string_view type, int precision, int scale)
 {
-    const std::string &type = column.dataType();
-    switch (losslessSqliteValueForm(column)) {
+    switch (losslessSqliteValueForm(type)) {
     case SqliteValueForm::Boolean:
         return "BOOLEAN";
     case SqliteValueForm::Integer:
@@ -158,9 +157,7 @@ std::string losslessSqliteColumnType(const TOrbMDBColumn &column)
     case SqliteValueForm::Decimal:
         if (type == "Currency")
             return "DECIMAL(19,4)";
-        if (column.precision() > 0)
-            return formatString("DECIMAL(%d,%d)", column.precision(), std::max(column.scale(), 0));
-        return "DECIMAL(28,0)";
+        return precision > 0 ? formatString("DECIMAL(%d,%d)", precision, std::max(scale, 0)) : "DECIMAL";
     case SqliteValueForm::DateTime:
         return "DATETIME";
     case SqliteValueForm::Text:
@@ -169,6 +166,11 @@ std::string losslessSqliteColumnType(const TOrbMDBColumn &column)
         return "BLOB";
     }
     return "BLOB";
+}
+
+std::string losslessSqliteColumnType(const TOrbMDBColumn &column)
+{
+    return losslessSqliteDeclaredType(column.dataType(), column.precision(), column.scale());
 }
 
 std::string losslessSqliteCreateTableStatement(const TOrbMDBTable &table,
@@ -390,11 +392,17 @@ void LosslessSqliteWriter::Run::exportTable(const ExportEntry &entry, const TOrb
         ChildTable child;
         child.column = column;
         child.kind = values->kind();
+        if (!values->valueType().empty())
+            child.valueForm = losslessSqliteValueForm(values->valueType());
         child.name = unusedTableName(table.name() + "_" + table.columns()[column]->name());
         std::string sql = "CREATE TABLE " + sqliteQuotedName(child.name) + " (\n\t\"parent_id\" INTEGER NOT NULL,";
         switch (child.kind) {
         case ComplexKind::MultiValue:
-            sql += "\n\t\"value\" TEXT\n);";
+            // The items' own type where the reader knows it, else their text.
+            sql += "\n\t\"value\" " +
+                   (values->valueType().empty() ? std::string("TEXT")
+                                                : losslessSqliteDeclaredType(values->valueType(), -1, -1)) +
+                   "\n);";
             break;
         case ComplexKind::Attachment:
             sql += "\n\t\"file_name\" TEXT,\n\t\"file_type\" TEXT,\n\t\"data\" BLOB\n);";
@@ -520,7 +528,7 @@ bool LosslessSqliteWriter::Run::insertRows(const TOrbMDBTable &table, const std:
         }
         std::vector<SqliteValueForm> forms;
         for (const auto &column : columns)
-            forms.push_back(losslessSqliteValueForm(*column));
+            forms.push_back(losslessSqliteValueForm(column->dataType()));
         buffers.resize(columns.size());
         sqlite3_stmt *statement = insert.get();
         for (std::size_t row = 0; row < rowCount; ++row) {
@@ -584,7 +592,10 @@ bool LosslessSqliteWriter::Run::insertChildRows(const TOrbMDBTable &table, const
         switch (child.kind) {
         case ComplexKind::MultiValue:
             for (const std::string &value : cell.complex->values()) {
-                bindText(2, value);
+                if (bindCell(statement, 2, CellValue::ofText(value), child.valueForm, date, table) != kSQLiteOK) {
+                    lastError = databaseError();
+                    return false;
+                }
                 if (!step())
                     return false;
             }

@@ -31,8 +31,12 @@ enum class SqliteValueForm {
     ComplexId, ///< the stored id of a complex column's values, an integer
 };
 
-/// The binding form of a column, by its type name.
-SqliteValueForm losslessSqliteValueForm(const TOrbMDBColumn &column);
+/// The binding form of a column type name (a column's `dataType`).
+SqliteValueForm losslessSqliteValueForm(std::string_view type);
+
+/// The declared type of a column type name in the lossless database; `precision` and `scale`
+/// are those of a Numeric column (DECIMAL without them when the precision is not positive).
+std::string losslessSqliteDeclaredType(std::string_view type, int precision, int scale);
 
 /// The declared type of a column in the lossless database: BOOLEAN, INTEGER, REAL,
 /// DECIMAL(19,4) for Currency, DECIMAL(p,s) for Numeric, DATETIME, CHAR(38), TEXT or BLOB.

@@ -167,13 +167,15 @@ TEST_F(LosslessSqliteWriterTest, ApproximationsAreCounted)
 TEST_F(LosslessSqliteWriterTest, ComplexColumnsGetChildTables)
 {
     std::vector<std::unique_ptr<TOrbMDBTable>> tables;
-    tables.push_back(test::makeTable(
-        "Items",
-        {{"ID", "Long Integer"},
-         {"Tags", "Complex Value auto number"},
-         {"Files", "Complex Value auto number"},
-         {"Notes", "Complex Value auto number"}},
-        {{"1", "10", "20", "30"}, {"2", "11", "21", "31"}, {"3", std::nullopt, std::nullopt, std::nullopt}}));
+    tables.push_back(test::makeTable("Items",
+                                     {{"ID", "Long Integer"},
+                                      {"Tags", "Complex Value auto number"},
+                                      {"Files", "Complex Value auto number"},
+                                      {"Notes", "Complex Value auto number"},
+                                      {"Sizes", "Complex Value auto number"}},
+                                     {{"1", "10", "20", "30", "40"},
+                                      {"2", "11", "21", "31", "41"},
+                                      {"3", std::nullopt, std::nullopt, std::nullopt, std::nullopt}}));
     TOrbMDBTable &items = *tables.back();
     items.columnNamed("ID")->setIsPrimaryKey(true);
     auto tags = std::make_unique<ComplexColumnValues>(ComplexKind::MultiValue);
@@ -189,6 +191,12 @@ TEST_F(LosslessSqliteWriterTest, ComplexColumnsGetChildTables)
     notes->valuesFor(31).addVersion("second", "02/03/2021 04:05:06");
     notes->valuesFor(31).addVersion("first", "01/02/2020 03:04:05");
     items.setComplexValues(3, std::move(notes));
+    // Items of a known type are stored as that type.
+    auto sizes = std::make_unique<ComplexColumnValues>(ComplexKind::MultiValue);
+    sizes->setValueType("Long Integer");
+    sizes->valuesFor(40).addValue("42");
+    sizes->valuesFor(41).addValue("-7");
+    items.setComplexValues(4, std::move(sizes));
     // A table already named like the first child table: the child takes the next free name.
     tables.push_back(test::makeNumberTable("items_tags", 1));
     auto file = test::makeFile("mem", std::move(tables));
@@ -199,7 +207,7 @@ TEST_F(LosslessSqliteWriterTest, ComplexColumnsGetChildTables)
     EXPECT_TRUE(job.msgLog().empty()) << job.msgLog().front();
     EXPECT_EQ(job.successTableCount(), 2);
     EXPECT_EQ(sqlite3(db, "SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name;"),
-              "Items\nItems_Files\nItems_Notes\nItems_Tags_1\nitems_tags\n");
+              "Items\nItems_Files\nItems_Notes\nItems_Sizes\nItems_Tags_1\nitems_tags\n");
     EXPECT_EQ(sqlite3(db, "SELECT typeof(Tags), Tags, quote(Files), quote(Notes) FROM Items ORDER BY ID;"),
               "integer|10|20|30\ninteger|11|21|31\nnull||NULL|NULL\n");
     EXPECT_EQ(sqlite3(db, "SELECT parent_id, value FROM Items_Tags_1 ORDER BY rowid;"), "10|red\n10|O'Neil\n11|blue\n");
@@ -208,6 +216,10 @@ TEST_F(LosslessSqliteWriterTest, ComplexColumnsGetChildTables)
               "20|a.txt|txt|blob|68690021\n20|empty.bin|bin|blob|\n");
     EXPECT_EQ(sqlite3(db, "SELECT parent_id, value, changed FROM Items_Notes ORDER BY rowid;"),
               "31|second|2021-02-03 04:05:06\n31|first|2020-01-02 03:04:05\n");
+    EXPECT_EQ(sqlite3(db, "SELECT type FROM pragma_table_info('Items_Tags_1') ORDER BY cid;"), "INTEGER\nTEXT\n");
+    EXPECT_EQ(sqlite3(db, "SELECT type FROM pragma_table_info('Items_Sizes') ORDER BY cid;"), "INTEGER\nINTEGER\n");
+    EXPECT_EQ(sqlite3(db, "SELECT parent_id, typeof(value), value FROM Items_Sizes ORDER BY rowid;"),
+              "40|integer|42\n41|integer|-7\n");
     EXPECT_EQ(sqlite3(db, "SELECT type FROM pragma_table_info('Items_Notes') ORDER BY cid;"),
               "INTEGER\nTEXT\nDATETIME\n");
 }
