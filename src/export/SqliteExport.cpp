@@ -2,6 +2,7 @@
 
 #include "export/ExportRoutines.h"
 #include "export/IndexNameRegister.h"
+#include "export/LosslessSqliteWriter.h"
 #include "export/OutputFile.h"
 #include "export/SqlTypeMapping.h"
 #include "model/TOrbBlobData.h"
@@ -166,7 +167,7 @@ void SqliteExportRun::exportTable(const ExportEntry &entry, const TOrbMDBTable &
     m_query =
         sqliteCreateTableStatement(table, m_options.includeForeignKeys ? &m_job.file().allForeignKeys() : nullptr);
     if (!execute(m_query)) {
-        m_job.logFailure(entry.tableName, kReasonCreateTableFailed);
+        m_job.logFailure(entry.tableName, kReasonCreateTableFailed, m_connection.getLastErrorMessage());
         return;
     }
     bool failed = false;
@@ -207,9 +208,10 @@ bool SqliteExportRun::insertRows(const ExportEntry &entry, const TOrbMDBTable &t
         failed = true;
     if (!failed)
         return true;
+    const std::string error = m_connection.getLastErrorMessage();
     if (inTransaction)
         execute("ROLLBACK;");
-    m_job.logFailure(entry.tableName, kReasonInsertRecordFailed);
+    m_job.logFailure(entry.tableName, kReasonInsertRecordFailed, error);
     execute("DROP TABLE " + quotedTable + ";"); // its own outcome is not checked
     return false;
 }
@@ -232,7 +234,8 @@ void SqliteExportRun::createIndexes()
             if (!execute(sqliteCreateIndexStatement(*index, name, quotedTable))) {
                 const std::string reason =
                     formatObjects(localized("Create index %@ for table %@ failed."), {index->name(), table->name()});
-                m_job.logLine(formatObjects("%@: %@", {localized("Failed"), reason}));
+                m_job.logLine(formatObjects("%@: %@", {localized("Failed"), reason}) + "\n    " +
+                              m_connection.getLastErrorMessage());
             }
         }
         if (m_job.terminated())
@@ -361,6 +364,10 @@ std::string sqliteCreateIndexStatement(const TOrbMDBIndex &index, std::string_vi
 
 void exportSQLiteThread(ExportJob &job)
 {
+    if (job.options().lossless) {
+        LosslessSqliteWriter(job).run();
+        return;
+    }
     SqliteExportRun(job).run();
 }
 

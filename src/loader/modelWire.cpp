@@ -213,6 +213,34 @@ void encodeComplexColumns(WireWriter &writer, const TOrbMDBTable &table)
     }
 }
 
+/// Appends the item type of each complex column (position, type name), in the order of
+/// encodeComplexColumns.
+void encodeComplexValueTypes(WireWriter &writer, const TOrbMDBTable &table)
+{
+    writer.putU64(table.complexColumns().size());
+    for (const auto &[position, values] : table.complexColumns()) {
+        writer.putU64(position);
+        writer.putString(values->valueType());
+    }
+}
+
+/// Reads what encodeComplexValueTypes wrote; false unless it names exactly the complex columns
+/// decoded before it.
+bool decodeComplexValueTypes(WireReader &reader, TOrbMDBTable &table)
+{
+    const std::uint64_t count = reader.getU64();
+    if (!reader.ok() || count != table.complexColumns().size())
+        return reader.fail();
+    for (std::uint64_t c = 0; c < count; ++c) {
+        const std::uint64_t position = reader.getU64();
+        std::string type = reader.getString();
+        if (!reader.ok() || position != table.complexColumns()[c].first)
+            return reader.fail();
+        table.complexColumns()[c].second->setValueType(std::move(type));
+    }
+    return reader.ok();
+}
+
 /// Reads what encodeComplexColumns wrote into `table`, whose columns are in place; false when
 /// a position, kind or count does not fit, or a position or id comes twice.
 bool decodeComplexColumns(WireReader &reader, TOrbMDBTable &table)
@@ -483,6 +511,7 @@ void encodeTable(WireWriter &writer, const TOrbMDBTable &table, const StoreParts
         encodeIndex(writer, *index);
     encodeStoreRange(writer, table.store(), sent, std::max(sent.blocks, table.store().blocks().size()), false);
     encodeComplexColumns(writer, table);
+    encodeComplexValueTypes(writer, table);
 }
 
 std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader, PartialStore parts)
@@ -519,7 +548,7 @@ std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader, PartialStore parts
         reader.fail();
         return nullptr;
     }
-    if (!decodeComplexColumns(reader, *table))
+    if (!decodeComplexColumns(reader, *table) || !decodeComplexValueTypes(reader, *table))
         return nullptr;
     return table;
 }

@@ -31,7 +31,7 @@ enum : int {
     kSQLiteOpenCreate = 0x4,
 };
 
-// The 25 entry points, in the order in which they are looked up: X(name, return, parameters).
+// The 33 entry points, in the order in which they are looked up: X(name, return, parameters).
 #define VELLUM_SQLITE_ENTRY_POINTS(X)                                                                                  \
     X(sqlite3_close, int, (sqlite3 *))                                                                                 \
     X(sqlite3_open_v2, int, (const char *, sqlite3 **, int, const char *))                                             \
@@ -57,6 +57,14 @@ enum : int {
       (sqlite3 *, const char *, const char *, const char *, const char **, const char **, int *, int *, int *))        \
     X(sqlite3_column_bytes, int, (sqlite3_stmt *, int))                                                                \
     X(sqlite3_column_table_name, const char *, (sqlite3_stmt *, int))                                                  \
+    X(sqlite3_column_int64, std::int64_t, (sqlite3_stmt *, int))                                                       \
+    X(sqlite3_column_double, double, (sqlite3_stmt *, int))                                                            \
+    X(sqlite3_bind_null, int, (sqlite3_stmt *, int))                                                                   \
+    X(sqlite3_bind_int64, int, (sqlite3_stmt *, int, std::int64_t))                                                    \
+    X(sqlite3_bind_double, int, (sqlite3_stmt *, int, double))                                                         \
+    X(sqlite3_bind_text, int, (sqlite3_stmt *, int, const char *, int, void (*)(void *)))                              \
+    X(sqlite3_bind_blob, int, (sqlite3_stmt *, int, const void *, int, void (*)(void *)))                              \
+    X(sqlite3_reset, int, (sqlite3_stmt *))                                                                            \
     X(sqlite3_key, int, (sqlite3 *, const void *, int))                                                                \
     X(sqlite3_rekey, int, (sqlite3 *, const void *, int))
 
@@ -72,7 +80,7 @@ struct SQLiteAPI {
 const SQLiteAPI &sqliteAPI();
 
 /// Number of entry points the library must export.
-inline constexpr int kSQLiteEntryPointCount = 25;
+inline constexpr int kSQLiteEntryPointCount = 33;
 
 /// Takes one hold on the library, loading it on the first hold. True when it is loaded and
 /// every entry point was found. A missing or unloadable file answers false silently; a library

@@ -37,7 +37,8 @@ TEST(SqliteExportCli, WritesTheDatabaseFile)
         GTEST_SKIP() << kSqlite3 << " is needed";
     test::TempDir dir;
     const std::string db = dir.file("new/features.sqlite");
-    const auto result = runTool("vellum-cli", {"export", fixturePath("features.mdb"), db, "--format", "sqlite"});
+    const auto result =
+        runTool("vellum-cli", {"export", fixturePath("features.mdb"), db, "--format", "sqlite", "--classic"});
     ASSERT_EQ(result.exitStatus, 0) << result.err;
     EXPECT_EQ(result.out, "Export finished.\n14 tables exported successfully.\n");
     const auto counts = runProcess({kSqlite3, db,
@@ -48,8 +49,8 @@ TEST(SqliteExportCli, WritesTheDatabaseFile)
     EXPECT_EQ(counts.out.substr(0, 6), "14\n20\n");
 
     const auto some =
-        runTool("vellum-cli", {"export", fixturePath("features.mdb"), db, "--format", "sqlite", "--table", "Orders",
-                               "--table", "Customers", "--no-data", "--no-indexes", "--no-foreign-keys"});
+        runTool("vellum-cli", {"export", fixturePath("features.mdb"), db, "--format", "sqlite", "--classic", "--table",
+                               "Orders", "--table", "Customers", "--no-data", "--no-indexes", "--no-foreign-keys"});
     ASSERT_EQ(some.exitStatus, 0) << some.err;
     const auto schema = runProcess({kSqlite3, db,
                                     "SELECT group_concat(name, ',') FROM sqlite_master;"
@@ -64,8 +65,8 @@ TEST(SqliteExportCli, PasswordEncryptsForSqlcipher)
         GTEST_SKIP() << kSqlite3 << " and " << kSqlcipher << " are needed";
     test::TempDir dir;
     const std::string db = dir.file("secret.sqlite");
-    const auto result = runTool(
-        "vellum-cli", {"export", fixturePath("features.mdb"), db, "--format", "sqlite", "--password", "Tr0ub4dor&3"});
+    const auto result = runTool("vellum-cli", {"export", fixturePath("features.mdb"), db, "--format", "sqlite",
+                                               "--classic", "--password", "Tr0ub4dor&3"});
     ASSERT_EQ(result.exitStatus, 0) << result.err;
     EXPECT_EQ(readFile(db).find("row one of table1"), std::string::npos);
 
@@ -81,6 +82,37 @@ TEST(SqliteExportCli, PasswordEncryptsForSqlcipher)
         EXPECT_NE(denied.err.find("not a database"), std::string::npos) << denied.err;
         EXPECT_EQ(denied.out, "");
     }
+}
+
+TEST(SqliteExportCli, LosslessDatabaseIsTheDefault)
+{
+    if (!fs::exists(kSqlite3) || !fs::exists(kSqlcipher))
+        GTEST_SKIP() << kSqlite3 << " and " << kSqlcipher << " are needed";
+    test::TempDir dir;
+    const std::string db = dir.file("lossless.sqlite");
+    const auto result = runTool("vellum-cli", {"export", fixturePath("features.mdb"), db, "--format", "sqlite"});
+    // The Currency and Decimal extremes of AllTypes have more digits than SQLite's REAL keeps,
+    // and a REAL column has no negative zero.
+    EXPECT_EQ(result.exitStatus, 3) << result.err;
+    EXPECT_EQ(result.out, "Export finished.\n14 tables exported successfully.\n<AllTypes> Warning: 4 values "
+                          "approximated: decimals of more than 15 significant digits stored as REAL\n<AllTypes> "
+                          "Warning: 2 values approximated: negative zeros stored as 0\n");
+    const auto read = runProcess({kSqlite3, db,
+                                  "SELECT typeof(\"ColDate\"), \"ColDate\" FROM \"AllTypes\" WHERE \"ColDate\" "
+                                  "IS NOT NULL ORDER BY \"ID\" LIMIT 1; SELECT count(*) FROM \"AllTypes\" WHERE "
+                                  "\"ColText50\" IS NULL;"});
+    ASSERT_EQ(read.exitStatus, 0) << read.err;
+    EXPECT_EQ(read.out.substr(0, 5), "text|");
+    EXPECT_EQ(read.out.find('/'), std::string::npos) << "dates are ISO: " << read.out;
+
+    const std::string secret = dir.file("secret.sqlite");
+    const auto keyedRun = runTool("vellum-cli", {"export", fixturePath("features.mdb"), secret, "--format", "sqlite",
+                                                 "--table", "table1", "--password", "Tr0ub4dor&3"});
+    ASSERT_EQ(keyedRun.exitStatus, 0) << keyedRun.err;
+    const auto keyed = runProcess(
+        {kSqlcipher, secret, "PRAGMA key = 'Tr0ub4dor&3'; SELECT \"Label\" FROM \"table1\" ORDER BY \"ID\";"});
+    EXPECT_EQ(keyed.out, "row one of table1\nrow two of table1\n") << keyed.err;
+    EXPECT_NE(runProcess({kSqlite3, secret, "SELECT 1 FROM \"table1\";"}).exitStatus, 0);
 }
 
 TEST(SqliteExportCli, RefusesWrongArguments)

@@ -331,7 +331,7 @@ TEST_F(SqliteExportFixture, FailedInsertDropsTheTable)
     ExportJob job(*file, nullptr, ExportFileType::SQLite);
     runExport(job, db);
     ASSERT_EQ(job.msgLog().size(), 1u);
-    EXPECT_EQ(job.msgLog()[0], "<Dup> Failed: Insert record failed.");
+    EXPECT_EQ(job.msgLog()[0], "<Dup> Failed: Insert record failed.\n    UNIQUE constraint failed: Dup.ID");
     EXPECT_EQ(job.successTableCount(), 1);
     EXPECT_EQ(sqlite3(db, "SELECT name FROM sqlite_master;"), "Fine\n");
     EXPECT_EQ(sqlite3(db, "SELECT sum(n) FROM \"Fine\";"), "6\n");

@@ -195,6 +195,22 @@ TEST(OutputFaults, AKilledExportLeavesThePreviousFileOrNothing)
     }
 }
 
+TEST(OutputFaults, ADatabaseReplacesARegularFileOnlyWhenComplete)
+{
+    TempDir dir;
+    const std::string features = test::fixturePath("features.mdb");
+    const std::string database = dir.file("out.sqlite");
+    {
+        std::ofstream previous(database);
+        previous << "not a database";
+    }
+    const ProcessResult replaced =
+        runScript("exec \"$CLI\" export \"$1\" \"$2\" --format sqlite --classic", {features, database});
+    EXPECT_EQ(replaced.exitStatus, 0) << replaced.out << replaced.err;
+    EXPECT_EQ(runScript("sqlite3 \"$1\" 'SELECT count(*) FROM table1'", {database}).exitStatus, 0);
+    EXPECT_EQ(folderContents(dir.path()).size(), 1u) << "no temporary file is left";
+}
+
 TEST(OutputFaults, TwoRunsOnOneOutputGiveOneWholeFile)
 {
     TempDir dir;

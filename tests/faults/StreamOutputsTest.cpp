@@ -12,6 +12,7 @@
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -82,6 +83,26 @@ bool isLink(const std::string &path)
     return lstat(path.c_str(), &st) == 0 && S_ISLNK(st.st_mode);
 }
 
+/// Two outputs of one kind hold the same export. A workbook records the second it was made in
+/// docProps/core.xml, so xlsx files are compared member by member without that one.
+bool sameExport(const StreamKind &kind, const std::string &a, const std::string &b, const TempDir &dir)
+{
+    if (std::string(kind.format) != "xlsx")
+        return a == b;
+    const std::string first = dir.file("compare-a.xlsx");
+    const std::string second = dir.file("compare-b.xlsx");
+    std::ofstream(first, std::ios::binary) << a;
+    std::ofstream(second, std::ios::binary) << b;
+    const ProcessResult compared =
+        runScript("exec python3 -c 'import sys, zipfile\n"
+                  "def members(path):\n"
+                  "    with zipfile.ZipFile(path) as z:\n"
+                  "        return {n: z.read(n) for n in z.namelist() if n != \"docProps/core.xml\"}\n"
+                  "sys.exit(0 if members(sys.argv[1]) == members(sys.argv[2]) else 1)' \"$1\" \"$2\"",
+                  {first, second});
+    return compared.exitStatus == 0;
+}
+
 TEST(StreamOutputs, StandardOutputAndAPipeGetTheBytesOfAFileExport)
 {
     TempDir dir;
@@ -94,7 +115,8 @@ TEST(StreamOutputs, StandardOutputAndAPipeGetTheBytesOfAFileExport)
         const ProcessResult piped = runScript(
             "\"$CLI\" export \"$1\" -" + joined(kind.arguments) + " | cat; exit ${PIPESTATUS[0]}", {features});
         EXPECT_EQ(piped.exitStatus, 0) << kind.format << piped.err;
-        EXPECT_TRUE(piped.out == expected) << kind.format << ": standard output differs from the file";
+        EXPECT_TRUE(sameExport(kind, piped.out, expected, dir))
+            << kind.format << ": standard output differs from the file";
         EXPECT_NE(piped.err.find("exported successfully"), std::string::npos) << kind.format;
 
         // A named pipe with a reader: written into, left in place.
@@ -106,7 +128,8 @@ TEST(StreamOutputs, StandardOutputAndAPipeGetTheBytesOfAFileExport)
                                             {features, fifo, got}, 60);
         EXPECT_EQ(run.exitStatus, 0) << kind.format << run.err;
         EXPECT_TRUE(isFifo(fifo)) << kind.format << ": the pipe is left in place";
-        EXPECT_TRUE(test::fileContents(got) == expected) << kind.format << ": the pipe's reader got other bytes";
+        EXPECT_TRUE(sameExport(kind, test::fileContents(got), expected, dir))
+            << kind.format << ": the pipe's reader got other bytes";
     }
 
     // A kind that writes a file per table sends one table only; a database needs a file.
