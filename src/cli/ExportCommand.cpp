@@ -32,24 +32,35 @@ namespace {
 static_assert(std::atomic<bool>::is_always_lock_free, "the stop flag is set from a signal handler");
 std::atomic<std::atomic<bool> *> g_stopFlag{nullptr};
 
-extern "C" void onInterrupt(int)
+std::atomic<int> g_signalsSeen{0};
+
+extern "C" void onInterrupt(int signal)
 {
-    if (std::atomic<bool> *flag = g_stopFlag.load())
-        flag->store(true, std::memory_order_relaxed);
+    if (g_signalsSeen.fetch_add(1) == 0) {
+        if (std::atomic<bool> *flag = g_stopFlag.load())
+            flag->store(true, std::memory_order_relaxed);
+        return;
+    }
+    // A second signal ends the program at once, still leaving no temporary file behind.
+    OutputFile::removePendingFiles();
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
 }
 
 /// Routes SIGINT (Ctrl-C), SIGTERM (kill, timeout) and SIGHUP (a closed terminal) to a job's
 /// stop flag while it lives, so that each stops the export the same way: the file being written
-/// is deleted and the report says what was done. A second signal of the same kind ends the
-/// program.
+/// is deleted and the report says what was done. A second signal ends the program at once,
+/// after removing the temporary files (`timeout` sends its signal twice: to the program and to
+/// its process group).
 class InterruptStopsJob {
 public:
     explicit InterruptStopsJob(std::atomic<bool> &flag)
     {
         g_stopFlag.store(&flag);
         struct sigaction action = {};
+        g_signalsSeen.store(0);
         action.sa_handler = onInterrupt;
-        action.sa_flags = SA_RESETHAND;
+        action.sa_flags = 0;
         sigemptyset(&action.sa_mask);
         for (std::size_t i = 0; i < kSignals.size(); ++i)
             sigaction(kSignals[i], &action, &m_previous[i]);

@@ -23,6 +23,39 @@ constexpr int kPipeReaderPollMs = 20;
 
 std::atomic<int> g_standardOutput{STDOUT_FILENO};
 
+/// The temporary files that exist at this moment, readable from a signal handler: a slot is
+/// free (0), being filled or emptied (1), or holds a path (2).
+constexpr int kPendingSlots = 32;
+struct PendingSlot {
+    std::atomic<int> state{0};
+    char path[PATH_MAX];
+};
+PendingSlot g_pending[kPendingSlots];
+
+/// Records a temporary file; -1 when every slot is taken (the file is then only not removed by
+/// `removePendingFiles`).
+int addPending(const std::string &path)
+{
+    if (path.size() >= PATH_MAX)
+        return -1;
+    for (int i = 0; i < kPendingSlots; ++i) {
+        int expected = 0;
+        if (g_pending[i].state.compare_exchange_strong(expected, 1)) {
+            std::memcpy(g_pending[i].path, path.c_str(), path.size() + 1);
+            g_pending[i].state.store(2);
+            return i;
+        }
+    }
+    return -1;
+}
+
+void dropPending(int &slot)
+{
+    if (slot >= 0)
+        g_pending[slot].state.store(0);
+    slot = -1;
+}
+
 /// The folder part of a path ("." when it has none) and its last component.
 void splitPath(const std::string &path, std::string &folder, std::string &name)
 {
@@ -48,6 +81,17 @@ std::string temporaryName(const std::string &folder, const std::string &name)
 }
 
 } // namespace
+
+void OutputFile::removePendingFiles()
+{
+    for (PendingSlot &slot : g_pending) {
+        int expected = 2;
+        if (slot.state.compare_exchange_strong(expected, 1)) {
+            unlink(slot.path);
+            slot.state.store(0);
+        }
+    }
+}
 
 void OutputFile::setStandardOutputDescriptor(int fd)
 {
@@ -140,6 +184,7 @@ bool OutputFile::beginDeviceCopy()
     m_deviceFd = m_fd;
     m_fd = -1;
     m_pending = true;
+    m_slot = addPending(m_writePath);
     return true;
 }
 
@@ -221,6 +266,7 @@ bool OutputFile::begin(const std::string &path, Target target, bool allowDevice)
             (void)fchmod(fd, st.st_mode & 07777);
         m_writePath = candidate;
         m_pending = true;
+        m_slot = addPending(candidate);
         if (target == Target::PathOnly) {
             // The caller creates the file itself (SQLite will not open an existing empty file
             // as a new database); the name was only reserved.
@@ -350,6 +396,7 @@ bool OutputFile::commit()
         return false;
     }
     m_pending = false;
+    dropPending(m_slot);
     return true;
 }
 
@@ -366,6 +413,7 @@ void OutputFile::abandon()
     if (m_pending) {
         unlink(m_writePath.c_str());
         m_pending = false;
+        dropPending(m_slot);
     }
 }
 

@@ -49,6 +49,9 @@ public:
     static constexpr const char *kStandardOutput = "-";
     /// True for "-" and for a path that names (or links to) a character device or a FIFO.
     static bool isStream(const std::string &path);
+    /// Removes every temporary file that exists now, in any thread. Safe in a signal handler:
+    /// a program that ends at once on a signal calls it first, so nothing is left behind.
+    static void removePendingFiles();
     /// The descriptor "-" writes into (standard output unless a program moved it).
     static void setStandardOutputDescriptor(int fd);
     /// Flushes the data to the disk, closes and renames the temporary file over the final
@@ -78,6 +81,7 @@ private:
     bool m_pending = false;      ///< a temporary file (or name) exists and is not yet renamed
     int m_deviceFd = -1;         ///< the device a PathOnly output is copied into at the end
     bool m_finalExisted = false; ///< a regular file was at the final path when writing began
+    int m_slot = -1;             ///< where `removePendingFiles` finds the temporary file
     std::string m_error;
 };
 

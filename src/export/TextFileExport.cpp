@@ -502,7 +502,8 @@ void exportTextFileThread(ExportJob &job)
                            [&job](std::size_t done, std::size_t count) { job.reportRowProgress(done, count); });
         const bool complete = outcome.result == TextTableResult::Completed && !job.terminated();
         const bool closed = complete && file.close();
-        if (outcome.result == TextTableResult::Terminated || job.terminated()) {
+        // A stop that comes after the file was put in place stops nothing of this table.
+        if (!closed && (outcome.result == TextTableResult::Terminated || job.terminated())) {
             file.discard();
             job.logFailure(entry.tableName, kExportReasonTerminated);
         } else if (outcome.result == TextTableResult::EncodingUnavailable) {
