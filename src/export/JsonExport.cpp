@@ -141,8 +141,11 @@ void appendJsonCellValue(std::string &out, const CellValue &cell, JsonValueForm 
         break;
     case JsonValueForm::Floating:
         // Every other text is the shortest that reads back as the same value, already in
-        // JSON's number grammar; NaN and the infinities have no JSON number.
-        if (isJsonNumberText(text))
+        // JSON's number grammar; NaN and the infinities have no JSON number. Parsers read "-0"
+        // as the integer 0: "-0.0" keeps the sign.
+        if (text == "-0")
+            out += "-0.0";
+        else if (isJsonNumberText(text))
             out += text;
         else
             appendJsonString(out, text);

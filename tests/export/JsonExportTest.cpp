@@ -62,7 +62,7 @@ TEST(JsonExport, WritesEachTypeInItsExactForm)
         {"Single", "0.1", "0.1"},
         {"Double", "1e+21", "1e+21"},
         {"Double", "-1.5e-7", "-1.5e-7"},
-        {"Double", "-0", "-0"},
+        {"Double", "-0", "-0.0"}, // a parser reads "-0" as the integer 0
         {"Double", "NaN", "\"NaN\""},
         {"Double", "Infinity", "\"Infinity\""},
         {"Single", "-Infinity", "\"-Infinity\""},
