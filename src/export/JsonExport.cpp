@@ -26,16 +26,42 @@ bool isDigit(char c)
 /// otherwise as a string, so that no reader rounds it.
 void appendExactNumber(std::string &out, std::string_view text)
 {
-    if (isJsonNumberText(text) && decimalFitsDouble(text))
+    // The common case first: a short plain decimal has at most 15 digits, which a double holds.
+    bool plain = text.size() <= 15 && isJsonNumberText(text);
+    for (std::size_t i = 0; plain && i < text.size(); ++i)
+        plain = text[i] != 'e' && text[i] != 'E';
+    if (plain || (isJsonNumberText(text) && decimalFitsDouble(text)))
         out += text;
     else
         appendJsonString(out, text);
 }
 
+/// True when `text` is a cell's date text, "MM/DD/YYYY HH:MM:SS" with an optional fraction of
+/// one to seven digits and every field in its range (what parseCellDateTime accepts, without
+/// building its parts: this runs for every date of a table).
+bool isCellDateLayout(std::string_view text)
+{
+    constexpr std::string_view kLayout = "00/00/0000 00:00:00";
+    if (text.size() < kLayout.size() || text.size() == kLayout.size() + 1 || text.size() > kLayout.size() + 8)
+        return false;
+    for (std::size_t i = 0; i < kLayout.size(); ++i)
+        if (kLayout[i] == '0' ? !isDigit(text[i]) : text[i] != kLayout[i])
+            return false;
+    if (text.size() > kLayout.size() && text[kLayout.size()] != '.')
+        return false;
+    for (std::size_t i = kLayout.size() + 1; i < text.size(); ++i)
+        if (!isDigit(text[i]))
+            return false;
+    const auto twoDigits = [text](std::size_t at) { return (text[at] - '0') * 10 + (text[at + 1] - '0'); };
+    const int month = twoDigits(0), day = twoDigits(3);
+    return month >= 1 && month <= 12 && day >= 1 && day <= 31 && twoDigits(11) <= 23 && twoDigits(14) <= 59 &&
+           twoDigits(17) <= 59;
+}
+
 /// Appends the ISO 8601 string of a cell's date text, or the text itself when it is no date.
 void appendJsonDate(std::string &out, std::string_view text)
 {
-    if (!parseCellDateTime(text)) {
+    if (!isCellDateLayout(text)) {
         appendJsonString(out, text);
         return;
     }
@@ -231,6 +257,7 @@ JsonTableResult writeJsonTable(const TOrbMDBTable &table, JsonLayout layout, Exp
     }
 
     std::string buffer;
+    buffer.reserve(kFlushBytes + (kFlushBytes >> 2));
     bool failed = false;
     const auto flush = [&] {
         if (!buffer.empty() && !failed && !sink.write(buffer))
