@@ -195,7 +195,12 @@ void appendJsonCellValue(std::string &out, const CellValue &cell, JsonValueForm 
     }
 }
 
-void appendJsonComplexValue(std::string &out, const TOrbComplexValue &value)
+JsonValueForm jsonItemFormForValueType(std::string_view valueType)
+{
+    return valueType.empty() ? JsonValueForm::Text : jsonValueFormForDataType(valueType);
+}
+
+void appendJsonComplexValue(std::string &out, const TOrbComplexValue &value, JsonValueForm itemForm)
 {
     out += '[';
     bool first = true;
@@ -208,7 +213,11 @@ void appendJsonComplexValue(std::string &out, const TOrbComplexValue &value)
     case ComplexKind::MultiValue:
         for (const std::string &item : value.values()) {
             separate();
-            appendJsonString(out, item);
+            // An empty text item stays a text; of any other type it is a missing value.
+            if (itemForm == JsonValueForm::Text)
+                appendJsonString(out, item);
+            else
+                appendJsonCellValue(out, CellValue::ofText(item), itemForm);
         }
         break;
     case ComplexKind::Attachment:
@@ -247,13 +256,16 @@ JsonTableResult writeJsonTable(const TOrbMDBTable &table, JsonLayout layout, Exp
     // Each key with its opening: `{"Name":` for the first column, `,"Name":` for the others.
     std::vector<std::string> keys(columnCount);
     std::vector<JsonValueForm> forms;
+    std::vector<JsonValueForm> itemForms; // of multi-value columns
     std::vector<bool> complex;
     for (std::size_t c = 0; c < columnCount; ++c) {
         keys[c].push_back(c ? ',' : '{');
         appendJsonString(keys[c], columns[c]->name());
         keys[c] += ':';
         forms.push_back(jsonValueFormForDataType(columns[c]->dataType()));
-        complex.push_back(table.complexValues(c) != nullptr);
+        const ComplexColumnValues *values = table.complexValues(c);
+        complex.push_back(values != nullptr);
+        itemForms.push_back(jsonItemFormForValueType(values ? values->valueType() : std::string_view()));
     }
 
     std::string buffer;
@@ -275,7 +287,7 @@ JsonTableResult writeJsonTable(const TOrbMDBTable &table, JsonLayout layout, Exp
             buffer += keys[c];
             const CellValue &cell = cells[c];
             if (cell.complex)
-                appendJsonComplexValue(buffer, *cell.complex);
+                appendJsonComplexValue(buffer, *cell.complex, itemForms[c]);
             else if (complex[c])
                 buffer += "[]"; // a complex field without values
             else

@@ -45,9 +45,14 @@ bool isJsonNumberText(std::string_view text);
 /// written with `appendJsonComplexValue` instead.
 void appendJsonCellValue(std::string &out, const CellValue &cell, JsonValueForm form);
 
-/// Appends the values of one complex cell as an array: multi-value items as strings,
+/// The form of the items of a multi-value column whose items have the type `valueType`: that
+/// type's form, strings when the type is unknown ("").
+JsonValueForm jsonItemFormForValueType(std::string_view valueType);
+
+/// Appends the values of one complex cell as an array: multi-value items in `itemForm`,
 /// attachments as {"name","type","base64"}, a version history as {"value","date"} newest first.
-void appendJsonComplexValue(std::string &out, const TOrbComplexValue &value);
+void appendJsonComplexValue(std::string &out, const TOrbComplexValue &value,
+                            JsonValueForm itemForm = JsonValueForm::Text);
 
 /// How writing one table ended.
 enum class JsonTableResult { Completed, Terminated, WriteFailed };

@@ -266,6 +266,42 @@ bool decodeComplexColumns(WireReader &reader, TOrbMDBTable &table)
     return reader.ok();
 }
 
+/// Appends the item types of a table's multi-value columns, a section of its own after the
+/// complex values: the count, then per column its position and the type name.
+void encodeComplexValueTypes(WireWriter &writer, const TOrbMDBTable &table)
+{
+    std::uint64_t typed = 0;
+    for (const auto &[position, values] : table.complexColumns())
+        typed += values->valueType().empty() ? 0 : 1;
+    writer.putU64(typed);
+    for (const auto &[position, values] : table.complexColumns()) {
+        if (values->valueType().empty())
+            continue;
+        writer.putU64(position);
+        writer.putString(values->valueType());
+    }
+}
+
+/// Reads what encodeComplexValueTypes wrote; false when a position names no complex column of
+/// `table` or comes twice.
+bool decodeComplexValueTypes(WireReader &reader, TOrbMDBTable &table)
+{
+    const std::uint64_t count = reader.getU64();
+    if (!reader.ok() || count > table.complexColumns().size())
+        return reader.fail();
+    for (std::uint64_t i = 0; i < count; ++i) {
+        const std::uint64_t position = reader.getU64();
+        std::string type = reader.getString();
+        if (!reader.ok() || position >= table.columns().size())
+            return reader.fail();
+        ComplexColumnValues *values = table.mutableComplexValues(static_cast<std::size_t>(position));
+        if (!values || !values->valueType().empty() || type.empty())
+            return reader.fail();
+        values->setValueType(std::move(type));
+    }
+    return reader.ok();
+}
+
 } // namespace
 
 void encodeStorePart(WireWriter &writer, const TableStore &store, StoreParts &sent)
@@ -483,6 +519,7 @@ void encodeTable(WireWriter &writer, const TOrbMDBTable &table, const StoreParts
         encodeIndex(writer, *index);
     encodeStoreRange(writer, table.store(), sent, std::max(sent.blocks, table.store().blocks().size()), false);
     encodeComplexColumns(writer, table);
+    encodeComplexValueTypes(writer, table);
 }
 
 std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader, PartialStore parts)
@@ -519,7 +556,7 @@ std::unique_ptr<TOrbMDBTable> decodeTable(WireReader &reader, PartialStore parts
         reader.fail();
         return nullptr;
     }
-    if (!decodeComplexColumns(reader, *table))
+    if (!decodeComplexColumns(reader, *table) || !decodeComplexValueTypes(reader, *table))
         return nullptr;
     return table;
 }

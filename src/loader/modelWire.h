@@ -29,7 +29,7 @@ class TOrbMDBTable;
 /// The first bytes of every stream.
 inline constexpr char kLoaderStreamMagic[8] = {'V', 'L', 'M', 'L', 'O', 'A', 'D', 'R'};
 /// Raised whenever the layout of any message changes.
-constexpr std::uint32_t kLoaderStreamVersion = 11;
+constexpr std::uint32_t kLoaderStreamVersion = 12;
 
 enum class LoaderMessage : std::uint8_t {
     Catalog =

@@ -3,6 +3,7 @@
 #include "mdb/FieldReader.h"
 #include "model/TOrbMDBTable.h"
 #include "model/attachmentData.h"
+#include "model/mdbTypeNames.h"
 
 #include <algorithm>
 #include <charconv>
@@ -212,6 +213,8 @@ std::unique_ptr<ComplexColumnValues> buildValues(ComplexKind kind, const ReadTab
     }
     if (!first || (kind == ComplexKind::VersionHistory && !second))
         return values;
+    if (kind == ComplexKind::MultiValue)
+        values->setValueType(mdb_get_colbacktype_string_fromMdbType(flat.columns[*first].type));
 
     struct PendingVersion {
         std::string sortKey;

@@ -75,6 +75,11 @@ public:
     explicit ComplexColumnValues(ComplexKind kind) : m_kind(kind), m_none(kind) {}
 
     ComplexKind kind() const { return m_kind; }
+    /// The column type name of a multi-value column's items ("Long Integer", "Text", …, as
+    /// mdb_get_colbacktype_string_fromMdbType names them), which says how the item texts are
+    /// written; "" when unknown and for the other kinds.
+    const std::string &valueType() const { return m_valueType; }
+    void setValueType(std::string type) { m_valueType = std::move(type); }
     /// The values stored for an id, created empty on first use.
     TOrbComplexValue &valuesFor(std::int64_t id);
     /// The values of an id; the empty value of the column's kind when it has none.
@@ -83,6 +88,7 @@ public:
 
 private:
     ComplexKind m_kind;
+    std::string m_valueType;
     TOrbComplexValue m_none;
     std::unordered_map<std::int64_t, TOrbComplexValue> m_entries;
 };

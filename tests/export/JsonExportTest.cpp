@@ -148,6 +148,33 @@ TEST(JsonExport, WritesComplexColumnsAsArrays)
               "{\"Tags\":[],\"Files\":[],\"Notes\":[]}\n");
 }
 
+TEST(JsonExport, WritesMultiValueItemsInTheFormOfTheirType)
+{
+    struct Case {
+        const char *valueType;
+        std::vector<std::string> items;
+        const char *expected;
+    };
+    const Case cases[] = {
+        {"Long Integer", {"5", "-12", ""}, "[5,-12,null]"},
+        {"DateTime", {"02/03/2020 04:05:06"}, "[\"2020-02-03T04:05:06\"]"},
+        {"Boolean", {"1", "0"}, "[true,false]"},
+        {"Double", {"0.5", "NaN"}, "[0.5,\"NaN\"]"},
+        {"Text", {"5", ""}, "[\"5\",\"\"]"},
+        {"", {"5"}, "[\"5\"]"}, // an unknown type: strings
+    };
+    for (const Case &c : cases) {
+        auto table = makeTable("T", {{"Tags", "Complex Value auto number"}}, {{"1"}});
+        auto values = std::make_unique<ComplexColumnValues>(ComplexKind::MultiValue);
+        values->setValueType(c.valueType);
+        for (const std::string &item : c.items)
+            values->valuesFor(1).addValue(item);
+        table->setComplexValues(0, std::move(values));
+        EXPECT_EQ(writeToString(*table, JsonLayout::Lines), std::string("{\"Tags\":") + c.expected + "}\n")
+            << c.valueType;
+    }
+}
+
 /// A sink that refuses every write.
 class FailingSink : public ExportSink {
 public:

@@ -491,6 +491,8 @@ TEST(ModelWire, CarriesComplexValuesAndRefusesThemDamaged)
     ASSERT_NE(table.complexValues(1), nullptr);
     EXPECT_EQ(table.complexValues(1)->entries().size(), 3u); // ids 1, 3 and the unused 9
     EXPECT_EQ(table.complexValues(0), nullptr);
+    EXPECT_EQ(table.complexValues(1)->valueType(), "Text"); // the items' type
+    EXPECT_EQ(table.complexValues(2)->valueType(), "");
     EXPECT_EQ(table.cell(1, 2).complex->itemCount(), 0u);
     EXPECT_EQ(table.cell(0, 2).complex->attachments()[1].data->data().size(), 8u);
 

@@ -151,6 +151,7 @@ struct Column {
     std::string name;
     std::string type;        ///< the truth's type name (LONG, MONEY, COMPLEX_TYPE, …)
     std::string complexType; ///< ATTACHMENT, MULTI_VALUE, VERSION_HISTORY or UNSUPPORTED
+    std::string itemType;    ///< MULTI_VALUE: the type of the items (TEXT, LONG, …)
 };
 
 /// Our exported cell in canonical form ("ole" for OLE cells, compared apart).
@@ -176,9 +177,7 @@ std::string ourCanonical(const nlohmann::json &cell, const Column &column)
                     return bad();
                 out += item["value"].get<std::string>() + "|" + canonicalDate(item["date"].get<std::string>());
             } else {
-                if (!item.is_string())
-                    return bad();
-                out += item.get<std::string>();
+                out += ourCanonical(item, Column{"", column.itemType, "", ""});
             }
             out += '\x1e';
         }
@@ -247,7 +246,7 @@ std::string truthCanonical(const nlohmann::json &cell, const Column &column, boo
             else if (column.complexType == "VERSION_HISTORY")
                 out += item.value("value", "") + "|" + canonicalDate(item.value("date", ""));
             else
-                out += item.is_string() ? item.get<std::string>() : item.dump();
+                out += truthCanonical(item, Column{"", column.itemType, "", ""}, fixture);
             out += '\x1e';
         }
         return out + "]";
@@ -492,7 +491,7 @@ TEST(JsonExportTruth, FixturesReadBackWithTheirSidecarsValues)
             if (sidecar.contains("ole_rows"))
                 truth.oleRows = &sidecar["ole_rows"];
             for (const nlohmann::json &column : tableTruth["columns"])
-                truth.columns.push_back({column["name"], column["type"], ""});
+                truth.columns.push_back({column["name"], column["type"], "", ""});
             const bool complete = tableTruth.contains("rows");
             truth.rowsComplete = complete;
             // Big tables list only sample rows, or none (their row count is still compared).
@@ -565,7 +564,8 @@ TEST(JsonExportTruth, CorpusFilesReadBackWithTheTruthsValues)
             std::vector<std::size_t> positions;
             const auto &columns = tableTruth["columns"];
             for (std::size_t c = 0; c < columns.size(); ++c) {
-                Column column{columns[c]["name"], columns[c]["type"], columns[c].value("complexType", "")};
+                Column column{columns[c]["name"], columns[c]["type"], columns[c].value("complexType", ""),
+                              columns[c].value("multiValueType", "")};
                 // The values of an unsupported complex type are the hidden table's own columns.
                 if (column.type == "COMPLEX_TYPE" && column.complexType == "UNSUPPORTED") {
                     ++skippedColumns;

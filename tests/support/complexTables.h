@@ -32,6 +32,7 @@ inline std::unique_ptr<TOrbMDBTable> complexItemsTable()
         store.endRow();
     }
     auto tags = std::make_unique<ComplexColumnValues>(ComplexKind::MultiValue);
+    tags->setValueType("Text");
     tags->valuesFor(1).addValue("red");
     tags->valuesFor(1).addValue("green; blue");
     tags->valuesFor(3).addValue("\xC3\xA9t\xC3\xA9"); // "été"
