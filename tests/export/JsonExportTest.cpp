@@ -70,6 +70,11 @@ TEST(JsonExport, WritesEachTypeInItsExactForm)
         {"DateTime", "01/02/0100 00:00:00", "\"0100-01-02T00:00:00\""},
         {"Date/Time Extended", "07/04/2021 12:34:56.1234567", "\"2021-07-04T12:34:56.1234567\""},
         {"DateTime", "not a date", "\"not a date\""},
+        // Texts that only look like dates are not rewritten.
+        {"DateTime", "13/01/2000 00:00:00", "\"13/01/2000 00:00:00\""},
+        {"DateTime", "01/01/2000 24:00:00", "\"01/01/2000 24:00:00\""},
+        {"Date/Time Extended", "01/01/2000 00:00:00.12345678", "\"01/01/2000 00:00:00.12345678\""},
+        {"Date/Time Extended", "01/01/2000 00:00:00.", "\"01/01/2000 00:00:00.\""},
         {"Replication ID", "{6B29FC40-CA47-1067-B31D-00DD010662DA}", "\"{6B29FC40-CA47-1067-B31D-00DD010662DA}\""},
         {"Text", "Split Rail Beer & Ale \"<q>\"\\", "\"Split Rail Beer & Ale \\\"<q>\\\"\\\\\""},
         {"Memo/Hyperlink", "line\r\nnext\ttab\x01", "\"line\\r\\nnext\\ttab\\u0001\""},
