@@ -10,13 +10,15 @@ namespace vellum {
 /// The kinds of export. The numbers are stable: they are the wizard's kinds and the tags of
 /// its toolbar items and menu entries.
 enum class ExportFileType : std::uint32_t {
-    CSV = 0,    ///< comma-separated text, one file per table
-    TXT = 1,    ///< delimited text, one file per table
-    XML = 2,    ///< bare XML, one file per table
-    XLS = 3,    ///< Excel BIFF8 workbook
-    SQL = 4,    ///< SQL script in one of five dialects
-    SQLite = 5, ///< a new SQLite database file
-    XLSX = 6,   ///< Excel 2007 workbook
+    CSV = 0,       ///< comma-separated text, one file per table
+    TXT = 1,       ///< delimited text, one file per table
+    XML = 2,       ///< bare XML, one file per table
+    XLS = 3,       ///< Excel BIFF8 workbook
+    SQL = 4,       ///< SQL script in one of five dialects
+    SQLite = 5,    ///< a new SQLite database file
+    XLSX = 6,      ///< Excel 2007 workbook
+    JSON = 7,      ///< a JSON array of row objects, one file per table
+    JSONLines = 8, ///< JSON Lines: one row object a line, one file per table
 };
 
 /// The extension of a kind without a dot ("csv" … "sqlite", "xlsx"); nullopt for any other

@@ -23,6 +23,9 @@ void exportXLSThread(ExportJob &job);
 /// Kind 6: Excel 2007 workbooks (.xlsx), one per table or all tables in one.
 void exportXLSXThread(ExportJob &job);
 
+/// Kinds 7 and 8: JSON (an array of row objects) and JSON Lines, one file per table.
+void exportJSONThread(ExportJob &job);
+
 /// The routine of a kind; nullptr when this build has none (nothing is started then).
 ExportJob::Routine exportRoutineForType(ExportFileType kind);
 

@@ -16,6 +16,8 @@ constexpr ExportFileType kXls = ExportFileType::XLS;
 constexpr ExportFileType kSql = ExportFileType::SQL;
 constexpr ExportFileType kSqlite = ExportFileType::SQLite;
 constexpr ExportFileType kXlsx = ExportFileType::XLSX;
+constexpr ExportFileType kJson = ExportFileType::JSON;
+constexpr ExportFileType kJsonLines = ExportFileType::JSONLines;
 
 // ---- reading and storing one field of the options ----
 
@@ -224,6 +226,18 @@ const std::vector<ExportKindInfo> &kindTable()
                     "whole file",
          .routine = exportXLSXThread,
          .singleFileTarget = true},
+        {.kind = kJson,
+         .name = "json",
+         .extension = "json",
+         .title = "Export JSON",
+         .summary = "JSON (UTF-8), one file per table: an array of objects, one per row, keyed by column name",
+         .routine = exportJSONThread},
+        {.kind = kJsonLines,
+         .name = "jsonl",
+         .extension = "jsonl",
+         .title = "Export JSON Lines",
+         .summary = "JSON Lines (UTF-8), one file per table: one object per row, one row a line",
+         .routine = exportJSONThread},
     };
     return table;
 }
@@ -528,7 +542,7 @@ const std::vector<ExportKindInfo> &exportKinds()
 
 const ExportKinds &exportMenuKinds()
 {
-    static const ExportKinds kinds = {kCsv, kTxt, kXml, kXls, kXlsx, kSql, kSqlite};
+    static const ExportKinds kinds = {kCsv, kTxt, kXml, kJson, kJsonLines, kXls, kXlsx, kSql, kSqlite};
     return kinds;
 }
 

@@ -213,34 +213,6 @@ void encodeComplexColumns(WireWriter &writer, const TOrbMDBTable &table)
     }
 }
 
-/// Appends the item type of each complex column (position, type name), in the order of
-/// encodeComplexColumns.
-void encodeComplexValueTypes(WireWriter &writer, const TOrbMDBTable &table)
-{
-    writer.putU64(table.complexColumns().size());
-    for (const auto &[position, values] : table.complexColumns()) {
-        writer.putU64(position);
-        writer.putString(values->valueType());
-    }
-}
-
-/// Reads what encodeComplexValueTypes wrote; false unless it names exactly the complex columns
-/// decoded before it.
-bool decodeComplexValueTypes(WireReader &reader, TOrbMDBTable &table)
-{
-    const std::uint64_t count = reader.getU64();
-    if (!reader.ok() || count != table.complexColumns().size())
-        return reader.fail();
-    for (std::uint64_t c = 0; c < count; ++c) {
-        const std::uint64_t position = reader.getU64();
-        std::string type = reader.getString();
-        if (!reader.ok() || position != table.complexColumns()[c].first)
-            return reader.fail();
-        table.complexColumns()[c].second->setValueType(std::move(type));
-    }
-    return reader.ok();
-}
-
 /// Reads what encodeComplexColumns wrote into `table`, whose columns are in place; false when
 /// a position, kind or count does not fit, or a position or id comes twice.
 bool decodeComplexColumns(WireReader &reader, TOrbMDBTable &table)
@@ -290,6 +262,42 @@ bool decodeComplexColumns(WireReader &reader, TOrbMDBTable &table)
         if (!reader.ok())
             return false;
         table.setComplexValues(static_cast<std::size_t>(position), std::move(values));
+    }
+    return reader.ok();
+}
+
+/// Appends the item types of a table's multi-value columns, a section of its own after the
+/// complex values: the count, then per column its position and the type name.
+void encodeComplexValueTypes(WireWriter &writer, const TOrbMDBTable &table)
+{
+    std::uint64_t typed = 0;
+    for (const auto &[position, values] : table.complexColumns())
+        typed += values->valueType().empty() ? 0 : 1;
+    writer.putU64(typed);
+    for (const auto &[position, values] : table.complexColumns()) {
+        if (values->valueType().empty())
+            continue;
+        writer.putU64(position);
+        writer.putString(values->valueType());
+    }
+}
+
+/// Reads what encodeComplexValueTypes wrote; false when a position names no complex column of
+/// `table` or comes twice.
+bool decodeComplexValueTypes(WireReader &reader, TOrbMDBTable &table)
+{
+    const std::uint64_t count = reader.getU64();
+    if (!reader.ok() || count > table.complexColumns().size())
+        return reader.fail();
+    for (std::uint64_t i = 0; i < count; ++i) {
+        const std::uint64_t position = reader.getU64();
+        std::string type = reader.getString();
+        if (!reader.ok() || position >= table.columns().size())
+            return reader.fail();
+        ComplexColumnValues *values = table.mutableComplexValues(static_cast<std::size_t>(position));
+        if (!values || !values->valueType().empty() || type.empty())
+            return reader.fail();
+        values->setValueType(std::move(type));
     }
     return reader.ok();
 }

@@ -124,6 +124,14 @@ const ComplexColumnValues *TOrbMDBTable::complexValues(std::size_t column) const
     return nullptr;
 }
 
+ComplexColumnValues *TOrbMDBTable::mutableComplexValues(std::size_t column)
+{
+    for (const auto &[position, values] : m_complex)
+        if (position == column)
+            return values.get();
+    return nullptr;
+}
+
 void TOrbMDBTable::attachComplex(CellValue &value, std::size_t column) const
 {
     if (!value.isText())

@@ -84,6 +84,8 @@ public:
     void setComplexValues(std::size_t column, std::unique_ptr<ComplexColumnValues> values);
     /// The complex values of the column at a position; nullptr for every other column.
     const ComplexColumnValues *complexValues(std::size_t column) const;
+    /// The same, to complete while the table is received; nullptr for every other column.
+    ComplexColumnValues *mutableComplexValues(std::size_t column);
     /// Positions and values of every complex column that has them, by position.
     const std::vector<std::pair<std::size_t, std::unique_ptr<ComplexColumnValues>>> &complexColumns() const
     {

@@ -50,6 +50,28 @@ std::string canonicalValue(const std::string &text, const std::string &type)
     return text;
 }
 
+/// The reader's name of a truth type of multi-value items; "" for no type (the other kinds).
+std::string typeNameOfTruthType(const std::string &type)
+{
+    static const std::map<std::string, std::string> names = {
+        {"", ""},
+        {"BOOLEAN", "Boolean"},
+        {"BYTE", "Byte"},
+        {"INT", "Integer"},
+        {"LONG", "Long Integer"},
+        {"MONEY", "Currency"},
+        {"FLOAT", "Single"},
+        {"DOUBLE", "Double"},
+        {"SHORT_DATE_TIME", "DateTime"},
+        {"TEXT", "Text"},
+        {"MEMO", "Memo/Hyperlink"},
+        {"GUID", "Replication ID"},
+        {"NUMERIC", "Numeric"},
+    };
+    const auto found = names.find(type);
+    return found == names.end() ? "unknown " + type : found->second;
+}
+
 /// Our complex cell as the truth writes it, in one JSON text.
 nlohmann::json ourList(const TOrbComplexValue &value, const std::string &valueType)
 {
@@ -187,6 +209,12 @@ TEST(CorpusComplex, EveryComplexCellHoldsWhatTheFileStores)
                         continue;
                     }
                     const std::string valueType = columns[c].value("multiValueType", "");
+                    // The items' type as the reader names it, which says how they are exported.
+                    const std::string ourValueType = table->complexValues(ourPositions[c])->valueType();
+                    if (ourValueType != typeNameOfTruthType(valueType)) {
+                        ++differences;
+                        ADD_FAILURE() << where << ": item type '" << ourValueType << "' for " << valueType;
+                    }
                     const nlohmann::json expected = truthList(rows[t][c], valueType);
                     const nlohmann::json actual = ourList(*cell.complex, valueType);
                     if (kindName(cell.complex->kind()) != kind || actual != expected) {

@@ -306,7 +306,7 @@ TEST(ExportPaths, SingleFileRewritingAndEntryNames)
     EXPECT_EQ(ExportEntry::exportEntryWithTableName("Orders", ExportFileType::TXT).exportFileName, "Orders.txt");
     EXPECT_FALSE(ExportEntry::exportEntryWithTableName("Orders", ExportFileType::CSV).selected);
     EXPECT_EQ(fileExtensionByExportFileType(ExportFileType::SQLite), "sqlite");
-    EXPECT_EQ(fileExtensionByExportFileType(static_cast<ExportFileType>(7)), std::nullopt);
+    EXPECT_EQ(fileExtensionByExportFileType(static_cast<ExportFileType>(9)), std::nullopt);
     ExportEntry entry;
     entry.exportFileName = "a.csv";
     EXPECT_EQ(exportOutputPath("/out", entry), "/out/a.csv");

@@ -36,15 +36,17 @@ TEST(ExportRegistry, EveryKindIsCompleteAndFoundByNumberAndName)
         EXPECT_EQ(exportFileTypeFromName(info.extension), info.kind);
         EXPECT_EQ(fileExtensionByExportFileType(info.kind), std::string(info.extension));
     }
-    // The kinds keep their numbers 0 … 6 without a gap.
-    EXPECT_EQ(numbers, (std::set<std::uint32_t>{0, 1, 2, 3, 4, 5, 6}));
+    // The kinds keep their numbers 0 … 8 without a gap.
+    EXPECT_EQ(numbers, (std::set<std::uint32_t>{0, 1, 2, 3, 4, 5, 6, 7, 8}));
     // The menus list every kind once.
     std::set<std::uint32_t> inMenus;
     for (const ExportFileType kind : exportMenuKinds())
         EXPECT_TRUE(inMenus.insert(static_cast<std::uint32_t>(kind)).second);
     EXPECT_EQ(inMenus, numbers);
-    EXPECT_FALSE(exportFileTypeFromValue(7));
-    EXPECT_EQ(exportKindInfo(static_cast<ExportFileType>(7)), nullptr);
+    EXPECT_FALSE(exportFileTypeFromValue(9));
+    EXPECT_EQ(exportKindInfo(static_cast<ExportFileType>(9)), nullptr);
+    EXPECT_EQ(exportFileTypeFromName("json"), ExportFileType::JSON);
+    EXPECT_EQ(exportFileTypeFromName("jsonl"), ExportFileType::JSONLines);
 }
 
 TEST(ExportRegistry, EveryOptionNamesValidKindsAndKeepsItsValueType)

@@ -98,9 +98,9 @@ private slots:
         // The Export submenu's items are enabled as available when the File menu opens (the
         // controller does that).
         const QMenu *exportMenu = menus[0]->menu()->actions()[2]->menu();
-        QCOMPARE(describe(exportMenu),
-                 QStringList({"Export CSV||on", "Export TXT||on", "Export XML||on", "Export XLS||on", "Export XLSX||on",
-                              "Export SQL||on", "Export SQLite||on"}));
+        QCOMPARE(describe(exportMenu), QStringList({"Export CSV||on", "Export TXT||on", "Export XML||on",
+                                                    "Export JSON||on", "Export JSON Lines||on", "Export XLS||on",
+                                                    "Export XLSX||on", "Export SQL||on", "Export SQLite||on"}));
     }
 
     void toolbarItemsCarryTheirKinds()
@@ -122,20 +122,21 @@ private slots:
                 hidden << action->objectName();
         }
         QCOMPARE(names, QStringList({"navigationBack", "navigationNext", "open", "exportCsv", "exportTxt", "exportXml",
-                                     "exportXls", "exportSql", "exportSqlite", "search"}));
+                                     "exportJson", "exportXls", "exportSql", "exportSqlite", "search"}));
         QCOMPARE(hidden, QStringList({"exportXml", "search"}));
         QCOMPARE(controls.toolbarBack->objectName(), QString("navigationBack"));
         QCOMPARE(controls.toolbarNext->objectName(), QString("navigationNext"));
         QCOMPARE(controls.toolbarOpen->objectName(), QString("open"));
 
-        // The toolbar's six export items, then the File menu's seven, each with the kind its
+        // The toolbar's seven export items, then the File menu's nine, each with the kind its
         // object name or menu data names.
         const std::pair<ExportFileType, QString> toolbarKinds[] = {
-            {ExportFileType::CSV, "exportCsv"}, {ExportFileType::TXT, "exportTxt"},
-            {ExportFileType::XML, "exportXml"}, {ExportFileType::XLS, "exportXls"},
-            {ExportFileType::SQL, "exportSql"}, {ExportFileType::SQLite, "exportSqlite"},
+            {ExportFileType::CSV, "exportCsv"},       {ExportFileType::TXT, "exportTxt"},
+            {ExportFileType::XML, "exportXml"},       {ExportFileType::JSON, "exportJson"},
+            {ExportFileType::XLS, "exportXls"},       {ExportFileType::SQL, "exportSql"},
+            {ExportFileType::SQLite, "exportSqlite"},
         };
-        QCOMPARE(controls.exportActions.size(), std::size(toolbarKinds) + 7);
+        QCOMPARE(controls.exportActions.size(), std::size(toolbarKinds) + 9);
         for (std::size_t i = 0; i < controls.exportActions.size(); ++i) {
             const auto &[kind, action] = controls.exportActions[i];
             if (i < std::size(toolbarKinds)) {
@@ -207,6 +208,8 @@ private slots:
             "Export CSV||" + availability(ExportFileType::CSV),
             "Export TXT||" + availability(ExportFileType::TXT),
             "Export XML||" + availability(ExportFileType::XML),
+            "Export JSON||" + availability(ExportFileType::JSON),
+            "Export JSON Lines||" + availability(ExportFileType::JSONLines),
             "Export XLS||" + availability(ExportFileType::XLS),
             "Export XLSX||" + availability(ExportFileType::XLSX),
             "Export SQL||" + availability(ExportFileType::SQL),
@@ -217,7 +220,7 @@ private slots:
             const MainWindowBuilder::ItemMenu built = MainWindowBuilder::buildItemMenu(c.item, c.fileOpen, &parent);
             QVERIFY2(built.menu && built.menu->parent() == &parent, c.name);
             QCOMPARE(describe(built.menu), c.lines);
-            QCOMPARE(built.exportActions.size(), std::size_t(7));
+            QCOMPARE(built.exportActions.size(), std::size_t(9));
             for (const QAction *action : built.menu->actions()) {
                 if (!action->menu())
                     continue;

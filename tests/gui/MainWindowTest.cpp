@@ -100,9 +100,9 @@ private slots:
         makeWindow();
         QCOMPARE(status(), QString("0 files"));
         QVERIFY(m_window->fileTree()->isDropHintVisible());
-        const QStringList expected = {"navigationBack", "navigationNext", "open",      "exportCsv",    "exportTxt",
-                                      "exportXml",      "exportXls",      "exportSql", "exportSqlite", "",
-                                      "search"};
+        const QStringList expected = {"navigationBack", "navigationNext", "open",       "exportCsv",
+                                      "exportTxt",      "exportXml",      "exportJson", "exportXls",
+                                      "exportSql",      "exportSqlite",   "",           "search"};
         QStringList identifiers;
         for (QAction *action : m_window->toolbar()->actions())
             identifiers << action->objectName();

@@ -493,6 +493,8 @@ TEST(ModelWire, CarriesComplexValuesAndRefusesThemDamaged)
     EXPECT_EQ(table.complexValues(1)->valueType(), "Text");
     EXPECT_EQ(table.complexValues(2)->valueType(), "");
     EXPECT_EQ(table.complexValues(0), nullptr);
+    EXPECT_EQ(table.complexValues(1)->valueType(), "Text"); // the items' type
+    EXPECT_EQ(table.complexValues(2)->valueType(), "");
     EXPECT_EQ(table.cell(1, 2).complex->itemCount(), 0u);
     EXPECT_EQ(table.cell(0, 2).complex->attachments()[1].data->data().size(), 8u);
 

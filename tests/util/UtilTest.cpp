@@ -67,6 +67,28 @@ TEST(Json, StringsAreEscapedAndInvalidUtf8Replaced)
     appendJsonString(out, std::string(input, sizeof input - 1));
     EXPECT_EQ(out, "\"a\\\"b\\\\c\\n\\t\\u0001 \xC3\xA9 \xF0\x9F\x98\x80 \xEF\xBF\xBD\"");
     EXPECT_EQ(sha256Hex("abc", 3), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+
+    // Long plain runs are copied in blocks: a character that needs care is found at every
+    // position of a run, and the bytes at the edges of the plain range stay as they are.
+    const std::pair<std::string, std::string> specials[] = {
+        {"\"", "\\\""},
+        {"\\", "\\\\"},
+        {"\n", "\\n"},
+        {"\x1f", "\\u001f"},
+        {std::string(1, '\0'), "\\u0000"},
+        {"\xC3\xA9", "\xC3\xA9"},
+        {"\xFF", "\xEF\xBF\xBD"},
+        {" ", " "},
+        {"\x7f", "\x7f"},
+    };
+    for (const auto &[special, escaped] : specials) {
+        for (std::size_t at = 0; at < 20; ++at) {
+            out.clear();
+            appendJsonString(out, std::string(at, 'x') + special + std::string(19 - at, '~'));
+            EXPECT_EQ(out, "\"" + std::string(at, 'x') + escaped + std::string(19 - at, '~') + "\"")
+                << escaped << " at " << at;
+        }
+    }
 }
 
 } // namespace

@@ -48,6 +48,7 @@ const ToolbarItemDefinition kToolbarItems[] = {
     {"exportCsv", "CSV_32x32", "Export CSV", "Export CSV", ExportFileType::CSV},
     {"exportTxt", "TXT_32x32", "Export TXT", "Export TXT", ExportFileType::TXT},
     {"exportXml", "XML_32x32", "Export XML", "Export XML", ExportFileType::XML},
+    {"exportJson", "JSON_32x32", "Export JSON", "Export JSON", ExportFileType::JSON},
     {"exportXls", "XLS_32x32", "Export XLS", "Export XLS", ExportFileType::XLS},
     {"exportSql", "SQL_32x32", "Export SQL", "Export SQL", ExportFileType::SQL},
     {"exportSqlite", "SQLite_32x32", "Export SQLite", "Export SQLite", ExportFileType::SQLite},
