@@ -175,7 +175,7 @@ private slots:
         auto *informative = box->findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel"));
         QVERIFY(informative);
         QCOMPARE(informative->textFormat(), Qt::PlainText);
-        QCOMPARE(informative->text(), QString("<Big> Failed: Unable to create file for export."));
+        QCOMPARE(informative->text(), QString("<Big> Failed: Unable to create file for export.\n    Is a directory"));
         box->accept();
     }
 
