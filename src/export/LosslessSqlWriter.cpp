@@ -1,6 +1,7 @@
 #include "export/LosslessSqlWriter.h"
 
 #include "export/ExportSink.h"
+#include "model/TOrbBlobData.h"
 #include "model/TOrbComplexValue.h"
 #include "model/TOrbMDBFile.h"
 #include "model/TOrbMDBForeignKey.h"
@@ -9,6 +10,7 @@
 #include "util/format.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace vellum {
 
@@ -18,6 +20,8 @@ constexpr std::size_t kFlushBytes = 1 << 20;
 /// Bounds of one multi-row INSERT: rows and bytes.
 constexpr std::size_t kRowsPerInsert = 500;
 constexpr std::size_t kBytesPerInsert = 512 * 1024;
+/// MySQL: the bytes of a row beyond which its long columns go off the page.
+constexpr std::size_t kMySqlRowBytes = 8000;
 /// SQL Server: rows per batch (between GO lines).
 constexpr std::size_t kRowsPerBatch = 1000;
 
@@ -92,6 +96,42 @@ private:
     std::size_t m_rows = 0;
     std::size_t m_start = 0;
 };
+
+/// True when two rows of `table` share the key of `index` (rows with a null key column
+/// aside, as SQL unique indexes take them): a damaged file can hold such rows under a unique
+/// index, which no target would then create.
+bool hasDuplicateKeys(const TOrbMDBTable &table, const TOrbMDBIndex &index)
+{
+    std::vector<std::size_t> positions;
+    for (const auto &key : index.keys()) {
+        const auto position = table.columnIndex(key.name);
+        if (!position)
+            return false;
+        positions.push_back(*position);
+    }
+    std::unordered_set<std::string> seen;
+    seen.reserve(table.rowCount());
+    std::string key;
+    for (std::size_t row = 0; row < table.rowCount(); ++row) {
+        key.clear();
+        bool null = false;
+        for (std::size_t position : positions) {
+            const CellValue cell = table.cell(row, position);
+            if (cell.isNull()) {
+                null = true;
+                break;
+            }
+            if (cell.isBlob() && cell.blob)
+                key.append(reinterpret_cast<const char *>(cell.blob->data().data()), cell.blob->data().size());
+            else
+                key.append(cell.text);
+            key += '\x1f';
+        }
+        if (!null && !seen.insert(key).second)
+            return true;
+    }
+    return false;
+}
 
 const char *beginTransaction(ServerType dialect)
 {
@@ -246,7 +286,80 @@ bool LosslessSqlWriter::isArrayColumn(const TOrbMDBTable &table, std::size_t col
 bool LosslessSqlWriter::writesRelationship(const TOrbMDBForeignKey &key) const
 {
     return m_settings.includeForeignKeys && key.enforced() && !key.referencingColumns().empty() &&
-           key.referencingColumns().size() == key.referencedColumns().size();
+           key.referencingColumns().size() == key.referencedColumns().size() && referencesUniqueKey(key) &&
+           dataKeepsRelationship(key);
+}
+
+bool LosslessSqlWriter::dataKeepsRelationship(const TOrbMDBForeignKey &key) const
+{
+    // Every referencing row whose key columns all hold a value must find its referenced row; a
+    // damaged file can break that, and no target would then add the constraint.
+    const TOrbMDBTable *from = m_file.tableNamed(key.referencingTable());
+    const TOrbMDBTable *to = m_file.tableNamed(key.referencedTable());
+    if (!from || !to)
+        return false;
+    const auto positions = [](const TOrbMDBTable &table, const std::vector<std::string> &names) {
+        std::vector<std::size_t> out;
+        for (const auto &name : names) {
+            const auto position = table.columnIndex(name);
+            if (!position)
+                return std::vector<std::size_t>();
+            out.push_back(*position);
+        }
+        return out;
+    };
+    const std::vector<std::size_t> fromColumns = positions(*from, key.referencingColumns());
+    const std::vector<std::size_t> toColumns = positions(*to, key.referencedColumns());
+    if (fromColumns.empty() || toColumns.size() != fromColumns.size())
+        return false;
+    const auto rowKey = [](const TOrbMDBTable &table, std::size_t row, const std::vector<std::size_t> &columns,
+                           std::string &out) {
+        out.clear();
+        for (std::size_t position : columns) {
+            const CellValue cell = table.cell(row, position);
+            if (!cell.isText())
+                return false;
+            out.append(cell.text);
+            out += '\x1f';
+        }
+        return true;
+    };
+    std::unordered_set<std::string> referenced;
+    std::string text;
+    for (std::size_t row = 0; row < to->rowCount(); ++row)
+        if (rowKey(*to, row, toColumns, text))
+            referenced.insert(text);
+    for (std::size_t row = 0; row < from->rowCount(); ++row)
+        if (rowKey(*from, row, fromColumns, text) && !referenced.count(text))
+            return false;
+    return true;
+}
+
+bool LosslessSqlWriter::referencesUniqueKey(const TOrbMDBForeignKey &key) const
+{
+    // A foreign key needs a primary key or unique index of exactly the referenced columns.
+    const TOrbMDBTable *table = m_file.tableNamed(key.referencedTable());
+    if (!table)
+        return false;
+    std::vector<std::string> referenced = key.referencedColumns();
+    std::sort(referenced.begin(), referenced.end());
+    for (const auto &index : table->indices()) {
+        if (!index->isPrimaryKey() && !index->isUnique())
+            continue;
+        std::vector<std::string> columns;
+        for (const auto &indexKey : index->keys())
+            columns.push_back(indexKey.name);
+        std::sort(columns.begin(), columns.end());
+        if (columns != referenced)
+            continue;
+        const std::string cacheKey = table->name() + '\x1f' + index->name();
+        auto found = m_uniqueIndexes.find(cacheKey);
+        if (found == m_uniqueIndexes.end())
+            found = m_uniqueIndexes.emplace(cacheKey, !hasDuplicateKeys(*table, *index)).first;
+        if (found->second)
+            return true;
+    }
+    return false;
 }
 
 void LosslessSqlWriter::appendCreateTable(const TOrbMDBTable &table)
@@ -254,15 +367,41 @@ void LosslessSqlWriter::appendCreateTable(const TOrbMDBTable &table)
     m_out += "CREATE TABLE " + qualified(table.name()) + " (";
     std::vector<std::string> primaryKey;
     const auto &columns = table.columns();
+    // MySQL keeps a row within about 8000 bytes of its page: a table whose Text and Binary
+    // columns could pass that has its unindexed ones stored off the page as TEXT and BLOB.
+    std::vector<bool> offPage(columns.size(), false);
+    if (m_dialect == ServerTypeMySQL) {
+        std::size_t rowBytes = 0;
+        for (const auto &column : columns) {
+            const LosslessKind kind = losslessKindForDataType(column->dataType());
+            const auto size = static_cast<std::size_t>(std::max(column->fieldSize(), 1));
+            rowBytes += kind == LosslessKind::Text ? 4 * size + 2 : kind == LosslessKind::Binary ? size + 2 : 40;
+        }
+        if (rowBytes > kMySqlRowBytes) {
+            for (std::size_t c = 0; c < columns.size(); ++c) {
+                const bool indexed =
+                    std::any_of(table.indices().begin(), table.indices().end(), [&](const auto &index) {
+                        return std::any_of(index->keys().begin(), index->keys().end(),
+                                           [&](const auto &key) { return key.name == columns[c]->name(); });
+                    });
+                offPage[c] = !indexed && !columns[c]->isPrimaryKey();
+            }
+        }
+    }
     for (std::size_t c = 0; c < columns.size(); ++c) {
         const TOrbMDBColumn &column = *columns[c];
         m_out += c ? ",\n\t" : "\n\t";
         m_out += quoteName(column.name()) + " ";
+        const LosslessKind kind = losslessKindForDataType(column.dataType());
         if (isArrayColumn(table, c)) {
             m_out += "text[]";
+        } else if (offPage[c] && (kind == LosslessKind::Text || kind == LosslessKind::Binary)) {
+            m_out += kind == LosslessKind::Text ? "TEXT" : "BLOB";
         } else {
+            // A calculated Numeric column stores results of any scale.
+            const bool anyScale = column.isCalculatedType() && column.dataType() == "Numeric";
             const LosslessColumnShape shape{losslessKindForDataType(column.dataType()), column.fieldSize(),
-                                            column.precision(), column.scale()};
+                                            anyScale ? -1 : column.precision(), column.scale()};
             m_out += losslessColumnType(m_dialect, shape);
         }
         if (column.isPrimaryKey()) {
@@ -480,11 +619,16 @@ void LosslessSqlWriter::appendIndexes(const TOrbMDBTable &table)
             continue;
         const std::string name = m_indexNames.uniqueIndexName(index->name());
         std::vector<std::string> keys;
-        bool unique = index->isUnique();
+        bool unique = index->isUnique() && !hasDuplicateKeys(table, *index);
+        if (index->isUnique() && !unique)
+            m_out += "-- not unique: rows of the table share a key of this index\n";
         for (const auto &key : index->keys()) {
             std::string text = quoteName(key.name);
             const TOrbMDBColumn *column = table.columnNamed(key.name);
             const LosslessKind kind = column ? losslessKindForDataType(column->dataType()) : LosslessKind::Text;
+            const auto position = table.columnIndex(key.name);
+            if (position && isArrayColumn(table, *position))
+                unique = false; // the values, not the stored ids: equal lists may repeat
             if (m_dialect == ServerTypeMySQL && (kind == LosslessKind::Memo || kind == LosslessKind::Ole)) {
                 // MySQL indexes long texts and blobs by a prefix only, which cannot be unique.
                 text += "(255)";

@@ -10,6 +10,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace vellum {
@@ -69,6 +70,10 @@ private:
     void appendRelationship(const TOrbMDBForeignKey &key);
     bool isArrayColumn(const TOrbMDBTable &table, std::size_t column) const;
     bool writesRelationship(const TOrbMDBForeignKey &key) const;
+    /// The referenced columns are those of a primary key or a unique index the data keeps.
+    bool referencesUniqueKey(const TOrbMDBForeignKey &key) const;
+    /// Every referencing row of the data finds its referenced row.
+    bool dataKeepsRelationship(const TOrbMDBForeignKey &key) const;
 
     const TOrbMDBFile &m_file;
     SqlScriptSettings m_settings;
@@ -77,6 +82,8 @@ private:
     ApproximationSink m_approximate;
     std::string m_schemaPrefix;
     IndexNameRegister m_indexNames;
+    /// Whether a unique index ("table\x1findex") holds no duplicate keys, once computed.
+    mutable std::unordered_map<std::string, bool> m_uniqueIndexes;
     std::string m_out;
     bool m_failed = false;
 };

@@ -128,6 +128,39 @@ LosslessApproximation appendDateTime(std::string &out, ServerType dialect, std::
     return LosslessApproximation::None;
 }
 
+/// Significant digits of a decimal text's mantissa (leading and trailing zeros aside).
+std::size_t significantDigits(std::string_view text)
+{
+    std::string digits;
+    for (char c : text.substr(0, text.find_first_of("eE"))) {
+        if (c >= '0' && c <= '9')
+            digits += c;
+    }
+    const auto first = digits.find_first_not_of('0');
+    if (first == std::string::npos)
+        return 0;
+    return digits.find_last_not_of('0') - first + 1;
+}
+
+/// A double as an SQLite expression that computes it exactly: its 53-bit mantissa (an integer,
+/// which SQLite reads exactly) scaled by powers of two (exact multiplications). SQLite's own
+/// reading of long decimal texts is not correctly rounded in every version.
+std::string sqliteExactDouble(double value)
+{
+    int exponent = 0;
+    const double fraction = std::frexp(value, &exponent); // value = fraction * 2^exponent
+    const auto mantissa = static_cast<long long>(std::ldexp(fraction, 53));
+    exponent -= 53;
+    std::string out = "(" + std::to_string(mantissa) + ".0";
+    while (exponent != 0) {
+        const int step = std::clamp(exponent, -32, 32);
+        out += step > 0 ? " * " : " / ";
+        out += std::to_string(1ULL << (step > 0 ? step : -step)) + ".0";
+        exponent -= step;
+    }
+    return out + ")";
+}
+
 LosslessApproximation appendFloatingPoint(std::string &out, ServerType dialect, std::string_view text, bool single)
 {
     const bool nan = text == "NaN";
@@ -176,6 +209,10 @@ LosslessApproximation appendFloatingPoint(std::string &out, ServerType dialect, 
         break;
     }
     std::string number(text);
+    if (!single && dialect == ServerTypeSQLite && significantDigits(text) > 15) {
+        out += sqliteExactDouble(std::strtod(number.c_str(), nullptr));
+        return LosslessApproximation::None;
+    }
     if (single && dialect == ServerTypeMySQL) {
         // MySQL reads the literal as a double before storing the single: the shortest text of
         // the single can lie beyond the single range ("3.4028235e+38"), the exact value cannot.
@@ -185,6 +222,9 @@ LosslessApproximation appendFloatingPoint(std::string &out, ServerType dialect, 
         (dialect == ServerTypeMySQL || dialect == ServerTypeSQLServer || dialect == ServerTypeSQLite))
         number += "e0"; // a floating-point literal, not an exact decimal (and -0 keeps its sign)
     out += number;
+    // MySQL's FLOAT column keeps no negative zero.
+    if (single && dialect == ServerTypeMySQL && negative && std::strtod(number.c_str(), nullptr) == 0)
+        return LosslessApproximation::NegativeZero;
     return LosslessApproximation::None;
 }
 
@@ -301,7 +341,24 @@ std::string losslessColumnType(ServerType dialect, const LosslessColumnShape &sh
 {
     const int precision = shape.precision > 0 ? std::min(shape.precision, 38) : 28;
     const int scale = std::clamp(shape.scale, 0, precision);
-    const std::string decimal = formatString("(%d,%d)", precision, scale);
+    std::string decimal = formatString("(%d,%d)", precision, scale);
+    if (shape.kind == LosslessKind::Numeric && shape.precision < 0) {
+        // Any scale (calculated results): the widest exact decimal of each target.
+        switch (dialect) {
+        case ServerTypePostgreSQL:
+            return "numeric";
+        case ServerTypeMySQL:
+            return "DECIMAL(65,30)";
+        case ServerTypeSQLite:
+            return "DECIMAL";
+        case ServerTypeSQLServer:
+            return "decimal(38,18)";
+        case ServerTypeOracle:
+            return "NUMBER";
+        default:
+            break;
+        }
+    }
     const int textSize = shape.fieldSize > 0 ? shape.fieldSize : 255;
     const int binarySize = shape.fieldSize > 0 ? shape.fieldSize : 510;
     switch (dialect) {
@@ -502,6 +559,8 @@ const char *losslessApproximationText(LosslessApproximation approximation)
         return "NUL characters removed from texts";
     case LosslessApproximation::UnreadableAsNull:
         return "unreadable values written as NULL";
+    case LosslessApproximation::NegativeZero:
+        return "negative zeros stored as zero";
     }
     return "";
 }
@@ -524,7 +583,10 @@ std::string microsecondDateTime(std::string_view cellText, bool &rounded)
     long long micro = std::stoll(fraction.substr(0, 6));
     const char seventh = fraction[6];
     rounded = seventh != '0';
-    if (seventh >= '5')
+    // Rounding up past the last representable instant would make year 10000: keep 9999.
+    const bool lastMicrosecond = date->year == 9999 && date->month == 12 && date->day == 31 && date->hour == 23 &&
+                                 date->minute == 59 && date->second == 59 && micro == 999999;
+    if (seventh >= '5' && !lastMicrosecond)
         ++micro;
     int year = date->year, month = date->month, day = date->day;
     long long seconds = date->hour * 3600LL + date->minute * 60LL + date->second;

@@ -44,7 +44,7 @@ LosslessKind losslessKindForDataType(std::string_view dataType);
 struct LosslessColumnShape {
     LosslessKind kind = LosslessKind::Text;
     int fieldSize = 0; ///< Text: characters; Binary: bytes
-    int precision = 0; ///< Numeric
+    int precision = 0; ///< Numeric; negative: any scale (a calculated result)
     int scale = 0;     ///< Numeric
 };
 
@@ -59,6 +59,7 @@ enum class LosslessApproximation : unsigned char {
     MicrosecondRounded, ///< a seventh fractional digit of a time rounded away
     NulRemoved,         ///< NUL characters removed from a text the type cannot hold them in
     UnreadableAsNull,   ///< a cell text that is not a value of its column type
+    NegativeZero,       ///< -0 where the type keeps only 0 (MySQL FLOAT)
 };
 
 /// The report's text of an approximation ("" for None).

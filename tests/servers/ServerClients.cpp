@@ -283,11 +283,20 @@ bool ServerDatabase::hasTable(const std::string &table)
 std::optional<std::vector<ServerRow>> ServerDatabase::readTable(const std::string &table,
                                                                 const std::vector<std::string> &columns)
 {
+    std::vector<std::string> expressions;
+    for (const std::string &column : columns)
+        expressions.push_back(quote(column));
+    return readExpressions(table, expressions);
+}
+
+std::optional<std::vector<ServerRow>> ServerDatabase::readExpressions(const std::string &table,
+                                                                      const std::vector<std::string> &expressions)
+{
     // Every cell travels as "N" (null) or "v" and the hex of its text, so that no separator,
     // line break or client escaping can change it.
     std::string select = "SELECT ";
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        const std::string c = quote(columns[i]);
+    for (std::size_t i = 0; i < expressions.size(); ++i) {
+        const std::string c = "(" + expressions[i] + ")";
         if (i)
             select += ", ";
         switch (m_kind) {
@@ -322,7 +331,7 @@ std::optional<std::vector<ServerRow>> ServerDatabase::readTable(const std::strin
                 return std::nullopt;
             }
         }
-        if (row.size() != columns.size())
+        if (row.size() != expressions.size())
             return std::nullopt;
         rows.push_back(std::move(row));
     }

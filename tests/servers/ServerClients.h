@@ -48,6 +48,12 @@ public:
     /// Every row of a table, each cell as text (numbers and dates in the server's own text
     /// form, blobs as their bytes) or null; nullopt when the query failed.
     std::optional<std::vector<ServerRow>> readTable(const std::string &table, const std::vector<std::string> &columns);
+    /// Every row of a table as the values of SQL expressions over its columns (e.g. a cast that
+    /// shows a number with every digit), each as text or null; nullopt when the query failed.
+    std::optional<std::vector<ServerRow>> readExpressions(const std::string &table,
+                                                          const std::vector<std::string> &expressions);
+    /// Why the last query failed.
+    const std::string &lastError() const { return m_lastError; }
 
     /// A name quoted for this server.
     std::string quote(const std::string &name) const;
