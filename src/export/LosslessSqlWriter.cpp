@@ -620,6 +620,7 @@ void LosslessSqlWriter::appendIndexes(const TOrbMDBTable &table)
         const std::string name = m_indexNames.uniqueIndexName(index->name());
         std::vector<std::string> keys;
         bool unique = index->isUnique() && !hasDuplicateKeys(table, *index);
+        bool longKey = false;
         if (index->isUnique() && !unique)
             m_out += "-- not unique: rows of the table share a key of this index\n";
         for (const auto &key : index->keys()) {
@@ -634,8 +635,16 @@ void LosslessSqlWriter::appendIndexes(const TOrbMDBTable &table)
                 text += "(255)";
                 unique = false;
             }
+            if ((m_dialect == ServerTypeSQLServer || m_dialect == ServerTypeOracle) &&
+                (kind == LosslessKind::Memo || kind == LosslessKind::Ole))
+                longKey = true;
             text += key.ascending ? " ASC" : " DESC";
             keys.push_back(std::move(text));
+        }
+        if (longKey) {
+            // SQL Server's nvarchar(max) and varbinary(max), Oracle's NCLOB and BLOB: no index key.
+            m_out += "-- left out: index " + quoteName(name) + " has a long text or binary key column\n";
+            continue;
         }
         m_out += "CREATE ";
         if (unique)

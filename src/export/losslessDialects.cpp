@@ -153,7 +153,7 @@ std::string sqliteExactDouble(double value)
     exponent -= 53;
     std::string out = "(" + std::to_string(mantissa) + ".0";
     while (exponent != 0) {
-        const int step = std::clamp(exponent, -32, 32);
+        const int step = std::clamp(exponent, -62, 62);
         out += step > 0 ? " * " : " / ";
         out += std::to_string(1ULL << (step > 0 ? step : -step)) + ".0";
         exponent -= step;
