@@ -142,6 +142,13 @@ std::size_t significantDigits(std::string_view text)
     return digits.find_last_not_of('0') - first + 1;
 }
 
+/// True when a decimal text has a nonzero digit after its point.
+bool hasFraction(std::string_view text)
+{
+    const auto point = text.find('.');
+    return point != std::string_view::npos && text.find_first_of("123456789", point) != std::string_view::npos;
+}
+
 /// A double as an SQLite expression that computes it exactly: its 53-bit mantissa (an integer,
 /// which SQLite reads exactly) scaled by powers of two (exact multiplications). SQLite's own
 /// reading of long decimal texts is not correctly rounded in every version.
@@ -222,8 +229,10 @@ LosslessApproximation appendFloatingPoint(std::string &out, ServerType dialect, 
         (dialect == ServerTypeMySQL || dialect == ServerTypeSQLServer || dialect == ServerTypeSQLite))
         number += "e0"; // a floating-point literal, not an exact decimal (and -0 keeps its sign)
     out += number;
-    // MySQL's FLOAT column keeps no negative zero.
-    if (single && dialect == ServerTypeMySQL && negative && std::strtod(number.c_str(), nullptr) == 0)
+    // MySQL's FLOAT column keeps no negative zero, nor does SQLite, which stores a REAL that is
+    // a whole number as an integer.
+    if (((single && dialect == ServerTypeMySQL) || dialect == ServerTypeSQLite) && negative &&
+        std::strtod(number.c_str(), nullptr) == 0)
         return LosslessApproximation::NegativeZero;
     return LosslessApproximation::None;
 }
@@ -561,6 +570,8 @@ const char *losslessApproximationText(LosslessApproximation approximation)
         return "unreadable values written as NULL";
     case LosslessApproximation::NegativeZero:
         return "negative zeros stored as zero";
+    case LosslessApproximation::DecimalAsReal:
+        return "decimals of more than 15 digits stored as REAL";
     }
     return "";
 }
@@ -772,10 +783,13 @@ LosslessApproximation appendLosslessLiteral(std::string &out, ServerType dialect
             return LosslessApproximation::UnreadableAsNull;
         }
         if (dialect == ServerTypeSQLite) {
-            // As text: NUMERIC affinity keeps it exactly, as a REAL where 15 digits hold it.
+            // As text, which NUMERIC affinity stores as an integer where it is whole and as a REAL
+            // where its first 15 digits survive that: a fraction beyond 15 digits is then lost.
             out += '\'';
             out += text;
             out += '\'';
+            if (significantDigits(text) > 15 && hasFraction(text))
+                return LosslessApproximation::DecimalAsReal;
         } else {
             out += text;
         }

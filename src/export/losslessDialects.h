@@ -60,6 +60,7 @@ enum class LosslessApproximation : unsigned char {
     NulRemoved,         ///< NUL characters removed from a text the type cannot hold them in
     UnreadableAsNull,   ///< a cell text that is not a value of its column type
     NegativeZero,       ///< -0 where the type keeps only 0 (MySQL FLOAT)
+    DecimalAsReal,      ///< a decimal of more than 15 digits that SQLite stores as a REAL
 };
 
 /// The report's text of an approximation ("" for None).

@@ -107,19 +107,23 @@ std::string shortestDouble(double value)
 
 /// A decimal as SQLite keeps it under NUMERIC affinity: as a double where 15 significant
 /// digits hold it (so compared as that double), else as its exact text.
-std::string sqliteDecimal(const std::string &text)
+std::size_t significantDigits(const std::string &canonical)
 {
-    if (text.find_first_of("eE") != std::string::npos)
-        return shortestDouble(std::strtod(text.c_str(), nullptr));
-    const std::string canonical = canonicalDecimal(text);
     std::string digits;
     for (char c : canonical)
         if (c >= '0' && c <= '9')
             digits += c;
     const auto first = digits.find_first_not_of('0');
     const auto last = digits.find_last_not_of('0');
-    const std::size_t significant = first == std::string::npos ? 0 : last - first + 1;
-    return significant <= 15 ? shortestDouble(std::strtod(canonical.c_str(), nullptr)) : canonical;
+    return first == std::string::npos ? 0 : last - first + 1;
+}
+
+std::string sqliteDecimal(const std::string &text)
+{
+    if (text.find_first_of("eE") != std::string::npos)
+        return shortestDouble(std::strtod(text.c_str(), nullptr));
+    const std::string canonical = canonicalDecimal(text);
+    return significantDigits(canonical) <= 15 ? shortestDouble(std::strtod(canonical.c_str(), nullptr)) : canonical;
 }
 
 std::string hexDigitsLower(const std::string &text)
@@ -160,6 +164,8 @@ std::string readExpression(ServerKind kind, const std::string &quoted, const std
         return "CAST(" + quoted + " AS DOUBLE)";
     if (kind == ServerKind::SQLite && floating) // the shell's exact "ieee754(mantissa,exponent)"
         return "CASE WHEN " + quoted + " IS NULL THEN NULL ELSE ieee754(" + quoted + ") END";
+    if (kind == ServerKind::SQLite && (type == "MONEY" || type == "NUMERIC"))
+        return "CASE WHEN typeof(" + quoted + ") = 'real' THEN ieee754(" + quoted + ") ELSE " + quoted + " END";
     return quoted;
 }
 
@@ -170,11 +176,14 @@ std::string serverCanonical(ServerKind kind, const std::string &type, const Serv
     const std::string &text = *cell;
     if (type == "BOOLEAN")
         return text == "t" || text == "true" || text == "1" ? "true" : "false";
-    if (type == "MONEY" || type == "NUMERIC")
+    long long mantissa = 0;
+    int exponent = 0;
+    if (type == "MONEY" || type == "NUMERIC") {
+        if (kind == ServerKind::SQLite && std::sscanf(text.c_str(), "ieee754(%lld,%d)", &mantissa, &exponent) == 2)
+            return shortestDouble(std::ldexp(static_cast<double>(mantissa), exponent));
         return kind == ServerKind::SQLite ? sqliteDecimal(text) : canonicalDecimal(text);
+    }
     if (type == "FLOAT" || type == "DOUBLE") {
-        long long mantissa = 0;
-        int exponent = 0;
         if (kind == ServerKind::SQLite && std::sscanf(text.c_str(), "ieee754(%lld,%d)", &mantissa, &exponent) == 2) {
             // The shell's ieee754() writes negative zero as (1,-3071).
             const double value =
@@ -206,8 +215,16 @@ std::string expectedCanonical(ServerKind kind, const std::string &type, const nl
     if (truth.is_null() || (truth.is_string() && truth.get<std::string>().empty()))
         return type == "BOOLEAN" ? "false" : "null";
     const std::string text = truth.is_string() ? truth.get<std::string>() : truth.dump();
-    if (type == "MONEY" || type == "NUMERIC")
-        return kind == ServerKind::SQLite ? sqliteDecimal(text) : text;
+    if (type == "MONEY" || type == "NUMERIC") {
+        if (kind != ServerKind::SQLite)
+            return text;
+        // NUMERIC affinity: a fraction beyond 15 digits becomes the nearest double.
+        if (significantDigits(text) > 15 && text.find('.') != std::string::npos) {
+            ++approximated;
+            return shortestDouble(std::strtod(text.c_str(), nullptr));
+        }
+        return sqliteDecimal(text);
+    }
     if (type == "FLOAT" || type == "DOUBLE") {
         const bool nan = text == "NaN";
         const bool infinity = text == "Infinity" || text == "-Infinity";
@@ -215,8 +232,8 @@ std::string expectedCanonical(ServerKind kind, const std::string &type, const nl
             ++approximated;
             return "null";
         }
-        if (kind == ServerKind::MariaDB && type == "FLOAT" && text == "-0") {
-            ++approximated; // MySQL's FLOAT keeps no negative zero
+        if (((kind == ServerKind::MariaDB && type == "FLOAT") || kind == ServerKind::SQLite) && text == "-0") {
+            ++approximated; // MySQL's FLOAT and SQLite keep no negative zero
             return floatBits(0.0, true);
         }
         return floatBits(parseNumber(text), type == "FLOAT");
