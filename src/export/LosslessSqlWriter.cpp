@@ -614,6 +614,13 @@ bool LosslessSqlWriter::appendRows(const TOrbMDBTable &table, const std::vector<
 
 void LosslessSqlWriter::appendIndexes(const TOrbMDBTable &table)
 {
+    // Oracle refuses a second index on a column list already indexed (the primary key's too).
+    std::vector<std::vector<std::string>> indexedLists;
+    std::vector<std::string> primaryKey;
+    for (const auto &column : table.columns())
+        if (column->isPrimaryKey())
+            primaryKey.push_back(column->name());
+    indexedLists.push_back(primaryKey);
     for (const auto &index : table.indices()) {
         if (index->isPrimaryKey() || index->keys().empty())
             continue;
@@ -640,6 +647,16 @@ void LosslessSqlWriter::appendIndexes(const TOrbMDBTable &table)
                 longKey = true;
             text += key.ascending ? " ASC" : " DESC";
             keys.push_back(std::move(text));
+        }
+        if (m_dialect == ServerTypeOracle) {
+            std::vector<std::string> list;
+            for (const auto &key : index->keys())
+                list.push_back(key.name + (key.ascending ? "" : " DESC"));
+            if (std::find(indexedLists.begin(), indexedLists.end(), list) != indexedLists.end()) {
+                m_out += "-- left out: index " + quoteName(name) + " has the columns of an earlier index\n";
+                continue;
+            }
+            indexedLists.push_back(std::move(list));
         }
         if (longKey) {
             // SQL Server's nvarchar(max) and varbinary(max), Oracle's NCLOB and BLOB: no index key.

@@ -229,9 +229,9 @@ LosslessApproximation appendFloatingPoint(std::string &out, ServerType dialect, 
         (dialect == ServerTypeMySQL || dialect == ServerTypeSQLServer || dialect == ServerTypeSQLite))
         number += "e0"; // a floating-point literal, not an exact decimal (and -0 keeps its sign)
     out += number;
-    // MySQL's FLOAT column keeps no negative zero, nor does SQLite, which stores a REAL that is
-    // a whole number as an integer.
-    if (((single && dialect == ServerTypeMySQL) || dialect == ServerTypeSQLite) && negative &&
+    // MySQL keeps no negative zero, nor does SQLite, which stores a REAL that is a whole
+    // number as an integer.
+    if ((dialect == ServerTypeMySQL || dialect == ServerTypeSQLite) && negative &&
         std::strtod(number.c_str(), nullptr) == 0)
         return LosslessApproximation::NegativeZero;
     return LosslessApproximation::None;

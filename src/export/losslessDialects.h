@@ -59,7 +59,7 @@ enum class LosslessApproximation : unsigned char {
     MicrosecondRounded, ///< a seventh fractional digit of a time rounded away
     NulRemoved,         ///< NUL characters removed from a text the type cannot hold them in
     UnreadableAsNull,   ///< a cell text that is not a value of its column type
-    NegativeZero,       ///< -0 where the type keeps only 0 (MySQL FLOAT)
+    NegativeZero,       ///< -0 where the target keeps only 0 (MySQL, SQLite)
     DecimalAsReal,      ///< a decimal of more than 15 digits that SQLite stores as a REAL
 };
 

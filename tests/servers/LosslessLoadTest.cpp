@@ -232,9 +232,9 @@ std::string expectedCanonical(ServerKind kind, const std::string &type, const nl
             ++approximated;
             return "null";
         }
-        if (((kind == ServerKind::MariaDB && type == "FLOAT") || kind == ServerKind::SQLite) && text == "-0") {
-            ++approximated; // MySQL's FLOAT and SQLite keep no negative zero
-            return floatBits(0.0, true);
+        if (kind != ServerKind::PostgreSQL && text == "-0") {
+            ++approximated; // MySQL and SQLite keep no negative zero
+            return floatBits(0.0, type == "FLOAT");
         }
         return floatBits(parseNumber(text), type == "FLOAT");
     }
