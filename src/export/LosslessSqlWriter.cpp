@@ -175,7 +175,7 @@ LosslessSqlWriter::LosslessSqlWriter(const TOrbMDBFile &file, const SqlScriptSet
         m_indexNames.recordTable(table->name());
         for (const auto &[position, values] : table->complexColumns())
             if (position < table->columns().size())
-                m_indexNames.recordTable(table->name() + "_" + table->columns()[position]->name());
+                m_indexNames.recordTable(childTableName(*table, position));
     }
 }
 
@@ -275,6 +275,22 @@ void LosslessSqlWriter::appendDropTable(const std::string &name)
         break;
     }
     endStatement();
+}
+
+std::string LosslessSqlWriter::childTableName(const TOrbMDBTable &table, std::size_t column) const
+{
+    // "<table>_<column>", with "_1", "_2" … added while a table of the file has that name (a
+    // file may list the hidden tables of its complex values under such names).
+    const std::string base = table.name() + "_" + table.columns()[column]->name();
+    std::string name = base;
+    for (int n = 1;; ++n) {
+        const std::string lower = lowercasedName(name);
+        const bool taken = std::any_of(m_file.tables().begin(), m_file.tables().end(),
+                                       [&](const auto &other) { return lowercasedName(other->name()) == lower; });
+        if (!taken)
+            return name;
+        name = base + "_" + std::to_string(n);
+    }
 }
 
 bool LosslessSqlWriter::isArrayColumn(const TOrbMDBTable &table, std::size_t column) const
@@ -445,7 +461,7 @@ void LosslessSqlWriter::appendChildTables(const TOrbMDBTable &table, std::vector
     for (const auto &[position, values] : table.complexColumns()) {
         if (position >= table.columns().size() || isArrayColumn(table, position))
             continue;
-        ChildTable child{position, values->kind(), table.name() + "_" + table.columns()[position]->name()};
+        ChildTable child{position, values->kind(), childTableName(table, position)};
         const auto type = [this](LosslessKind kind, int size = 0) {
             return losslessColumnType(m_dialect, LosslessColumnShape{kind, size, 0, 0});
         };

@@ -69,6 +69,8 @@ private:
     void appendIndexes(const TOrbMDBTable &table);
     void appendRelationship(const TOrbMDBForeignKey &key);
     bool isArrayColumn(const TOrbMDBTable &table, std::size_t column) const;
+    /// The name of a complex column's child table, distinct from the file's tables.
+    std::string childTableName(const TOrbMDBTable &table, std::size_t column) const;
     bool writesRelationship(const TOrbMDBForeignKey &key) const;
     /// The referenced columns are those of a primary key or a unique index the data keeps.
     bool referencesUniqueKey(const TOrbMDBForeignKey &key) const;

@@ -426,6 +426,25 @@ std::vector<LoadFile> loadFiles()
     return files;
 }
 
+/// A complex column's child table: "<table>_<column>", with "_1", "_2" … while the file has a
+/// table of that name (letter case aside).
+std::string childTable(const TOrbMDBFile &file, const std::string &base)
+{
+    const auto lower = [](std::string text) {
+        for (char &c : text)
+            c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        return text;
+    };
+    std::string name = base;
+    for (int n = 1;; ++n) {
+        const bool taken = std::any_of(file.tables().begin(), file.tables().end(),
+                                       [&](const auto &table) { return lower(table->name()) == lower(name); });
+        if (!taken)
+            return name;
+        name = base + "_" + std::to_string(n);
+    }
+}
+
 ServerType dialectOf(ServerKind kind)
 {
     return kind == ServerKind::PostgreSQL ? ServerTypePostgreSQL
@@ -618,7 +637,7 @@ void LosslessLoad::loadOne(const LoadFile &entry, ServerKind kind, test::ServerD
                 array ? database.readExpressions(tableName,
                                                  {"SELECT coalesce(sum(cardinality(" + database.quote(columnName) +
                                                   ")), 0) FROM " + database.quote(tableName)})
-                      : database.readExpressions(tableName + "_" + columnName, {"count(*)"});
+                      : database.readExpressions(childTable(*file, tableName + "_" + columnName), {"count(*)"});
             if (rowsTotal > truthRows.size())
                 continue; // the truth lists the values of its first rows only
             if (counted && counted->empty() && items == 0)
