@@ -2,6 +2,7 @@
 
 #include "export/ExportJob.h"
 #include "export/ExportSink.h"
+#include "export/LosslessSqlWriter.h"
 #include "export/SqlScriptWriter.h"
 #include "model/TOrbMDBTable.h"
 #include "util/format.h"
@@ -11,10 +12,11 @@
 
 namespace vellum {
 
-void exportSQLThread(ExportJob &job)
+namespace {
+
+/// Writes the job's tables with a script writer (classic or lossless; both have one interface).
+template <typename Writer> void writeScripts(ExportJob &job, const SqlScriptSettings &settings, Writer &writer)
 {
-    SqlScriptSettings settings = SqlScriptSettings::fromOptions(job.options());
-    SqlScriptWriter writer(job.file(), settings, job.terminateFlag());
     const auto rowProgress = [&job](std::size_t done, std::size_t count) { job.reportRowProgress(done, count); };
 
     if (settings.singleFile) {
@@ -66,6 +68,23 @@ void exportSQLThread(ExportJob &job)
             job.addSuccess();
         }
     });
+}
+
+} // namespace
+
+void exportSQLThread(ExportJob &job)
+{
+    const SqlScriptSettings settings = SqlScriptSettings::fromOptions(job.options());
+    if (job.options().lossless) {
+        LosslessSqlWriter writer(job.file(), settings, job.terminateFlag(),
+                                 [&job](std::string_view table, std::string_view what, std::size_t count) {
+                                     job.countApproximation(table, what, count);
+                                 });
+        writeScripts(job, settings, writer);
+        return;
+    }
+    SqlScriptWriter writer(job.file(), settings, job.terminateFlag());
+    writeScripts(job, settings, writer);
 }
 
 } // namespace vellum

@@ -20,9 +20,29 @@ using test::runTool;
 
 std::vector<std::string> exportArgs(const std::string &output, std::vector<std::string> options)
 {
-    std::vector<std::string> args = {"export", fixturePath("features.mdb"), output, "--format", "sql"};
+    std::vector<std::string> args = {"export", fixturePath("features.mdb"), output, "--format", "sql", "--classic"};
     args.insert(args.end(), options.begin(), options.end());
     return args;
+}
+
+TEST(SqlExportCli, LosslessScriptsByDefault)
+{
+    test::TempDir dir;
+    const std::string script = dir.file("features.sql");
+    const auto pg = runTool(
+        "vellum-cli", {"export", fixturePath("features.mdb"), script, "--format", "sql", "--dialect", "postgresql"});
+    ASSERT_EQ(pg.exitStatus, 0) << pg.err;
+    EXPECT_EQ(pg.out, "Export finished.\n14 tables exported successfully.\n");
+    EXPECT_EQ(test::fileContents(script), test::fileContents(fixturePath("golden/sql-lossless/postgresql.sql")));
+
+    // MySQL keeps no negative zero: the script is written, the values counted, status 3.
+    const std::string mysql = dir.file("features-mysql.sql");
+    const auto my = runTool("vellum-cli", {"export", fixturePath("features.mdb"), mysql, "--format", "sql"});
+    EXPECT_EQ(my.exitStatus, 3) << my.err;
+    EXPECT_NE((my.out + my.err).find("<AllTypes> Warning: 2 values approximated: negative zeros stored as zero"),
+              std::string::npos)
+        << my.out << my.err;
+    EXPECT_EQ(test::fileContents(mysql), test::fileContents(fixturePath("golden/sql-lossless/mysql.sql")));
 }
 
 TEST(SqlExportCli, RefusesCombinationsThatWriteNothingOrDoNotApply)

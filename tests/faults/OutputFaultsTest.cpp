@@ -216,11 +216,13 @@ TEST(OutputFaults, TwoRunsOnOneOutputGiveOneWholeFile)
     TempDir dir;
     const std::string features = test::fixturePath("features.mdb");
     const std::string reference = dir.file("reference.sql");
-    ASSERT_EQ(runScript("exec \"$CLI\" export \"$1\" \"$2\" --format sql", {features, reference}).exitStatus, 0);
+    ASSERT_EQ(runScript("exec \"$CLI\" export \"$1\" \"$2\" --format sql --classic", {features, reference}).exitStatus,
+              0);
     const std::string shared = dir.file("shared.sql");
-    const ProcessResult both = runScript("for i in 1 2 3 4; do \"$CLI\" export \"$1\" \"$2\" --format sql > /dev/null "
-                                         "|| echo failed & done; wait",
-                                         {features, shared});
+    const ProcessResult both =
+        runScript("for i in 1 2 3 4; do \"$CLI\" export \"$1\" \"$2\" --format sql --classic > /dev/null "
+                  "|| echo failed & done; wait",
+                  {features, shared});
     EXPECT_EQ(both.out, "");
     EXPECT_EQ(test::fileContents(shared), test::fileContents(reference)) << "the last rename wins, whole";
     EXPECT_EQ(folderContents(dir.path()).size(), 2u) << "no temporary file is left";

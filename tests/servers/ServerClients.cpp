@@ -78,6 +78,31 @@ std::optional<std::string> fromHex(const std::string &hex)
     return out;
 }
 
+/// Rows of encoded cells ("N" or "v" and hex), `count` a row; nullopt for any other line.
+std::optional<std::vector<ServerRow>> parseRows(const std::vector<std::string> &lines, std::size_t count)
+{
+    std::vector<ServerRow> rows;
+    for (const std::string &line : lines) {
+        ServerRow row;
+        for (const std::string &field : splitTabs(line)) {
+            if (field == "N") {
+                row.push_back(std::nullopt);
+            } else if (!field.empty() && field[0] == 'v') {
+                const auto bytes = fromHex(field.substr(1));
+                if (!bytes)
+                    return std::nullopt;
+                row.push_back(*bytes);
+            } else {
+                return std::nullopt;
+            }
+        }
+        if (row.size() != count)
+            return std::nullopt;
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
 std::string valueOr(const std::map<std::string, std::string> &env, const std::string &key)
 {
     const auto found = env.find(key);
@@ -156,6 +181,22 @@ ServerDatabase::~ServerDatabase()
     } else {
         std::filesystem::remove(m_sqlitePath);
     }
+}
+
+bool ServerDatabase::reset()
+{
+    switch (m_kind) {
+    case ServerKind::PostgreSQL:
+        return query("DROP SCHEMA IF EXISTS public CASCADE; CREATE SCHEMA public").has_value();
+    case ServerKind::MariaDB:
+        return query("DROP DATABASE IF EXISTS " + quote(m_name) + "; CREATE DATABASE " + quote(m_name) + "; USE " +
+                     quote(m_name))
+            .has_value();
+    case ServerKind::SQLite:
+        std::filesystem::remove(m_sqlitePath);
+        return true;
+    }
+    return false;
 }
 
 std::string ServerDatabase::quote(const std::string &name) const
@@ -283,11 +324,19 @@ bool ServerDatabase::hasTable(const std::string &table)
 std::optional<std::vector<ServerRow>> ServerDatabase::readTable(const std::string &table,
                                                                 const std::vector<std::string> &columns)
 {
+    std::vector<std::string> expressions;
+    for (const std::string &column : columns)
+        expressions.push_back(quote(column));
+    return readExpressions(table, expressions);
+}
+
+std::string ServerDatabase::selectOf(const std::string &table, const std::vector<std::string> &expressions) const
+{
     // Every cell travels as "N" (null) or "v" and the hex of its text, so that no separator,
     // line break or client escaping can change it.
     std::string select = "SELECT ";
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        const std::string c = quote(columns[i]);
+    for (std::size_t i = 0; i < expressions.size(); ++i) {
+        const std::string c = "(" + expressions[i] + ")";
         if (i)
             select += ", ";
         switch (m_kind) {
@@ -304,29 +353,68 @@ std::optional<std::vector<ServerRow>> ServerDatabase::readTable(const std::strin
         }
     }
     select += " FROM " + quote(table);
-    const auto lines = query(select);
+    return select;
+}
+
+std::optional<std::vector<ServerRow>> ServerDatabase::readExpressions(const std::string &table,
+                                                                      const std::vector<std::string> &expressions)
+{
+    const auto lines = query(selectOf(table, expressions));
     if (!lines)
         return std::nullopt;
-    std::vector<ServerRow> rows;
-    for (const std::string &line : *lines) {
-        ServerRow row;
-        for (const std::string &field : splitTabs(line)) {
-            if (field == "N") {
-                row.push_back(std::nullopt);
-            } else if (!field.empty() && field[0] == 'v') {
-                const auto bytes = fromHex(field.substr(1));
-                if (!bytes)
-                    return std::nullopt;
-                row.push_back(*bytes);
-            } else {
-                return std::nullopt;
-            }
-        }
-        if (row.size() != columns.size())
-            return std::nullopt;
-        rows.push_back(std::move(row));
+    return parseRows(*lines, expressions.size());
+}
+
+std::optional<std::vector<std::vector<ServerRow>>>
+ServerDatabase::readMany(const std::vector<std::pair<std::string, std::vector<std::string>>> &queries)
+{
+    // Each table's rows end with a line "#", which no encoded row can be.
+    std::vector<std::string> sqls;
+    for (const auto &[table, expressions] : queries) {
+        sqls.push_back(selectOf(table, expressions));
+        sqls.push_back("SELECT '#'");
     }
-    return rows;
+    const auto lines = queryAll(sqls);
+    if (!lines)
+        return std::nullopt;
+    std::vector<std::vector<ServerRow>> tables;
+    std::vector<std::string> current;
+    for (const std::string &line : *lines) {
+        if (line != "#") {
+            current.push_back(line);
+            continue;
+        }
+        if (tables.size() >= queries.size())
+            return std::nullopt;
+        auto rows = parseRows(current, queries[tables.size()].second.size());
+        if (!rows)
+            return std::nullopt;
+        tables.push_back(std::move(*rows));
+        current.clear();
+    }
+    if (tables.size() != queries.size() || !current.empty())
+        return std::nullopt;
+    return tables;
+}
+
+std::optional<std::vector<std::string>> ServerDatabase::queryAll(const std::vector<std::string> &sqls)
+{
+    if (m_kind == ServerKind::PostgreSQL) {
+        std::vector<std::string> argv = clientArguments();
+        argv.insert(argv.end(), {"-A", "-t", "-F", "\t", "-v", "ON_ERROR_STOP=1"});
+        for (const std::string &sql : sqls)
+            argv.insert(argv.end(), {"-c", sql});
+        const ProcessResult result = runProcess(argv, 300);
+        if (result.exitStatus != 0) {
+            m_lastError = result.err.empty() ? "client status " + std::to_string(result.exitStatus) : result.err;
+            return std::nullopt;
+        }
+        return splitLines(result.out);
+    }
+    std::string joined;
+    for (const std::string &sql : sqls)
+        joined += sql + ";\n";
+    return query(joined);
 }
 
 } // namespace vellum::test

@@ -8,6 +8,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vellum::test {
@@ -43,11 +44,27 @@ public:
     /// itself could not run.
     std::vector<std::string> loadScript(const std::string &scriptPath, std::string &clientFailure);
 
+    /// Empties the database for the next load: a new public schema on PostgreSQL (much faster
+    /// than a new database), the database made anew on MariaDB, a new file for SQLite. False
+    /// (reason in `lastError`) when that failed.
+    bool reset();
+
     /// True when the table exists.
     bool hasTable(const std::string &table);
     /// Every row of a table, each cell as text (numbers and dates in the server's own text
     /// form, blobs as their bytes) or null; nullopt when the query failed.
     std::optional<std::vector<ServerRow>> readTable(const std::string &table, const std::vector<std::string> &columns);
+    /// Every row of a table as the values of SQL expressions over its columns (e.g. a cast that
+    /// shows a number with every digit), each as text or null; nullopt when the query failed.
+    std::optional<std::vector<ServerRow>> readExpressions(const std::string &table,
+                                                          const std::vector<std::string> &expressions);
+    /// The rows of several tables read with one client run, each as `readExpressions` reads
+    /// it: (table, expressions) in, the tables' rows in the same order out; nullopt when any
+    /// query failed.
+    std::optional<std::vector<std::vector<ServerRow>>>
+    readMany(const std::vector<std::pair<std::string, std::vector<std::string>>> &queries);
+    /// Why the last query failed.
+    const std::string &lastError() const { return m_lastError; }
 
     /// A name quoted for this server.
     std::string quote(const std::string &name) const;
@@ -55,6 +72,10 @@ public:
 private:
     /// Runs one query; answers its output lines, or nullopt on failure (message in `m_lastError`).
     std::optional<std::vector<std::string>> query(const std::string &sql);
+    /// Runs several queries in one client run; their output lines in order.
+    std::optional<std::vector<std::string>> queryAll(const std::vector<std::string> &sqls);
+    /// The SELECT of `readExpressions`.
+    std::string selectOf(const std::string &table, const std::vector<std::string> &expressions) const;
     std::vector<std::string> clientArguments() const;
 
     ServerKind m_kind;
