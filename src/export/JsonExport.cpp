@@ -223,24 +223,13 @@ void appendJsonComplexValue(std::string &out, const TOrbComplexValue &value, Jso
     case ComplexKind::Attachment:
         for (const auto &attachment : value.attachments()) {
             separate();
-            out += "{\"name\":";
-            appendJsonString(out, attachment.fileName);
-            out += ",\"type\":";
-            appendJsonString(out, attachment.fileType);
-            out += ",\"base64\":\"";
-            const auto &data = attachment.data->data();
-            appendBase64(out, data.data(), data.size());
-            out += "\"}";
+            appendJsonAttachment(out, attachment);
         }
         break;
     case ComplexKind::VersionHistory:
         for (const auto &version : value.versions()) {
             separate();
-            out += "{\"value\":";
-            appendJsonString(out, version.value);
-            out += ",\"date\":";
-            appendJsonDate(out, version.date);
-            out += '}';
+            appendJsonVersion(out, version);
         }
         break;
     }

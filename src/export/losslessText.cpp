@@ -220,25 +220,13 @@ void appendComplexJson(std::string &out, const TOrbComplexValue &value)
     case ComplexKind::Attachment:
         for (const auto &attachment : value.attachments()) {
             separate();
-            out += "{\"name\":";
-            appendJsonString(out, attachment.fileName);
-            out += ",\"type\":";
-            appendJsonString(out, attachment.fileType);
-            out += ",\"base64\":\"";
-            appendBase64(out, attachment.data->data().data(), attachment.data->data().size());
-            out += "\"}";
+            appendJsonAttachment(out, attachment);
         }
         break;
     case ComplexKind::VersionHistory:
         for (const auto &version : value.versions()) {
             separate();
-            out += "{\"value\":";
-            appendJsonString(out, version.value);
-            out += ",\"date\":";
-            std::string date;
-            appendIsoDate(date, version.date);
-            appendJsonString(out, date);
-            out += '}';
+            appendJsonVersion(out, version);
         }
         break;
     }

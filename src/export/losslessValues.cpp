@@ -1,5 +1,8 @@
 #include "export/losslessValues.h"
 
+#include "model/TOrbBlobData.h"
+#include "util/json.h"
+
 #include <charconv>
 #include <cstdlib>
 
@@ -175,6 +178,27 @@ bool decimalFitsDouble(std::string_view text)
         return digitsOnly;
     };
     return again == value && stripped(ours) == stripped(theirs);
+}
+
+void appendJsonAttachment(std::string &out, const TOrbComplexValue::Attachment &attachment)
+{
+    out += "{\"name\":";
+    appendJsonString(out, attachment.fileName);
+    out += ",\"type\":";
+    appendJsonString(out, attachment.fileType);
+    out += ",\"base64\":\"";
+    const auto &data = attachment.data->data();
+    appendBase64(out, data.data(), data.size());
+    out += "\"}";
+}
+
+void appendJsonVersion(std::string &out, const TOrbComplexValue::Version &version)
+{
+    out += "{\"value\":";
+    appendJsonString(out, version.value);
+    out += ",\"date\":";
+    appendJsonString(out, isoDateTime(version.date).value_or(version.date));
+    out += '}';
 }
 
 } // namespace vellum

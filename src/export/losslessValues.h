@@ -5,6 +5,8 @@
 // Binary field); these functions turn that text into the forms other programs read back
 // without loss: ISO 8601 dates, base64 or hexadecimal bytes, lower-case GUIDs.
 
+#include "model/TOrbComplexValue.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -39,5 +41,10 @@ std::string lowerHexText(const void *data, std::size_t length);
 /// held exactly by a double: it has at most 15 significant digits, or it reads back to the
 /// same shortest text. Used to decide between a JSON/workbook number and a text.
 bool decimalFitsDouble(std::string_view text);
+
+/// Appends an attachment as the JSON object {"name", "type", "base64"} of the lossless outputs.
+void appendJsonAttachment(std::string &out, const TOrbComplexValue::Attachment &attachment);
+/// Appends a version of a memo's history as the JSON object {"value", "date"}, the date ISO.
+void appendJsonVersion(std::string &out, const TOrbComplexValue::Version &version);
 
 } // namespace vellum
