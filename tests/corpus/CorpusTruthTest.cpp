@@ -4,6 +4,7 @@
 // skipped here by column type.
 
 #include "support/Fixtures.h"
+#include "support/truthValues.h"
 #include "truthFiles.h"
 
 #include "model/TOrbBlobData.h"
@@ -24,50 +25,15 @@
 namespace vellum {
 namespace {
 
+using test::canonicalDecimal;
+using test::floatBits;
+using test::parseTruthNumber;
+
 using test::isoFromMonthFirst;
 using test::lowerHex;
 
 /// Tables whose truth Vellum does not reach, each with its reason: "file|table".
 const std::map<std::string, std::string> kAllowed = {};
-
-/// Exact decimal in the truth's policy: no trailing fraction zeros, no lone point, "-0" as "0".
-std::string canonicalDecimal(std::string text)
-{
-    if (text.find('.') != std::string::npos) {
-        while (text.back() == '0')
-            text.pop_back();
-        if (text.back() == '.')
-            text.pop_back();
-    }
-    return text == "-0" ? "0" : text;
-}
-
-std::string floatBits(double value, bool single)
-{
-    char buf[40];
-    if (single) {
-        const float f = static_cast<float>(value);
-        std::uint32_t bits;
-        std::memcpy(&bits, &f, sizeof bits);
-        std::snprintf(buf, sizeof buf, "f%08x", bits);
-    } else {
-        std::uint64_t bits;
-        std::memcpy(&bits, &value, sizeof bits);
-        std::snprintf(buf, sizeof buf, "d%016llx", static_cast<unsigned long long>(bits));
-    }
-    return buf;
-}
-
-double parseTruthNumber(const std::string &s)
-{
-    if (s == "NaN")
-        return std::nan("");
-    if (s == "Infinity")
-        return HUGE_VAL;
-    if (s == "-Infinity")
-        return -HUGE_VAL;
-    return std::strtod(s.c_str(), nullptr);
-}
 
 bool sameFloatingPoint(const std::string &ours, const std::string &truth, bool single)
 {

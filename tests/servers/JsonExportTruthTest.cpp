@@ -14,6 +14,7 @@
 #include "model/TOrbMDBTable.h"
 #include "support/Fixtures.h"
 #include "support/TempDir.h"
+#include "support/truthValues.h"
 #include "util/json.h"
 
 #include <gtest/gtest.h>
@@ -30,21 +31,13 @@
 namespace vellum {
 namespace {
 
+using test::canonicalDecimal;
+using test::lowerCase;
+
 /// The first differences reported in full; the rest are counted.
 constexpr std::size_t kReportedDifferences = 40;
 
 // ---- canonical forms shared by both sides ----
-
-std::string canonicalDecimal(std::string text)
-{
-    if (text.find('.') != std::string::npos) {
-        while (text.back() == '0')
-            text.pop_back();
-        if (text.back() == '.')
-            text.pop_back();
-    }
-    return text == "-0" ? "0" : text;
-}
 
 std::string floatingBits(double value, bool single)
 {
@@ -84,12 +77,6 @@ std::string canonicalDate(std::string text)
         if (text.back() == '.')
             text.pop_back();
     }
-    return text;
-}
-
-std::string lowerCase(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
     return text;
 }
 

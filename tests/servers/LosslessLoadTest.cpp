@@ -18,6 +18,7 @@
 #include "servers/ServerClients.h"
 #include "support/Fixtures.h"
 #include "support/TempDir.h"
+#include "support/truthValues.h"
 #include "util/json.h"
 
 #include <gtest/gtest.h>
@@ -39,6 +40,10 @@
 namespace vellum {
 namespace {
 
+using test::canonicalDecimal;
+using test::floatBits;
+using test::parseTruthNumber;
+
 using test::ServerCell;
 using test::ServerKind;
 using test::ServerRow;
@@ -55,48 +60,6 @@ struct LoadFile {
     /// Fixtures: the truth is made from the reader's values; the model is kept open for it.
     bool fromModel = false;
 };
-
-std::string canonicalDecimal(std::string text)
-{
-    if (text.find('.') != std::string::npos) {
-        while (text.back() == '0')
-            text.pop_back();
-        if (text.back() == '.')
-            text.pop_back();
-    }
-    return text == "-0" ? "0" : text;
-}
-
-double parseNumber(const std::string &text)
-{
-    if (text == "NaN")
-        return std::nan("");
-    if (text == "Infinity" || text == "Inf" || text == "inf")
-        return HUGE_VAL;
-    if (text == "-Infinity" || text == "-Inf" || text == "-inf")
-        return -HUGE_VAL;
-    return std::strtod(text.c_str(), nullptr);
-}
-
-std::string floatBits(double value, bool single)
-{
-    char buffer[40];
-    if (single) {
-        const float f = static_cast<float>(value);
-        std::uint32_t bits;
-        std::memcpy(&bits, &f, sizeof bits);
-        if (std::isnan(f))
-            bits = 0x7fc00000u;
-        std::snprintf(buffer, sizeof buffer, "f%08x", bits);
-    } else {
-        std::uint64_t bits;
-        std::memcpy(&bits, &value, sizeof bits);
-        if (std::isnan(value))
-            bits = 0x7ff8000000000000ull;
-        std::snprintf(buffer, sizeof buffer, "d%016llx", static_cast<unsigned long long>(bits));
-    }
-    return buffer;
-}
 
 std::string shortestDouble(double value)
 {
@@ -190,7 +153,7 @@ std::string serverCanonical(ServerKind kind, const std::string &type, const Serv
                 mantissa == 1 && exponent == -3071 ? -0.0 : std::ldexp(static_cast<double>(mantissa), exponent);
             return floatBits(value, type == "FLOAT");
         }
-        return floatBits(parseNumber(text), type == "FLOAT");
+        return floatBits(parseTruthNumber(text), type == "FLOAT");
     }
     if (type == "EXT_DATE_TIME")
         return sevenDigits(text);
@@ -236,7 +199,7 @@ std::string expectedCanonical(ServerKind kind, const std::string &type, const nl
             ++approximated; // MySQL and SQLite keep no negative zero
             return floatBits(0.0, type == "FLOAT");
         }
-        return floatBits(parseNumber(text), type == "FLOAT");
+        return floatBits(parseTruthNumber(text), type == "FLOAT");
     }
     if (type == "EXT_DATE_TIME") {
         if (kind == ServerKind::SQLite)

@@ -14,6 +14,7 @@
 #include "sql/sqliteLibrary.h"
 #include "support/Fixtures.h"
 #include "support/TempDir.h"
+#include "support/truthValues.h"
 #include "util/json.h"
 
 #include <gtest/gtest.h>
@@ -30,6 +31,10 @@
 
 namespace vellum {
 namespace {
+
+using test::floatBits;
+using test::lowerCase;
+using test::parseTruthNumber;
 
 namespace fs = std::filesystem;
 
@@ -148,33 +153,6 @@ std::string truthType(const std::string &dataType)
     return found != kTypes.end() ? found->second : "UNSUPPORTED";
 }
 
-double parseNumber(const std::string &s)
-{
-    if (s == "NaN")
-        return std::nan("");
-    if (s == "Infinity")
-        return HUGE_VAL;
-    if (s == "-Infinity")
-        return -HUGE_VAL;
-    return std::strtod(s.c_str(), nullptr);
-}
-
-std::string floatBits(double value, bool single)
-{
-    char buf[40];
-    if (single) {
-        const float f = static_cast<float>(value);
-        std::uint32_t bits;
-        std::memcpy(&bits, &f, sizeof bits);
-        std::snprintf(buf, sizeof buf, "f%08x", bits);
-    } else {
-        std::uint64_t bits;
-        std::memcpy(&bits, &value, sizeof bits);
-        std::snprintf(buf, sizeof buf, "d%016llx", static_cast<unsigned long long>(bits));
-    }
-    return buf;
-}
-
 std::string fifteenDigits(double value)
 {
     char buf[40];
@@ -223,13 +201,7 @@ bool decimalIsKept(std::string text)
 std::string decimalKey(const std::string &text)
 {
     return isInt64Text(text) ? std::to_string(std::strtoll(text.c_str(), nullptr, 10))
-                             : fifteenDigits(parseNumber(text));
-}
-
-std::string lowerCase(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
-    return text;
+                             : fifteenDigits(parseTruthNumber(text));
 }
 
 /// The key of a value read back, in the terms of the truth's canonical forms.
@@ -289,7 +261,7 @@ Expected truthKey(const nlohmann::json &cell, const std::string &type)
     const std::string text = cell.is_string() ? cell.get<std::string>() : cell.dump();
     if (type == "FLOAT" || type == "DOUBLE") {
         expected.nan = text == "NaN";
-        const double value = parseNumber(text);
+        const double value = parseTruthNumber(text);
         expected.negativeZero = value == 0 && std::signbit(value);
         expected.key = expected.nan ? "null" : floatBits(expected.negativeZero ? 0.0 : value, type == "FLOAT");
     } else if (type == "MONEY" || type == "NUMERIC") {
@@ -316,7 +288,7 @@ Expected modelKey(const CellValue &cell, const std::string &type)
     const std::string text(cell.isText() ? cell.text : std::string_view());
     if (type == "FLOAT" || type == "DOUBLE") {
         expected.nan = text == "NaN";
-        const double value = parseNumber(text);
+        const double value = parseTruthNumber(text);
         expected.negativeZero = value == 0 && std::signbit(value);
         expected.key = expected.nan ? "null" : floatBits(expected.negativeZero ? 0.0 : value, type == "FLOAT");
     } else if (type == "MONEY" || type == "NUMERIC") {

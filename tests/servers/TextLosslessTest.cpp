@@ -12,6 +12,7 @@
 #include "support/Fixtures.h"
 #include "support/RunProcess.h"
 #include "support/TempDir.h"
+#include "support/truthValues.h"
 #include "util/json.h"
 
 #include <gtest/gtest.h>
@@ -28,6 +29,10 @@
 
 namespace vellum {
 namespace {
+
+using test::canonicalDecimal;
+using test::lowerCase;
+using test::parseTruthNumber;
 
 constexpr const char *kNullMarker = "\\N";
 
@@ -115,49 +120,21 @@ std::map<std::string, ParsedExport> readExports(const std::vector<std::pair<std:
 
 // ---- canonical forms shared by the truth and the parsed cells ----
 
-std::string canonicalDecimal(std::string text)
-{
-    if (text.find('.') != std::string::npos) {
-        while (text.back() == '0')
-            text.pop_back();
-        if (text.back() == '.')
-            text.pop_back();
-    }
-    return text == "-0" ? "0" : text;
-}
-
-double parseNumber(const std::string &s)
-{
-    if (s == "NaN")
-        return std::nan("");
-    if (s == "Infinity")
-        return HUGE_VAL;
-    if (s == "-Infinity")
-        return -HUGE_VAL;
-    return std::strtod(s.c_str(), nullptr);
-}
-
 std::string floatBits(const std::string &text, bool single)
 {
     char buf[40];
     if (single) {
-        const float f = text == "NaN" ? std::nanf("") : static_cast<float>(parseNumber(text));
+        const float f = text == "NaN" ? std::nanf("") : static_cast<float>(parseTruthNumber(text));
         std::uint32_t bits;
         std::memcpy(&bits, &f, sizeof bits);
         std::snprintf(buf, sizeof buf, "f%08x", bits);
     } else {
-        const double value = parseNumber(text);
+        const double value = parseTruthNumber(text);
         std::uint64_t bits;
         std::memcpy(&bits, &value, sizeof bits);
         std::snprintf(buf, sizeof buf, "d%016llx", static_cast<unsigned long long>(bits));
     }
     return buf;
-}
-
-std::string lowerCase(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
-    return text;
 }
 
 bool isBytesType(const std::string &type)

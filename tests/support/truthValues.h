@@ -1,0 +1,68 @@
+#pragma once
+
+// The canonical forms of the corpus truth's cells that the suites comparing an output with the
+// truth share: exact decimals, floating-point values compared by their bits, lower-case text.
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace vellum::test {
+
+/// Exact decimal in the truth's policy: no trailing fraction zeros, no lone point, "-0" as "0".
+inline std::string canonicalDecimal(std::string text)
+{
+    if (text.find('.') != std::string::npos) {
+        while (text.back() == '0')
+            text.pop_back();
+        if (text.back() == '.')
+            text.pop_back();
+    }
+    return text == "-0" ? "0" : text;
+}
+
+/// A number text as the truth and the targets write it, "NaN" and the infinities included.
+inline double parseTruthNumber(const std::string &text)
+{
+    if (text == "NaN")
+        return std::nan("");
+    if (text == "Infinity" || text == "Inf" || text == "inf")
+        return HUGE_VAL;
+    if (text == "-Infinity" || text == "-Inf" || text == "-inf")
+        return -HUGE_VAL;
+    return std::strtod(text.c_str(), nullptr);
+}
+
+/// The bits of a value as a single ("f…") or a double ("d…"); every NaN gives the same text.
+inline std::string floatBits(double value, bool single)
+{
+    char buffer[40];
+    if (single) {
+        const float f = static_cast<float>(value);
+        std::uint32_t bits;
+        std::memcpy(&bits, &f, sizeof bits);
+        if (std::isnan(f))
+            bits = 0x7fc00000u;
+        std::snprintf(buffer, sizeof buffer, "f%08x", bits);
+    } else {
+        std::uint64_t bits;
+        std::memcpy(&bits, &value, sizeof bits);
+        if (std::isnan(value))
+            bits = 0x7ff8000000000000ull;
+        std::snprintf(buffer, sizeof buffer, "d%016llx", static_cast<unsigned long long>(bits));
+    }
+    return buffer;
+}
+
+inline std::string lowerCase(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
+    return text;
+}
+
+} // namespace vellum::test
