@@ -229,6 +229,35 @@ private slots:
         }
     }
 
+    void theLosslessChoiceIsKeptForTheNextExport()
+    {
+        QSettings().clear();
+        std::vector<std::unique_ptr<TOrbMDBTable>> tables;
+        tables.push_back(test::makeNumberTable("Numbers", 2));
+        auto file = test::makeFile("kept", std::move(tables));
+        QTemporaryDir out;
+        QWidget window;
+        auto *first = new ExportWizard(*file, nullptr, ExportFileType::CSV, &window);
+        QCheckBox *lossless = first->checkBox(ExportOptionId::Lossless);
+        QVERIFY(lossless);
+        QVERIFY(!lossless->isChecked()); // off until chosen
+        lossless->click();
+        first->setPathChooser([&](bool, const QString &, const QString &, const QString &) { return out.path(); });
+        first->selectExportPath();
+        QTest::mouseClick(first->okButton(), Qt::LeftButton);
+        QMessageBox *box = nullptr;
+        QTRY_VERIFY_WITH_TIMEOUT((box = window.findChild<QMessageBox *>()) != nullptr, 20000);
+        box->accept();
+        QVERIFY(SettingsStore::exportLossless());
+
+        auto *second = new ExportWizard(*file, nullptr, ExportFileType::SQL, &window);
+        QVERIFY(second->checkBox(ExportOptionId::Lossless)->isChecked());
+        second->checkBox(ExportOptionId::Lossless)->click();
+        second->reject();
+        QVERIFY(SettingsStore::exportLossless()); // only OK stores the choice
+        QSettings().clear();
+    }
+
     void restoresTheLastFolder()
     {
         SettingsStore::setExportFilePath(m_dir.path());
