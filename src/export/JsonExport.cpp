@@ -202,38 +202,13 @@ JsonValueForm jsonItemFormForValueType(std::string_view valueType)
 
 void appendJsonComplexValue(std::string &out, const TOrbComplexValue &value, JsonValueForm itemForm)
 {
-    out += '[';
-    bool first = true;
-    const auto separate = [&out, &first] {
-        if (!first)
-            out += ',';
-        first = false;
-    };
-    switch (value.kind()) {
-    case ComplexKind::MultiValue:
-        for (const std::string &item : value.values()) {
-            separate();
-            // An empty text item stays a text; of any other type it is a missing value.
-            if (itemForm == JsonValueForm::Text)
-                appendJsonString(out, item);
-            else
-                appendJsonCellValue(out, CellValue::ofText(item), itemForm);
-        }
-        break;
-    case ComplexKind::Attachment:
-        for (const auto &attachment : value.attachments()) {
-            separate();
-            appendJsonAttachment(out, attachment);
-        }
-        break;
-    case ComplexKind::VersionHistory:
-        for (const auto &version : value.versions()) {
-            separate();
-            appendJsonVersion(out, version);
-        }
-        break;
-    }
-    out += ']';
+    appendJsonComplexArray(out, value, [itemForm](std::string &json, const std::string &item) {
+        // An empty text item stays a text; of any other type it is a missing value.
+        if (itemForm == JsonValueForm::Text)
+            appendJsonString(json, item);
+        else
+            appendJsonCellValue(json, CellValue::ofText(item), itemForm);
+    });
 }
 
 JsonTableResult writeJsonTable(const TOrbMDBTable &table, JsonLayout layout, ExportSink &sink,

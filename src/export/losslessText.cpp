@@ -203,34 +203,7 @@ void appendLosslessValue(std::string &out, const CellValue &cell, LosslessTextFo
 
 void appendComplexJson(std::string &out, const TOrbComplexValue &value)
 {
-    out += '[';
-    bool first = true;
-    const auto separate = [&] {
-        if (!first)
-            out += ',';
-        first = false;
-    };
-    switch (value.kind()) {
-    case ComplexKind::MultiValue:
-        for (const std::string &item : value.values()) {
-            separate();
-            appendJsonString(out, item);
-        }
-        break;
-    case ComplexKind::Attachment:
-        for (const auto &attachment : value.attachments()) {
-            separate();
-            appendJsonAttachment(out, attachment);
-        }
-        break;
-    case ComplexKind::VersionHistory:
-        for (const auto &version : value.versions()) {
-            separate();
-            appendJsonVersion(out, version);
-        }
-        break;
-    }
-    out += ']';
+    appendJsonComplexArray(out, value);
 }
 
 bool delimitedFieldNeedsQuotes(std::string_view value, std::string_view fieldDelimiter, std::string_view quote,

@@ -201,4 +201,40 @@ void appendJsonVersion(std::string &out, const TOrbComplexValue::Version &versio
     out += '}';
 }
 
+void appendJsonComplexArray(std::string &out, const TOrbComplexValue &value,
+                            const std::function<void(std::string &, const std::string &)> &appendItem)
+{
+    out += '[';
+    bool first = true;
+    const auto separate = [&out, &first] {
+        if (!first)
+            out += ',';
+        first = false;
+    };
+    switch (value.kind()) {
+    case ComplexKind::MultiValue:
+        for (const std::string &item : value.values()) {
+            separate();
+            if (appendItem)
+                appendItem(out, item);
+            else
+                appendJsonString(out, item);
+        }
+        break;
+    case ComplexKind::Attachment:
+        for (const auto &attachment : value.attachments()) {
+            separate();
+            appendJsonAttachment(out, attachment);
+        }
+        break;
+    case ComplexKind::VersionHistory:
+        for (const auto &version : value.versions()) {
+            separate();
+            appendJsonVersion(out, version);
+        }
+        break;
+    }
+    out += ']';
+}
+
 } // namespace vellum

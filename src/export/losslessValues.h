@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -46,5 +47,9 @@ bool decimalFitsDouble(std::string_view text);
 void appendJsonAttachment(std::string &out, const TOrbComplexValue::Attachment &attachment);
 /// Appends a version of a memo's history as the JSON object {"value", "date"}, the date ISO.
 void appendJsonVersion(std::string &out, const TOrbComplexValue::Version &version);
+/// Appends a complex value as a JSON array: multi-value items through `appendItem` (JSON strings
+/// when it is empty), attachments and versions in the forms above.
+void appendJsonComplexArray(std::string &out, const TOrbComplexValue &value,
+                            const std::function<void(std::string &, const std::string &)> &appendItem = {});
 
 } // namespace vellum
