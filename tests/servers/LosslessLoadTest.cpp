@@ -252,33 +252,13 @@ bool oleMatches(ServerKind kind, const nlohmann::json &truth, const ServerCell &
 std::string truthType(const TOrbMDBColumn &column, const TOrbMDBTable &table, std::size_t position,
                       std::string &complexType)
 {
-    static const std::map<std::string, std::string> kTypes = {
-        {"Boolean", "BOOLEAN"},
-        {"Byte", "BYTE"},
-        {"Integer", "INT"},
-        {"Long Integer", "LONG"},
-        {"Currency", "MONEY"},
-        {"Single", "FLOAT"},
-        {"Double", "DOUBLE"},
-        {"DateTime", "SHORT_DATE_TIME"},
-        {"Binary", "BINARY"},
-        {"Text", "TEXT"},
-        {"OLE", "OLE"},
-        {"Memo/Hyperlink", "MEMO"},
-        {"Replication ID", "GUID"},
-        {"Numeric", "NUMERIC"},
-        {"Complex Value auto number", "COMPLEX_TYPE"},
-        {"Large Number", "BIG_INT"},
-        {"Date/Time Extended", "EXT_DATE_TIME"},
-    };
     if (const ComplexColumnValues *values = table.complexValues(position)) {
         complexType = values->kind() == ComplexKind::MultiValue   ? "MULTI_VALUE"
                       : values->kind() == ComplexKind::Attachment ? "ATTACHMENT"
                                                                   : "VERSION_HISTORY";
         return "COMPLEX_TYPE";
     }
-    const auto found = kTypes.find(column.dataType());
-    return found == kTypes.end() ? "UNSUPPORTED_VARLEN" : found->second;
+    return test::truthTypeName(column.dataType());
 }
 
 /// The truth of a fixture's tables from the values the reader shows, with the sidecar's row

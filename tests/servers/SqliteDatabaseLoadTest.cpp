@@ -35,6 +35,7 @@ namespace {
 using test::floatBits;
 using test::lowerCase;
 using test::parseTruthNumber;
+using test::truthTypeName;
 
 namespace fs = std::filesystem;
 
@@ -125,32 +126,6 @@ std::string sqlName(const std::string &name)
     for (const char c : name)
         out += c == '"' ? std::string("\"\"") : std::string(1, c);
     return out + "\"";
-}
-
-/// The truth's type name of one of the model's column types.
-std::string truthType(const std::string &dataType)
-{
-    static const std::map<std::string, std::string> kTypes = {
-        {"Boolean", "BOOLEAN"},
-        {"Byte", "BYTE"},
-        {"Integer", "INT"},
-        {"Long Integer", "LONG"},
-        {"Currency", "MONEY"},
-        {"Single", "FLOAT"},
-        {"Double", "DOUBLE"},
-        {"DateTime", "SHORT_DATE_TIME"},
-        {"Binary", "BINARY"},
-        {"Text", "TEXT"},
-        {"OLE", "OLE"},
-        {"Memo/Hyperlink", "MEMO"},
-        {"Replication ID", "GUID"},
-        {"Numeric", "NUMERIC"},
-        {"Complex Value auto number", "COMPLEX_TYPE"},
-        {"Large Number", "BIG_INT"},
-        {"Date/Time Extended", "EXT_DATE_TIME"},
-    };
-    const auto found = kTypes.find(dataType);
-    return found != kTypes.end() ? found->second : "UNSUPPORTED";
 }
 
 std::string fifteenDigits(double value)
@@ -535,7 +510,7 @@ void checkSubject(const Subject &subject, const std::string &work, Tally &tally)
                     complexType = values->kind() == ComplexKind::Attachment   ? "ATTACHMENT"
                                   : values->kind() == ComplexKind::MultiValue ? "MULTI_VALUE"
                                                                               : "VERSION_HISTORY";
-                columns.push_back({column.name(), truthType(column.dataType()), complexType, c, std::nullopt});
+                columns.push_back({column.name(), truthTypeName(column.dataType()), complexType, c, std::nullopt});
             }
         }
         std::string select = "SELECT ";

@@ -33,6 +33,7 @@ namespace {
 using test::canonicalDecimal;
 using test::lowerCase;
 using test::parseTruthNumber;
+using test::truthTypeName;
 
 constexpr const char *kNullMarker = "\\N";
 
@@ -284,32 +285,6 @@ std::string writeExport(const TOrbMDBTable &table, ExportFileType kind, const st
     if (complexIdsOnly)
         *complexIdsOnly += outcome.complexIdsOnly;
     return {};
-}
-
-/// The truth type name of a model column type, for the fixture comparison.
-std::string truthTypeOf(const std::string &dataType)
-{
-    static const std::map<std::string, std::string> types = {
-        {"Boolean", "BOOLEAN"},
-        {"Byte", "BYTE"},
-        {"Integer", "INT"},
-        {"Long Integer", "LONG"},
-        {"Currency", "MONEY"},
-        {"Single", "FLOAT"},
-        {"Double", "DOUBLE"},
-        {"DateTime", "SHORT_DATE_TIME"},
-        {"Binary", "BINARY"},
-        {"Text", "TEXT"},
-        {"OLE", "OLE"},
-        {"Memo/Hyperlink", "MEMO"},
-        {"Replication ID", "GUID"},
-        {"Numeric", "NUMERIC"},
-        {"Large Number", "BIG_INT"},
-        {"Date/Time Extended", "EXT_DATE_TIME"},
-        {"Complex Value auto number", "COMPLEX_TYPE"},
-    };
-    const auto it = types.find(dataType);
-    return it == types.end() ? "UNSUPPORTED" : it->second;
 }
 
 /// The canonical text of a model cell (the fixture comparison's expectation).
@@ -593,7 +568,7 @@ TEST(TextLossless, FixtureTablesReadBackAsTheModelReadsThem)
         ++tally.tables;
         std::vector<std::string> types;
         for (const auto &column : w.table->columns())
-            types.push_back(truthTypeOf(column->dataType()));
+            types.push_back(truthTypeName(column->dataType()));
         for (const auto &[path, xml] : {std::pair{w.csv, false}, std::pair{w.xml, true}}) {
             const std::string where = w.name + (xml ? " (xml)" : " (csv)");
             const auto found = parsed.find(path);

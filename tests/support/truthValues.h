@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <map>
 #include <string>
 
 namespace vellum::test {
@@ -63,6 +64,33 @@ inline std::string lowerCase(std::string text)
 {
     std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
     return text;
+}
+
+/// The truth's type name of one of the model's column type names; "UNSUPPORTED" for a type the
+/// truth does not name.
+inline std::string truthTypeName(const std::string &dataType)
+{
+    static const std::map<std::string, std::string> kTypes = {
+        {"Boolean", "BOOLEAN"},
+        {"Byte", "BYTE"},
+        {"Integer", "INT"},
+        {"Long Integer", "LONG"},
+        {"Currency", "MONEY"},
+        {"Single", "FLOAT"},
+        {"Double", "DOUBLE"},
+        {"DateTime", "SHORT_DATE_TIME"},
+        {"Binary", "BINARY"},
+        {"Text", "TEXT"},
+        {"OLE", "OLE"},
+        {"Memo/Hyperlink", "MEMO"},
+        {"Replication ID", "GUID"},
+        {"Numeric", "NUMERIC"},
+        {"Complex Value auto number", "COMPLEX_TYPE"},
+        {"Large Number", "BIG_INT"},
+        {"Date/Time Extended", "EXT_DATE_TIME"},
+    };
+    const auto found = kTypes.find(dataType);
+    return found == kTypes.end() ? "UNSUPPORTED" : found->second;
 }
 
 } // namespace vellum::test
