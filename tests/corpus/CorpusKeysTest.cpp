@@ -6,6 +6,7 @@
 #include "support/Fixtures.h"
 #include "support/RunProcess.h"
 #include "support/TempDir.h"
+#include "support/truthIndexes.h"
 #include "truthFiles.h"
 
 #include "model/TOrbMDBFile.h"
@@ -169,49 +170,12 @@ TEST(CorpusKeys, IndexesPrimaryKeysAndRelationshipsAreWhatTheFileStores)
 
 /// The "Create index … failed." lines an SQLite export must give because the file's own rows
 /// break one of its unique indexes (SQLite refuses such an index; Access files can hold such
-/// rows when damaged): worked out from the truth's rows, for every non-primary unique index
-/// whose key values repeat with no null among them.
+/// rows when damaged).
 std::set<std::string> indexFailuresTheRowsForce(const nlohmann::json &truth)
 {
     std::set<std::string> failures;
-    for (const auto &table : truth["tables"]) {
-        if (table.value("rowsTruncated", false))
-            continue;
-        std::vector<std::string> columnNames;
-        std::set<std::string> complexColumns; // their truth cells are the values, not the stored id
-        for (const auto &column : table["columns"]) {
-            columnNames.push_back(column["name"]);
-            if (column["type"] == "COMPLEX_TYPE")
-                complexColumns.insert(column["name"].get<std::string>());
-        }
-        for (const auto &index : table["indexes"]) {
-            if (!index["unique"].get<bool>() || index["primaryKey"].get<bool>() || index["columns"].empty())
-                continue;
-            std::vector<std::size_t> positions;
-            bool complex = false;
-            for (const auto &key : index["columns"]) {
-                complex = complex || complexColumns.count(key["name"].get<std::string>()) != 0;
-                const auto it = std::find(columnNames.begin(), columnNames.end(), key["name"].get<std::string>());
-                positions.push_back(static_cast<std::size_t>(it - columnNames.begin()));
-            }
-            if (complex)
-                continue;
-            std::set<std::string> seen;
-            for (const auto &row : table["rows"]) {
-                std::string key;
-                bool hasNull = false;
-                for (const std::size_t position : positions) {
-                    hasNull = hasNull || position >= row.size() || row[position].is_null();
-                    key += (position < row.size() ? row[position].dump() : std::string()) + '\x1f';
-                }
-                if (!hasNull && !seen.insert(key).second) {
-                    failures.insert("Create index " + index["name"].get<std::string>() + " for table " +
-                                    table["name"].get<std::string>() + " failed.");
-                    break;
-                }
-            }
-        }
-    }
+    for (const std::string &failure : test::uniqueIndexesTheRowsBreak(truth))
+        failures.insert("Create index " + failure);
     return failures;
 }
 

@@ -14,6 +14,7 @@
 #include "sql/sqliteLibrary.h"
 #include "support/Fixtures.h"
 #include "support/TempDir.h"
+#include "support/truthIndexes.h"
 #include "support/truthValues.h"
 #include "util/json.h"
 
@@ -36,6 +37,7 @@ using test::floatBits;
 using test::lowerCase;
 using test::parseTruthNumber;
 using test::truthTypeName;
+using test::uniqueIndexesTheRowsBreak;
 
 namespace fs = std::filesystem;
 
@@ -374,50 +376,6 @@ std::optional<ComplexItems> findChildTable(StoredDatabase &db, const std::string
     }
     error = "no table " + base + " with a parent_id column";
     return std::nullopt;
-}
-
-/// "NAME for table TABLE failed." of every unique index (not a primary key) that two rows of
-/// the truth break with the same non-null key.
-std::set<std::string> uniqueIndexesTheRowsBreak(const nlohmann::json &truth)
-{
-    std::set<std::string> failures;
-    for (const auto &table : truth["tables"]) {
-        std::vector<std::string> names;
-        std::set<std::string> complexColumns; // their truth cells are the values, not the stored id
-        for (const auto &column : table["columns"]) {
-            names.push_back(column["name"]);
-            if (column["type"] == "COMPLEX_TYPE")
-                complexColumns.insert(column["name"].get<std::string>());
-        }
-        for (const auto &index : table["indexes"]) {
-            if (!index["unique"].get<bool>() || index["primaryKey"].get<bool>() || index["columns"].empty())
-                continue;
-            std::vector<std::size_t> positions;
-            bool complex = false;
-            for (const auto &key : index["columns"]) {
-                complex = complex || complexColumns.count(key["name"].get<std::string>()) != 0;
-                positions.push_back(static_cast<std::size_t>(
-                    std::find(names.begin(), names.end(), key["name"].get<std::string>()) - names.begin()));
-            }
-            if (complex)
-                continue;
-            std::set<std::string> seen;
-            for (const auto &row : table["rows"]) {
-                std::string key;
-                bool hasNull = false;
-                for (const std::size_t position : positions) {
-                    hasNull = hasNull || position >= row.size() || row[position].is_null();
-                    key += (position < row.size() ? row[position].dump() : std::string()) + '\x1f';
-                }
-                if (!hasNull && !seen.insert(key).second) {
-                    failures.insert(index["name"].get<std::string>() + " for table " +
-                                    table["name"].get<std::string>() + " failed.");
-                    break;
-                }
-            }
-        }
-    }
-    return failures;
 }
 
 /// One file to export and what it should hold.
